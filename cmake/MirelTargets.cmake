@@ -1,0 +1,47 @@
+# Helpers that keep the per-layer CMake files short and alike.
+
+set(MIREL_WARNINGS -Wall -Wextra -Wpedantic -Wno-unused-parameter)
+set_property(GLOBAL PROPERTY MIREL_LAYERS "")
+
+# mirel_add_layer(<layer> SOURCES ... [DEPS ...])
+# A static, position-independent library `mirel_<layer>`; DEPS are other layers or packages.
+function(mirel_add_layer layer)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+  set(target mirel_${layer})
+  add_library(${target} STATIC ${ARG_SOURCES})
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_compile_options(${target} PRIVATE ${MIREL_WARNINGS})
+  target_link_libraries(${target} PUBLIC ${ARG_DEPS})
+  set_property(GLOBAL APPEND PROPERTY MIREL_LAYERS ${target})
+endfunction()
+
+# mirel_add_runtime(<name>): the shared library that plug-in modules, shells and tools link.
+function(mirel_add_runtime name)
+  get_property(layers GLOBAL PROPERTY MIREL_LAYERS)
+  file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/mirel_runtime_anchor.cpp "// anchors the shared run-time\n")
+  add_library(${name} SHARED ${CMAKE_CURRENT_BINARY_DIR}/mirel_runtime_anchor.cpp)
+  target_link_libraries(${name} PUBLIC "$<LINK_LIBRARY:WHOLE_ARCHIVE,${layers}>")
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION})
+endfunction()
+
+# mirel_add_test(<name> [OWN_MAIN] SOURCES ... LIBS ...): one GoogleTest executable registered
+# with CTest; OWN_MAIN for suites that bring their own main().
+function(mirel_add_test name)
+  cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_compile_options(${name} PRIVATE ${MIREL_WARNINGS})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} mirel_testsupport GTest::gtest GTest::gmock)
+  if(NOT ARG_OWN_MAIN)
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ENVIRONMENT "MIREL_TESTING=1")
+endfunction()
+
+# mirel_add_bench(<name> SOURCES ... LIBS ...): one Google Benchmark executable.
+function(mirel_add_bench name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_compile_options(${name} PRIVATE ${MIREL_WARNINGS})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} benchmark::benchmark)
+endfunction()

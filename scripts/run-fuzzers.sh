@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# run-fuzzers.sh <build-dir> <seconds>: runs every libFuzzer target found in the build folder for a
+# bounded time, starting from its seed corpus under fuzz/corpus/<target> when there is one.
+set -euo pipefail
+build=${1:-build/fuzz}
+seconds=${2:-20}
+root=$(cd "$(dirname "$0")/.." && pwd)
+
+shopt -s nullglob
+targets=("$build"/fuzz/*_fuzz)
+if [ ${#targets[@]} -eq 0 ]; then
+  echo "no fuzz targets built"
+  exit 0
+fi
+for target in "${targets[@]}"; do
+  name=$(basename "$target")
+  work=$(mktemp -d)
+  seeds=()
+  [ -d "$root/fuzz/corpus/$name" ] && seeds=("$root/fuzz/corpus/$name")
+  echo "== $name for ${seconds}s"
+  "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+    "$work" "${seeds[@]}" 2>&1 | tail -n 4
+  rm -rf "$work"
+done

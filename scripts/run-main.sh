@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# The main job: installs what is needed, builds the run-time, the example plug-in and the
+# command-line host, and lets the host drive the example plug-in.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/install-deps.sh
+cmake --preset default
+cmake --build --preset default --target mirel-host
+exec build/default/tools/mirel-host demo
