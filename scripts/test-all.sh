@@ -7,8 +7,14 @@ cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 cmake --preset default
 cmake --build --preset default
-ctest --preset default
+ctest --preset default 2>&1 | tee build/default/ctest-summary.log
 
 cmake --preset fuzz
 cmake --build --preset fuzz --target mirel_fuzzers
 bash scripts/run-fuzzers.sh build/fuzz "${MIREL_FUZZ_SECONDS:-20}"
+
+# Repeat the test count last, so it is the closing line of the run.
+summary=$(grep -E "tests passed, [0-9]+ tests failed out of [0-9]+" build/default/ctest-summary.log | tail -n 1)
+failed=$(sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\1/' <<<"$summary")
+total=$(sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\2/' <<<"$summary")
+echo "ctest: $((total - failed)) passed, ${failed} failed"
