@@ -1,0 +1,265 @@
+#include "core/miThread.h"
+
+#include <chrono>
+#include <exception>
+#include <new>
+
+#include "core/WCNativeThread.h"
+
+MIREL_NAMESPACE_BEGIN
+
+namespace miThread {
+
+// ---------------------------------------------------------------------------------------------
+// ThreadMutexInited
+
+ThreadMutexInited::~ThreadMutexInited() {
+    uninit();
+}
+
+WTErr ThreadMutexInited::init() noexcept {
+    if (m_mutex != nullptr)
+        return eNoErr;
+    m_mutex = new (std::nothrow) std::recursive_mutex;
+    return m_mutex != nullptr ? eNoErr : eMemOutOfMemory;
+}
+
+void ThreadMutexInited::uninit() noexcept {
+    delete m_mutex;
+    m_mutex = nullptr;
+}
+
+void ThreadMutexInited::obtain() {
+    if (m_mutex != nullptr)
+        m_mutex->lock();
+}
+
+bool ThreadMutexInited::tryobtain() noexcept {
+    return m_mutex == nullptr || m_mutex->try_lock();
+}
+
+void ThreadMutexInited::release() noexcept {
+    if (m_mutex != nullptr)
+        m_mutex->unlock();
+}
+
+// ---------------------------------------------------------------------------------------------
+// WCAtomicLock
+
+bool WCAtomicLock::obtain(unsigned int tries) {
+    if (tries == 0)
+        tries = 1;
+    for (unsigned int attempt = 0; attempt < tries; ++attempt) {
+        if (attempt != 0)
+            Native::SleepMilliseconds(kRetrySleepMilliseconds);
+        std::int32_t expected = 0;
+        if (m_word.compare_exchange_strong(expected, 1, std::memory_order_acquire,
+                                           std::memory_order_relaxed))
+            return true;
+    }
+    return false;
+}
+
+// ---------------------------------------------------------------------------------------------
+// ThreadConditionSignal
+
+void ThreadConditionSignal::obtain_mutex() {
+    m_mutex.lock();
+}
+
+bool ThreadConditionSignal::tryobtain_mutex() noexcept {
+    return m_mutex.try_lock();
+}
+
+void ThreadConditionSignal::release_mutex() noexcept {
+    m_mutex.unlock();
+}
+
+void ThreadConditionSignal::await_condition() {
+    // The caller holds the mutex; the lock object only borrows it for the wait.
+    std::unique_lock<std::mutex> lock(m_mutex, std::adopt_lock);
+    m_condition.wait(lock);
+    lock.release();
+}
+
+WTErr ThreadConditionSignal::await_condition(int timeoutMs) {
+    if (timeoutMs < 0) {
+        await_condition();
+        return eNoErr;
+    }
+    std::unique_lock<std::mutex> lock(m_mutex, std::adopt_lock);
+    std::cv_status const status = m_condition.wait_for(lock, std::chrono::milliseconds(timeoutMs));
+    lock.release();
+    return status == std::cv_status::timeout ? eTimeOut : eNoErr;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Thread refs
+
+namespace {
+std::atomic<std::uint64_t> gNextThreadRefID{1};
+thread_local std::uint64_t tThreadRefID = 0;
+} // namespace
+
+WCThreadRef GetCurrentThreadRef() noexcept {
+    if (tThreadRefID == 0)
+        tThreadRefID = gNextThreadRefID.fetch_add(1, std::memory_order_relaxed);
+    return WCThreadRef(tThreadRefID);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Threads
+
+// What a handle and its running thread share. The thread holds one reference until it ends, each
+// handle another, so the record outlives whichever side lets go last.
+struct WSThreadRecord {
+    int (*entry)(void *) = nullptr;
+    void *arg = nullptr;
+    int priority = kThreadPriorityNormal;
+    Native::WTNativeThread native = 0;
+
+    std::mutex mutex;
+    std::condition_variable ended;
+    bool finished = false;     // the entry has returned, thrown or been cancelled
+    bool nativeJoined = false; // the system thread has been joined
+    int exitCode = 0;
+
+    ~WSThreadRecord() {
+        // Nobody joined: the system frees the thread when it ends (or now, if it has).
+        if (!nativeJoined && native != 0)
+            Native::DetachThread(native);
+    }
+};
+
+namespace {
+
+// Marks the record finished however the entry is left, a cancellation's unwinding included.
+class WCFinishGuard {
+public:
+    explicit WCFinishGuard(WSThreadRecord &record) : m_record(record) {}
+    ~WCFinishGuard() {
+        std::lock_guard<std::mutex> lock(m_record.mutex);
+        m_record.exitCode = m_completed ? m_exitCode : eUserCanceled;
+        m_record.finished = true;
+        m_record.ended.notify_all();
+    }
+    void Complete(int exitCode) noexcept {
+        m_exitCode = exitCode;
+        m_completed = true;
+    }
+
+private:
+    WSThreadRecord &m_record;
+    int m_exitCode = 0;
+    bool m_completed = false;
+};
+
+void ThreadBody(void *raw) {
+    // Takes over the reference that StartThread handed across.
+    std::unique_ptr<std::shared_ptr<WSThreadRecord>> handover(
+        static_cast<std::shared_ptr<WSThreadRecord> *>(raw));
+    std::shared_ptr<WSThreadRecord> const self = std::move(*handover);
+    handover.reset();
+
+    WCFinishGuard guard(*self);
+    if (self->priority != kThreadPriorityNormal)
+        Native::SetCurrentThreadPriority(self->priority);
+    // Only ints and standard exceptions are caught: a cancellation's unwinding must pass.
+    try {
+        guard.Complete(self->entry(self->arg));
+    } catch (int code) {
+        guard.Complete(code);
+    } catch (std::exception const &) {
+        guard.Complete(eExceptionErr);
+    }
+}
+
+} // namespace
+
+WTErr StartThread(int (*entry)(void *), void *arg, int priority, ThreadHandle &outHandle,
+                  std::size_t stackSize) {
+    outHandle.m_record.reset();
+    if (entry == nullptr)
+        return eMemNullPointer;
+
+    std::shared_ptr<WSThreadRecord> record;
+    std::shared_ptr<WSThreadRecord> *handover = nullptr;
+    try {
+        record = std::make_shared<WSThreadRecord>();
+        handover = new std::shared_ptr<WSThreadRecord>(record);
+    } catch (std::bad_alloc const &) {
+        return eMemOutOfMemory;
+    }
+    record->entry = entry;
+    record->arg = arg;
+    record->priority = priority;
+
+    Native::WTNativeThread native = 0;
+    WTErr const err = Native::CreateThread(&ThreadBody, handover, stackSize, native);
+    if (err != eNoErr) {
+        delete handover;
+        return err;
+    }
+    {
+        std::lock_guard<std::mutex> lock(record->mutex);
+        record->native = native;
+    }
+    outHandle.m_record = std::move(record);
+    return eNoErr;
+}
+
+WTErr JoinThread(ThreadHandle const &handle, int *exitCode, unsigned int timeoutMs) {
+    WSThreadRecord *const record = handle.m_record.get();
+    if (record == nullptr)
+        return eUninitalized;
+
+    std::unique_lock<std::mutex> lock(record->mutex);
+    if (!record->finished && Native::IsCurrentThread(record->native))
+        return eThreadSafeError;
+    auto const isFinished = [record] { return record->finished; };
+    if (timeoutMs == kInfiniteTimeout)
+        record->ended.wait(lock, isFinished);
+    else if (!record->ended.wait_for(lock, std::chrono::milliseconds(timeoutMs), isFinished))
+        return eTimeOut;
+
+    if (!record->nativeJoined) {
+        // The entry is done; what is left of the thread ends in a moment.
+        Native::JoinThread(record->native);
+        record->nativeJoined = true;
+    }
+    if (exitCode != nullptr)
+        *exitCode = record->exitCode;
+    return eNoErr;
+}
+
+WTErr KillThread(ThreadHandle const &handle) {
+    WSThreadRecord *const record = handle.m_record.get();
+    if (record == nullptr)
+        return eUninitalized;
+    std::lock_guard<std::mutex> lock(record->mutex);
+    if (record->finished)
+        return eNoErr;
+    if (Native::IsCurrentThread(record->native))
+        return eThreadSafeError;
+    return Native::CancelThread(record->native);
+}
+
+void Close(ThreadHandle &handle) noexcept {
+    handle.m_record.reset();
+}
+
+void SetThreadName(const char *name) noexcept {
+    Native::SetCurrentThreadName(name);
+}
+
+bool GetThreadName(char *buffer, std::size_t size) noexcept {
+    return Native::GetCurrentThreadName(buffer, size);
+}
+
+void sleep(int microseconds) {
+    Native::SleepMilliseconds(SleepMillisecondsFor(microseconds));
+}
+
+} // namespace miThread
+
+MIREL_NAMESPACE_END
