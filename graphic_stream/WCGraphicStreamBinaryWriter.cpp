@@ -1,0 +1,539 @@
+#include "graphic_stream/WCGraphicStreamBinaryWriter.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "core/WUAssert.h"
+#include "graphic_stream/GSConversions.h"
+#include "graphic_stream/GraphicStreamVocabulary.h"
+
+MIREL_NAMESPACE_BEGIN
+namespace miGS {
+
+namespace {
+
+constexpr std::uint64_t kMaxPayloadBytes =
+    static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()) - sizeof(SGSData) - 3;
+
+constexpr char kPaddingByte = 0x5F;
+
+std::uint64_t RoundUp4(std::uint64_t bytes) noexcept {
+    return (bytes + 3) & ~std::uint64_t(3);
+}
+
+std::size_t TextLength(const char *text) noexcept {
+    return text != nullptr ? std::strlen(text) : 0;
+}
+
+} // namespace
+
+WCGraphicStreamBinaryWriter::WCGraphicStreamBinaryWriter(Utils::WCStMemObj &target,
+                                                         std::uint64_t threshold)
+    : m_Target(&target), m_DataPtrThreshold(threshold) {}
+
+WCGraphicStreamBinaryWriter::WCGraphicStreamBinaryWriter(std::uint64_t threshold)
+    : m_Target(&m_OwnMemObj), m_DataPtrThreshold(threshold) {}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::SetDataPtrThreshold(std::uint64_t threshold) noexcept {
+    m_DataPtrThreshold = threshold;
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::ActivateRemarks(bool active) noexcept {
+    m_RemarksActive = active;
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::ActivateMeatData(bool active) noexcept {
+    m_MetaDataActive = active;
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::ClearStream() noexcept {
+    m_Target->ResizePtr(0);
+    return *this;
+}
+
+bool WCGraphicStreamBinaryWriter::WillBeWrittenAsDataHere(std::uint64_t bytes) const noexcept {
+    return !WillBeWrittenAsDataPtr(bytes);
+}
+
+bool WCGraphicStreamBinaryWriter::WillBeWrittenAsDataPtr(std::uint64_t bytes) const noexcept {
+    return m_DataPtrThreshold != 0 && bytes >= m_DataPtrThreshold;
+}
+
+void WCGraphicStreamBinaryWriter::CountOpenedFrame(std::uint64_t bytes) noexcept {
+    ++m_FramesOpened;
+    m_FramesBytes += bytes;
+}
+
+template <typename Record>
+void WCGraphicStreamBinaryWriter::AppendRecord(const Record &record) {
+    void *place = m_Target->InPlaceAppendAndReserve(sizeof(Record));
+    if (place != nullptr)
+        std::memcpy(place, &record, sizeof(Record));
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSStream &stream) {
+    AppendRecord(stream);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenFrame(const SGSFrame &frame) {
+    AppendRecord(frame);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::CloseFrame(std::int32_t command) {
+    return CommandHeader(command);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::CommandHeader(std::int32_t command) {
+    AppendRecord(SGSCommandHeader{command, static_cast<std::int32_t>(sizeof(SGSCommandHeader))});
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::RotateFrame(const SGSFrameRotate &rotate) {
+    AppendRecord(rotate);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const SGSFont &font) {
+    AppendRecord(font);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawVertices(const SGSDrawVertices &vertices) {
+    AppendRecord(vertices);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::ClipVertices(const SGSDrawVertices &vertices) {
+    AppendRecord(vertices);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawOval(const SGSDrawOval &oval) {
+    AppendRecord(oval);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNG(const SGSDrawImage &image) {
+    AppendRecord(image);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawPNGMultipleClips(const SGSDrawImageMultipleClips &image) {
+    AppendRecord(image);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(const SGSDrawText &text) {
+    AppendRecord(text);
+    return *this;
+}
+
+// ---- Data ----
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(const SGSData &header,
+                                                                   const void *payload) {
+    std::uint64_t bytes = 0;
+    if (header.header.command != eGSDataPtr && header.num_elements > 0)
+        bytes = static_cast<std::uint64_t>(header.num_elements) *
+                static_cast<std::uint64_t>(GraphicStreamDataTypeElementSize(header.type));
+    MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, *this);
+    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(SGSData) + bytes));
+    if (place == nullptr)
+        return *this;
+    std::memcpy(place, &header, sizeof(SGSData));
+    if (bytes != 0) {
+        // Without a source the payload is zeroed rather than left undefined, so the record still
+        // holds the bytes its count announces and a reader stays in step.
+        if (payload != nullptr)
+            std::memcpy(place + sizeof(SGSData), payload, bytes);
+        else
+            std::memset(place + sizeof(SGSData), 0, bytes);
+    }
+    m_Target->ResizePtrAlign(4, kPaddingByte);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(std::int32_t purpose,
+                                                                   std::int32_t type,
+                                                                   const void *data,
+                                                                   std::size_t count) {
+    const std::uint64_t bytes = static_cast<std::uint64_t>(count) *
+                                static_cast<std::uint64_t>(GraphicStreamDataTypeElementSize(type));
+    MIREL_ASSERT_RETURN(
+        count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()) &&
+            bytes <= kMaxPayloadBytes,
+        *this);
+    SGSData header;
+    header.header.command = eGSDataHere;
+    header.header.size = static_cast<std::int32_t>(sizeof(SGSData) + RoundUp4(bytes));
+    header.type = type;
+    header.purpose = purpose;
+    header.num_elements = static_cast<std::int32_t>(count);
+    return DataHere(header, data);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(const SGSData &header) {
+    AppendRecord(header);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(std::int32_t purpose,
+                                                                  std::int32_t type,
+                                                                  const void *data,
+                                                                  std::size_t count) {
+    MIREL_ASSERT_RETURN(count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()),
+                        *this);
+    SGSData header;
+    header.header.command = eGSDataPtr;
+    header.header.size = static_cast<std::int32_t>(sizeof(SGSData));
+    header.type = type;
+    header.purpose = purpose;
+    header.num_elements = static_cast<std::int32_t>(count);
+    header.data_ptr = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(data));
+    return DataPtr(header);
+}
+
+#define MIREL_GS_DATA_FORMS(T, TYPE, PER_ITEM)                                                     \
+    WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Data(                                \
+        const T *data, std::size_t count, std::int32_t purpose) {                                  \
+        if (WillBeWrittenAsDataPtr(static_cast<std::uint64_t>(count) * sizeof(T)))                 \
+            return DataPtr(purpose, TYPE, data, count * PER_ITEM);                                 \
+        return DataHere(purpose, TYPE, data, count * PER_ITEM);                                    \
+    }                                                                                              \
+    WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(                            \
+        const T *data, std::size_t count, std::int32_t purpose) {                                  \
+        return DataHere(purpose, TYPE, data, count * PER_ITEM);                                    \
+    }                                                                                              \
+    WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(                             \
+        const T *data, std::size_t count, std::int32_t purpose) {                                  \
+        return DataPtr(purpose, TYPE, data, count * PER_ITEM);                                     \
+    }
+
+MIREL_GS_DATA_FORMS(signed char, eGSTypeInt8, 1)
+MIREL_GS_DATA_FORMS(unsigned char, eGSTypeUInt8, 1)
+MIREL_GS_DATA_FORMS(short, eGSTypeInt16, 1)
+MIREL_GS_DATA_FORMS(int, eGSTypeInt32, 1)
+MIREL_GS_DATA_FORMS(float, eGSTypeFloat, 1)
+MIREL_GS_DATA_FORMS(WCPoint2D<short>, eGSTypeInt16, 2)
+MIREL_GS_DATA_FORMS(WCPoint2D<float>, eGSTypeFloat, 2)
+
+#undef MIREL_GS_DATA_FORMS
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataStr(const char *text) {
+    const std::size_t length = TextLength(text);
+    if (WillBeWrittenAsDataPtr(length))
+        return DataPtr(eGSPurposeText, eGSTypeChar, text, length);
+    return DataHere(eGSPurposeText, eGSTypeChar, text, length);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHereStr(const char *text) {
+    return DataHere(eGSPurposeText, eGSTypeChar, text, TextLength(text));
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtrStr(const char *text) {
+    return DataPtr(eGSPurposeText, eGSTypeChar, text, TextLength(text));
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::SpecialText(std::int32_t purpose,
+                                                                      const char *text) {
+    return DataHere(purpose, eGSTypeChar, text, TextLength(text));
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Remark(const char *text) {
+    if (m_RemarksActive)
+        SpecialText(eGSPurposeRemark, text);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::MetaData(const char *text) {
+    if (m_MetaDataActive)
+        SpecialText(eGSPurposeMetaData, text);
+    return *this;
+}
+
+// ---- Images ----
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawImageRecord(short resID,
+                                                                          const SGSRect &drawRect,
+                                                                          const SGSRect &clipRect,
+                                                                          ImageFlags flags) {
+    if (resID == -1)
+        return *this;
+    SGSDrawImage image;
+    image.ResID = resID;
+    image.draw_rect = drawRect;
+    image.clip_rect = clipRect;
+    image.flags = flags.GetBits();
+    return DrawPNG(image);
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawImageRecordForPath(const char *path, const SGSRect &drawRect,
+                                                    const SGSRect &clipRect) {
+    DataHereStr(path);
+    SGSDrawImage image;
+    image.ResID = -100;
+    image.draw_rect = drawRect;
+    image.clip_rect = clipRect;
+    image.flags = 0;
+    return DrawPNG(image);
+}
+
+namespace {
+
+SGSRect AtPosition(const WCPoint2D<short> &position) noexcept {
+    SGSRect rect;
+    rect.location.x = position.x;
+    rect.location.y = position.y;
+    return rect;
+}
+
+} // namespace
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNG(short resID, ImageFlags flags) {
+    return DrawImageRecord(resID, SGSRect{}, SGSRect{}, flags);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNG(const char *path) {
+    return DrawImageRecordForPath(path, SGSRect{}, SGSRect{});
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawPNGAtPosition(short resID, const WCPoint2D<short> &position,
+                                               ImageFlags flags) {
+    return DrawImageRecord(resID, AtPosition(position), SGSRect{}, flags);
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawPNGAtPosition(const char *path, const WCPoint2D<short> &position) {
+    return DrawImageRecordForPath(path, AtPosition(position), SGSRect{});
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawPNGAtPositionClipped(short resID, const WCPoint2D<short> &position,
+                                                      const WURect<short> &clip, ImageFlags flags) {
+    return DrawImageRecord(resID, AtPosition(position), WTRectsToSGSRect(clip), flags);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNGAtPositionClipped(
+    const char *path, const WCPoint2D<short> &position, const WURect<short> &clip) {
+    return DrawImageRecordForPath(path, AtPosition(position), WTRectsToSGSRect(clip));
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNGScaled(short resID,
+                                                                        const WURect<short> &rect,
+                                                                        ImageFlags flags) {
+    return DrawImageRecord(resID, WTRectsToSGSRect(rect), SGSRect{}, flags);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNGScaled(const char *path,
+                                                                        const WURect<short> &rect) {
+    return DrawImageRecordForPath(path, WTRectsToSGSRect(rect), SGSRect{});
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawPNGScaledAndClipped(short resID, const WURect<short> &rect,
+                                                     const WURect<short> &clip, ImageFlags flags) {
+    return DrawImageRecord(resID, WTRectsToSGSRect(rect), WTRectsToSGSRect(clip), flags);
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawPNGScaledAndClipped(const char *path, const WURect<short> &rect,
+                                                     const WURect<short> &clip) {
+    return DrawImageRecordForPath(path, WTRectsToSGSRect(rect), WTRectsToSGSRect(clip));
+}
+
+void WCGraphicStreamBinaryWriter::AppendRects(const std::vector<WURect<short>> &rects, short dx,
+                                              short dy) {
+    const std::uint64_t bytes = rects.size() * sizeof(SGSRect);
+    MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, );
+    SGSData header;
+    header.header.command = eGSDataHere;
+    header.header.size = static_cast<std::int32_t>(sizeof(SGSData) + bytes);
+    header.type = eGSTypeRect;
+    header.purpose = eGSPurposeClipRects;
+    header.num_elements = static_cast<std::int32_t>(rects.size());
+    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(SGSData) + bytes));
+    if (place == nullptr)
+        return;
+    std::memcpy(place, &header, sizeof header);
+    place += sizeof header;
+    for (WURect<short> rect : rects) {
+        rect.Offset(static_cast<short>(-dx), static_cast<short>(-dy));
+        const SGSRect converted = WTRectsToSGSRect(rect);
+        std::memcpy(place, &converted, sizeof converted);
+        place += sizeof converted;
+    }
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNGAtPositionMultipleClips(
+    short resID, const WCPoint2D<short> &position, const std::vector<WURect<short>> &clips,
+    ImageFlags flags) {
+    if (clips.empty())
+        return DrawPNGAtPosition(resID, position, flags);
+    if (clips.size() == 1)
+        return DrawPNGAtPositionClipped(resID, position, clips.front(), flags);
+    if (resID == -1)
+        return *this;
+    AppendRects(clips, 0, 0);
+    SGSDrawImageMultipleClips image;
+    image.ResID = resID;
+    image.x = position.x;
+    image.y = position.y;
+    image.flags = flags.GetBits();
+    return DrawPNGMultipleClips(image);
+}
+
+// ---- Shapes ----
+
+template <typename T>
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
+                                      std::size_t count, std::int32_t method, std::uint32_t flags,
+                                      float width, std::uint16_t pattern) {
+    // The threshold may turn these points into a pointer at the caller's local array; see the
+    // class comment.
+    Data(points, count, eGSPurposePoint2D);
+    SGSDrawVertices vertices;
+    vertices.method = method;
+    vertices.stroke_width = width;
+    vertices.stroke_pattern = pattern;
+    vertices.flags = flags;
+    vertices.draw_color = WCRGBAColorToSGSRGBAColor(color);
+    return DrawVertices(vertices);
+}
+
+template <typename T>
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawLine(const WCRGBAColor &color, const WCPoint2D<T> &from,
+                                      const WCPoint2D<T> &to, float width, bool antialias,
+                                      std::uint16_t pattern) {
+    const WCPoint2D<T> points[2] = {from, to};
+    return Vertices(color, points, 2, eGSLineStrip, antialias ? 0u : eGSNoAntialias, width,
+                    pattern);
+}
+
+template <typename T>
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawArcLine(const WCRGBAColor &color, double angleDegrees,
+                                         const WURect<T> &rect, float width, bool antialias,
+                                         std::uint16_t pattern) {
+    const T radius = static_cast<T>((rect.right - rect.left) / 2);
+    const double angle = angleDegrees * 3.14159265358979323846 / 180.0;
+    const double r = static_cast<double>(radius);
+    WCPoint2D<T> points[2];
+    points[0] = WCPoint2D<T>(static_cast<T>(rect.left + radius), static_cast<T>(rect.top + radius));
+    // A conversion to short truncates towards zero, which is the rule for the end point.
+    points[1] = WCPoint2D<T>(static_cast<T>(rect.left + r + r * std::sin(angle)),
+                             static_cast<T>(rect.top + r - r * std::cos(angle)));
+    return Vertices(color, points, 2, eGSLineStrip, antialias ? 0u : eGSNoAntialias, width,
+                    pattern);
+}
+
+template <typename T>
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawSolidRect(const WCRGBAColor &color,
+                                                                        const WURect<T> &rect) {
+    const WCPoint2D<T> points[4] = {rect.TopLeft(), rect.TopRight(), rect.BottomRight(),
+                                    rect.BottomLeft()};
+    return Vertices(color, points, 4, eGSPolygon, eGSNoAntialias, 1.0f, 0xFFFF);
+}
+
+template <typename T>
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawWireRect(const WCRGBAColor &color, const WURect<T> &rect,
+                                          float width, std::uint16_t pattern,
+                                          const std::uint32_t *flags) {
+    const WCPoint2D<T> points[5] = {rect.TopLeft(), rect.TopRight(), rect.BottomRight(),
+                                    rect.BottomLeft(), rect.TopLeft()};
+    return Vertices(color, points, 5, eGSLineStrip, flags != nullptr ? *flags : eGSNoAntialias,
+                    width, pattern);
+}
+
+template <typename T>
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawXORRect(const WURect<T> &rect) {
+    const WCPoint2D<T> points[4] = {rect.TopLeft(), rect.TopRight(), rect.BottomRight(),
+                                    rect.BottomLeft()};
+    return Vertices(WCRGBAColor(0xFF, 0xFF, 0xFF, 0xFF), points, 4, eGSPolygon,
+                    eGSNoAntialias | eGSDrawInXORMode, 1.0f, 0xFFFF);
+}
+
+#define MIREL_GS_SHAPES(T)                                                                         \
+    template WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawLine<T>(                \
+        const WCRGBAColor &, const WCPoint2D<T> &, const WCPoint2D<T> &, float, bool,              \
+        std::uint16_t);                                                                            \
+    template WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawArcLine<T>(             \
+        const WCRGBAColor &, double, const WURect<T> &, float, bool, std::uint16_t);               \
+    template WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawSolidRect<T>(           \
+        const WCRGBAColor &, const WURect<T> &);                                                   \
+    template WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawWireRect<T>(            \
+        const WCRGBAColor &, const WURect<T> &, float, std::uint16_t, const std::uint32_t *);      \
+    template WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawXORRect<T>(             \
+        const WURect<T> &);
+
+MIREL_GS_SHAPES(short)
+MIREL_GS_SHAPES(float)
+
+#undef MIREL_GS_SHAPES
+
+// ---- Clips and text ----
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::ClipRect(const WURect<short> &rect) {
+    SGSClipRect clip;
+    clip.rect = WTRectsToSGSRect(rect);
+    AppendRecord(clip);
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::ClipMultipleRects(const std::vector<WURect<short>> &rects,
+                                               const WURect<short> &base) {
+    if (rects.empty())
+        return *this;
+    AppendRects(rects, base.left, base.top);
+    return CommandHeader(eGSClipMultipleRects);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const char *name, std::int32_t size,
+                                                               const WCRGBAColor &color,
+                                                               std::uint32_t flags) {
+    SGSFont font;
+    const std::size_t length = TextLength(name);
+    std::memcpy(font.name, name != nullptr ? name : "",
+                length < sizeof font.name - 1 ? length : sizeof font.name - 1);
+    font.size = size;
+    font.color = WCRGBAColorToSGSRGBAColor(color);
+    font.flags = flags;
+    return Font(font);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(const char *text,
+                                                                      std::int64_t owner,
+                                                                      std::int32_t hAlign,
+                                                                      std::int32_t vAlign) {
+    DataHereStr(text);
+    return DrawTheText(owner, hAlign, vAlign);
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(std::int64_t owner,
+                                                                      std::int32_t hAlign,
+                                                                      std::int32_t vAlign) {
+    SGSDrawText text;
+    text.owner = owner;
+    text.hAlign = hAlign;
+    text.vAlign = vAlign;
+    return DrawTheText(text);
+}
+
+} // namespace miGS
+MIREL_NAMESPACE_END

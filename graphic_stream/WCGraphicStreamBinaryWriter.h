@@ -1,0 +1,235 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "core/MirelNamespace.h"
+#include "core/TBitVector.h"
+#include "core/WCPoint2D.h"
+#include "core/WCRGBAColor.h"
+#include "core/WCStMemObj.h"
+#include "core/WURect.h"
+#include "graphic_stream/GraphicStreamDefs.h"
+
+MIREL_NAMESPACE_BEGIN
+namespace miGS {
+
+// Appends graphic stream records to a memory object. Every control and graph draws through one:
+// raw records copied byte for byte, data records inline (DataHere) or by pointer (DataPtr), and
+// composite operations that write a data record and the command that uses it. Records are built
+// in place at the end of the memory object, which grows geometrically, so writing allocates only
+// when the object has to grow.
+//
+// Data form: with a threshold t of 0 every payload goes inline; with t above 0 a payload of at
+// least t bytes is written as a pointer, valid only while the pointed-to data live in this
+// process. A stream that leaves the process is written with threshold 0.
+//
+// The writer reports nothing: a memory object that cannot grow drops the record. Every operation
+// returns the writer for chaining. [main-thread] in the GUI; one writer per thread otherwise.
+class WCGraphicStreamBinaryWriter {
+public:
+    using ImageFlags = TBitVector<unsigned int>;
+
+    // Writes into the caller's memory object.
+    explicit WCGraphicStreamBinaryWriter(Utils::WCStMemObj &target, std::uint64_t threshold = 0);
+    // Writes into a memory object of its own.
+    explicit WCGraphicStreamBinaryWriter(std::uint64_t threshold = 0);
+    WCGraphicStreamBinaryWriter(const WCGraphicStreamBinaryWriter &) = delete;
+    WCGraphicStreamBinaryWriter &operator=(const WCGraphicStreamBinaryWriter &) = delete;
+
+    Utils::WCStMemObj &GetMemObj() noexcept { return *m_Target; }
+    char *GetStreamPtr() noexcept { return static_cast<char *>(m_Target->GetPtr()); }
+    std::uint64_t GetStreamSize() const noexcept { return m_Target->GetSize(); }
+
+    // Setup.
+    WCGraphicStreamBinaryWriter &SetDataPtrThreshold(std::uint64_t threshold) noexcept;
+    std::uint64_t GetDataPtrThreshold() const noexcept { return m_DataPtrThreshold; }
+    WCGraphicStreamBinaryWriter &ActivateRemarks(bool active) noexcept;
+    // Spelled so since the first version of the interface.
+    WCGraphicStreamBinaryWriter &ActivateMeatData(bool active) noexcept;
+    bool RemarksActive() const noexcept { return m_RemarksActive; }
+    bool MetaDataActive() const noexcept { return m_MetaDataActive; }
+    WCGraphicStreamBinaryWriter &ClearStream() noexcept;
+    bool WillBeWrittenAsDataHere(std::uint64_t bytes) const noexcept;
+    bool WillBeWrittenAsDataPtr(std::uint64_t bytes) const noexcept;
+
+    // Frames opened through WCStGSFrameStructWriter, and their bytes.
+    std::uint64_t GetNumFramesOpened() const noexcept { return m_FramesOpened; }
+    std::uint64_t GetFramesBytes() const noexcept { return m_FramesBytes; }
+    void CountOpenedFrame(std::uint64_t bytes) noexcept;
+
+    // Raw records, copied byte for byte.
+    WCGraphicStreamBinaryWriter &OpenStream(const SGSStream &stream);
+    WCGraphicStreamBinaryWriter &OpenFrame(const SGSFrame &frame);
+    WCGraphicStreamBinaryWriter &CloseFrame(std::int32_t command);
+    WCGraphicStreamBinaryWriter &CommandHeader(std::int32_t command);
+    WCGraphicStreamBinaryWriter &RotateFrame(const SGSFrameRotate &rotate);
+    WCGraphicStreamBinaryWriter &Font(const SGSFont &font);
+    WCGraphicStreamBinaryWriter &DrawVertices(const SGSDrawVertices &vertices);
+    WCGraphicStreamBinaryWriter &ClipVertices(const SGSDrawVertices &vertices);
+    WCGraphicStreamBinaryWriter &DrawOval(const SGSDrawOval &oval);
+    WCGraphicStreamBinaryWriter &DrawPNG(const SGSDrawImage &image);
+    WCGraphicStreamBinaryWriter &DrawPNGMultipleClips(const SGSDrawImageMultipleClips &image);
+    WCGraphicStreamBinaryWriter &DrawTheText(const SGSDrawText &text);
+
+    // Data, in the form the threshold chooses.
+    WCGraphicStreamBinaryWriter &Data(const signed char *data, std::size_t count,
+                                      std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &Data(const unsigned char *data, std::size_t count,
+                                      std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &Data(const short *data, std::size_t count, std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &Data(const int *data, std::size_t count, std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &Data(const float *data, std::size_t count, std::int32_t purpose);
+    // Points count two elements each.
+    WCGraphicStreamBinaryWriter &Data(const WCPoint2D<short> *points, std::size_t count,
+                                      std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &Data(const WCPoint2D<float> *points, std::size_t count,
+                                      std::int32_t purpose);
+
+    // Data forced inline.
+    WCGraphicStreamBinaryWriter &DataHere(const signed char *data, std::size_t count,
+                                          std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataHere(const unsigned char *data, std::size_t count,
+                                          std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataHere(const short *data, std::size_t count,
+                                          std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataHere(const int *data, std::size_t count, std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataHere(const float *data, std::size_t count,
+                                          std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataHere(const WCPoint2D<short> *points, std::size_t count,
+                                          std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataHere(const WCPoint2D<float> *points, std::size_t count,
+                                          std::int32_t purpose);
+    // `count` elements of `type`.
+    WCGraphicStreamBinaryWriter &DataHere(std::int32_t purpose, std::int32_t type, const void *data,
+                                          std::size_t count);
+    // A prepared header (its size kept as given) and the payload its count and type describe.
+    WCGraphicStreamBinaryWriter &DataHere(const SGSData &header, const void *payload);
+
+    // Data forced by pointer.
+    WCGraphicStreamBinaryWriter &DataPtr(const signed char *data, std::size_t count,
+                                         std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataPtr(const unsigned char *data, std::size_t count,
+                                         std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataPtr(const short *data, std::size_t count,
+                                         std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataPtr(const int *data, std::size_t count, std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataPtr(const float *data, std::size_t count,
+                                         std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataPtr(const WCPoint2D<short> *points, std::size_t count,
+                                         std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataPtr(const WCPoint2D<float> *points, std::size_t count,
+                                         std::int32_t purpose);
+    WCGraphicStreamBinaryWriter &DataPtr(std::int32_t purpose, std::int32_t type, const void *data,
+                                         std::size_t count);
+    WCGraphicStreamBinaryWriter &DataPtr(const SGSData &header);
+
+    // A zero-terminated text, type "char", purpose "text"; its length picks the form.
+    WCGraphicStreamBinaryWriter &DataStr(const char *text);
+    WCGraphicStreamBinaryWriter &DataHereStr(const char *text);
+    WCGraphicStreamBinaryWriter &DataPtrStr(const char *text);
+
+    // An inline text of any purpose.
+    WCGraphicStreamBinaryWriter &SpecialText(std::int32_t purpose, const char *text);
+    // Written only while remarks are active (off by default).
+    WCGraphicStreamBinaryWriter &Remark(const char *text);
+    // Written only while metadata is active (on by default).
+    WCGraphicStreamBinaryWriter &MetaData(const char *text);
+
+    // Images by resource number (nothing for -1) or by path (ResID -100, the path in a text
+    // record just before). Draw rectangles give position and, when scaled, size; clips are
+    // relative to the frame.
+    WCGraphicStreamBinaryWriter &DrawPNG(short resID, ImageFlags flags = ImageFlags());
+    WCGraphicStreamBinaryWriter &DrawPNG(const char *path);
+    WCGraphicStreamBinaryWriter &DrawPNGAtPosition(short resID, const WCPoint2D<short> &position,
+                                                   ImageFlags flags = ImageFlags());
+    WCGraphicStreamBinaryWriter &DrawPNGAtPosition(const char *path,
+                                                   const WCPoint2D<short> &position);
+    WCGraphicStreamBinaryWriter &DrawPNGAtPositionClipped(short resID,
+                                                          const WCPoint2D<short> &position,
+                                                          const WURect<short> &clip,
+                                                          ImageFlags flags = ImageFlags());
+    WCGraphicStreamBinaryWriter &DrawPNGAtPositionClipped(const char *path,
+                                                          const WCPoint2D<short> &position,
+                                                          const WURect<short> &clip);
+    WCGraphicStreamBinaryWriter &DrawPNGScaled(short resID, const WURect<short> &rect,
+                                               ImageFlags flags = ImageFlags());
+    WCGraphicStreamBinaryWriter &DrawPNGScaled(const char *path, const WURect<short> &rect);
+    WCGraphicStreamBinaryWriter &DrawPNGScaledAndClipped(short resID, const WURect<short> &rect,
+                                                         const WURect<short> &clip,
+                                                         ImageFlags flags = ImageFlags());
+    WCGraphicStreamBinaryWriter &
+    DrawPNGScaledAndClipped(const char *path, const WURect<short> &rect, const WURect<short> &clip);
+    // No clip: DrawPNGAtPosition; one: DrawPNGAtPositionClipped; more: the clips as a data record
+    // and an "mPNG".
+    WCGraphicStreamBinaryWriter &
+    DrawPNGAtPositionMultipleClips(short resID, const WCPoint2D<short> &position,
+                                   const std::vector<WURect<short>> &clips,
+                                   ImageFlags flags = ImageFlags());
+
+    // Shapes: one data record of points and one SGSDrawVertices. The short forms write "16in"
+    // points, the float forms "flot". When the threshold lies between 1 and the points' byte
+    // size the points go by pointer to a local of the operation, valid only until it returns;
+    // so callers never set a threshold of 1 to 20.
+    template <typename T>
+    WCGraphicStreamBinaryWriter &DrawLine(const WCRGBAColor &color, const WCPoint2D<T> &from,
+                                          const WCPoint2D<T> &to, float width = 1.0f,
+                                          bool antialias = true, std::uint16_t pattern = 0xFFFF);
+    // From the centre of the rectangle's top square to its rim at an angle; 0 is up, growing
+    // clockwise.
+    template <typename T>
+    WCGraphicStreamBinaryWriter &DrawArcLine(const WCRGBAColor &color, double angleDegrees,
+                                             const WURect<T> &rect, float width = 1.0f,
+                                             bool antialias = true, std::uint16_t pattern = 0xFFFF);
+    template <typename T>
+    WCGraphicStreamBinaryWriter &DrawSolidRect(const WCRGBAColor &color, const WURect<T> &rect);
+    // `flags` null means "NoAntialias".
+    template <typename T>
+    WCGraphicStreamBinaryWriter &DrawWireRect(const WCRGBAColor &color, const WURect<T> &rect,
+                                              float width = 1.0f, std::uint16_t pattern = 0xFFFF,
+                                              const std::uint32_t *flags = nullptr);
+    template <typename T>
+    WCGraphicStreamBinaryWriter &DrawXORRect(const WURect<T> &rect);
+
+    // Clips.
+    WCGraphicStreamBinaryWriter &ClipRect(const WURect<short> &rect);
+    // Nothing for an empty list; otherwise the rectangles, moved by minus base's top-left, and a
+    // "cRIM".
+    WCGraphicStreamBinaryWriter &ClipMultipleRects(const std::vector<WURect<short>> &rects,
+                                                   const WURect<short> &base);
+
+    // Text. Font names are cut to 31 characters.
+    WCGraphicStreamBinaryWriter &Font(const char *name, std::int32_t size, const WCRGBAColor &color,
+                                      std::uint32_t flags = 0);
+    WCGraphicStreamBinaryWriter &DrawTheText(const char *text, std::int64_t owner,
+                                             std::int32_t hAlign = eGSAlignHCenter,
+                                             std::int32_t vAlign = eGSAlignVCenter);
+    // Only the "dTXT": the text is the last one written.
+    WCGraphicStreamBinaryWriter &DrawTheText(std::int64_t owner,
+                                             std::int32_t hAlign = eGSAlignHCenter,
+                                             std::int32_t vAlign = eGSAlignVCenter);
+
+private:
+    template <typename Record>
+    void AppendRecord(const Record &record);
+    template <typename T>
+    WCGraphicStreamBinaryWriter &Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
+                                          std::size_t count, std::int32_t method,
+                                          std::uint32_t flags, float width, std::uint16_t pattern);
+    WCGraphicStreamBinaryWriter &DrawImageRecord(short resID, const SGSRect &drawRect,
+                                                 const SGSRect &clipRect, ImageFlags flags);
+    WCGraphicStreamBinaryWriter &DrawImageRecordForPath(const char *path, const SGSRect &drawRect,
+                                                        const SGSRect &clipRect);
+    void AppendRects(const std::vector<WURect<short>> &rects, short dx, short dy);
+
+    std::uint64_t m_FramesOpened = 0;
+    std::uint64_t m_FramesBytes = 0;
+    Utils::WCStMemObj *m_Target;
+    bool m_RemarksActive = false;
+    bool m_MetaDataActive = true;
+    std::uint64_t m_DataPtrThreshold = 0;
+    Utils::WCStMemObj m_OwnMemObj;
+};
+
+} // namespace miGS
+MIREL_NAMESPACE_END

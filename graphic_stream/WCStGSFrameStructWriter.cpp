@@ -1,0 +1,77 @@
+#include "graphic_stream/WCStGSFrameStructWriter.h"
+
+#include <cstring>
+
+MIREL_NAMESPACE_BEGIN
+namespace miGS {
+
+WCStGSFrameStructWriter::WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer,
+                                                 const SGSFrame &frame)
+    : m_Writer(writer) {
+    Open(frame);
+}
+
+WCStGSFrameStructWriter::WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer,
+                                                 const WURect<int> &rect, std::int64_t)
+    : m_Writer(writer) {
+    SGSFrame frame;
+    frame.rect.location.x = rect.left;
+    frame.rect.location.y = rect.top;
+    frame.rect.size.width = rect.right - rect.left;
+    frame.rect.size.height = rect.bottom - rect.top;
+    Open(frame);
+}
+
+void WCStGSFrameStructWriter::Open(const SGSFrame &frame) {
+    const std::uint64_t before = m_Writer.GetStreamSize();
+    m_Writer.OpenFrame(frame);
+    m_LengthAfterOpen = m_Writer.GetStreamSize();
+    m_RecordSize = m_LengthAfterOpen - before;
+    // A frame the memory object could not take is not closed either, or the destructor would
+    // remove bytes that belong to the record before it.
+    m_ShouldClose = m_RecordSize == sizeof(SGSFrame);
+    if (m_ShouldClose)
+        m_Writer.CountOpenedFrame(m_RecordSize);
+}
+
+WCStGSFrameStructWriter::~WCStGSFrameStructWriter() {
+    if (!m_ShouldClose)
+        return;
+    const std::uint64_t length = m_Writer.GetStreamSize();
+    if (length > m_LengthAfterOpen) {
+        m_Writer.CloseFrame(eGSEndFrame);
+    } else if (length == m_LengthAfterOpen) {
+        Utils::WCStMemObj &memory = m_Writer.GetMemObj();
+        const std::uint64_t start = length - m_RecordSize;
+        std::memset(static_cast<char *>(memory.GetPtr()) + start, 0, m_RecordSize);
+        memory.ResizePtr(start);
+    }
+    // Shorter than right after the open: someone cleared the stream; nothing is left to close.
+}
+
+void WCStGSFrameStructWriter::CloseFrame(std::int32_t command) {
+    m_Writer.CloseFrame(command);
+    m_ShouldClose = false;
+}
+
+WCStGSStreamStructWriter::WCStGSStreamStructWriter(WCGraphicStreamBinaryWriter &writer,
+                                                   const SGSStream &stream,
+                                                   const char *resourcesBaseURL)
+    : m_Writer(writer) {
+    m_Writer.OpenStream(stream);
+    if (resourcesBaseURL != nullptr)
+        m_Writer.SpecialText(eGSResourcesBaseURL, resourcesBaseURL);
+}
+
+WCStGSStreamStructWriter::~WCStGSStreamStructWriter() {
+    if (m_ShouldClose)
+        m_Writer.CloseFrame(eGSEndStream);
+}
+
+void WCStGSStreamStructWriter::CloseFrame(std::int32_t command) {
+    m_Writer.CloseFrame(command);
+    m_ShouldClose = false;
+}
+
+} // namespace miGS
+MIREL_NAMESPACE_END

@@ -1,0 +1,390 @@
+#include "graphic_stream/WCGraphicStreamBinaryWriter.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "GSTestSupport.h"
+#include "graphic_stream/WCStGSFrameStructWriter.h"
+
+using namespace MIREL_NAMESPACE_NAME;
+using namespace MIREL_NAMESPACE_NAME::miGS;
+using gs_test::At;
+using gs_test::CommandAt;
+using gs_test::Commands;
+using gs_test::SizeAt;
+
+namespace {
+
+SGSStream NamedStream(const char *name, std::int32_t w, std::int32_t h) {
+    SGSStream stream;
+    std::strncpy(stream.stream_name, name, sizeof stream.stream_name - 1);
+    stream.frame.rect.size = {w, h};
+    return stream;
+}
+
+} // namespace
+
+TEST(WCGraphicStreamBinaryWriter, StreamRecordLaysOutSizeSignatureAndName) {
+    Utils::WCStMemObj memory;
+    WCGraphicStreamBinaryWriter writer(memory);
+    writer.OpenStream(NamedStream("EQ-7", 640, 480));
+    ASSERT_EQ(memory.GetSize(), 112u);
+    EXPECT_EQ(CommandAt(memory, 0), eGSBeginStream);
+    EXPECT_EQ(SizeAt(memory, 0), 112);
+    EXPECT_EQ(At<std::int64_t>(memory, 8), 0);
+    EXPECT_EQ(At<std::int32_t>(memory, 24), 640);
+    EXPECT_EQ(At<std::int32_t>(memory, 28), 480);
+    EXPECT_EQ(At<std::int32_t>(memory, 32), 1);
+    EXPECT_EQ(At<std::int32_t>(memory, 36), 0);
+    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), "EQ-7");
+    EXPECT_EQ(At<char>(memory, 111), '\0');
+}
+
+TEST(WCGraphicStreamBinaryWriter, FiveCharacterTextIsThirtySixBytesPaddedWithUnderscores) {
+    Utils::WCStMemObj memory;
+    WCGraphicStreamBinaryWriter writer(memory);
+    writer.DataHereStr("Hello");
+    ASSERT_EQ(memory.GetSize(), 36u);
+    EXPECT_EQ(CommandAt(memory, 0), eGSDataHere);
+    EXPECT_EQ(SizeAt(memory, 0), 36);
+    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeChar);
+    EXPECT_EQ(At<std::int32_t>(memory, 12), eGSPurposeText);
+    EXPECT_EQ(At<std::int32_t>(memory, 16), 5);
+    EXPECT_EQ(At<std::uint64_t>(memory, 20), 0u);
+    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 28, 5), "Hello");
+    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 33, 3), "___");
+}
+
+TEST(WCGraphicStreamBinaryWriter, PayloadOnTheFourByteGridGetsNoPadding) {
+    Utils::WCStMemObj memory;
+    WCGraphicStreamBinaryWriter writer(memory);
+    const short values[] = {1, -2, 3, -4};
+    writer.DataHere(values, 4, eGSPurposePoint2D);
+    EXPECT_EQ(memory.GetSize(), 36u);
+    EXPECT_EQ(SizeAt(memory, 0), 36);
+    EXPECT_EQ(At<short>(memory, 30), -2);
+    writer.DataHereStr("");
+    EXPECT_EQ(memory.GetSize(), 36u + 28u);
+    EXPECT_EQ(At<std::int32_t>(memory, 36 + 16), 0);
+}
+
+TEST(WCGraphicStreamBinaryWriter, ThresholdChoosesTheDataForm) {
+    WCGraphicStreamBinaryWriter writer(20);
+    EXPECT_TRUE(writer.WillBeWrittenAsDataPtr(20));
+    EXPECT_TRUE(writer.WillBeWrittenAsDataHere(19));
+    writer.SetDataPtrThreshold(0);
+    EXPECT_TRUE(writer.WillBeWrittenAsDataHere(1u << 30));
+
+    const short tenShorts[10] = {};
+    writer.SetDataPtrThreshold(20).Data(tenShorts, 10, eGSPurposePoint2D);
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(memory.GetSize(), 28u);
+    EXPECT_EQ(CommandAt(memory, 0), eGSDataPtr);
+    EXPECT_EQ(SizeAt(memory, 0), 28);
+    EXPECT_EQ(At<std::int32_t>(memory, 16), 10);
+    EXPECT_EQ(At<std::uint64_t>(memory, 20), reinterpret_cast<std::uintptr_t>(tenShorts));
+
+    writer.ClearStream().SetDataPtrThreshold(21).Data(tenShorts, 10, eGSPurposePoint2D);
+    EXPECT_EQ(CommandAt(memory, 0), eGSDataHere);
+    EXPECT_EQ(SizeAt(memory, 0), 48);
+
+    // Texts compare their length.
+    writer.ClearStream().SetDataPtrThreshold(5).DataStr("abcd").DataStr("abcde");
+    EXPECT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSDataPtr}));
+}
+
+TEST(WCGraphicStreamBinaryWriter, PointsCountTwoElementsEach) {
+    WCGraphicStreamBinaryWriter writer;
+    const WCPoint2D<float> points[3] = {{1, 2}, {3, 4}, {5, 6}};
+    writer.Data(points, 3, eGSPurposePoint2D);
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeFloat);
+    EXPECT_EQ(At<std::int32_t>(memory, 16), 6);
+    EXPECT_EQ(SizeAt(memory, 0), 28 + 24);
+    EXPECT_EQ(At<float>(memory, 28 + 20), 6.0f);
+}
+
+TEST(WCGraphicStreamBinaryWriter, PreparedHeaderKeepsItsSize) {
+    WCGraphicStreamBinaryWriter writer;
+    SGSData header;
+    header.type = eGSTypeUInt8;
+    header.purpose = eGSPurposeRGBColor;
+    header.num_elements = 3;
+    header.header.size = 32;
+    const unsigned char rgb[3] = {1, 2, 3};
+    writer.DataHere(header, rgb);
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    EXPECT_EQ(memory.GetSize(), 32u);
+    EXPECT_EQ(At<unsigned char>(memory, 30), 3);
+    EXPECT_EQ(At<unsigned char>(memory, 31), 0x5F);
+    // A DataPtr header given to DataHere carries no payload.
+    header.header.command = eGSDataPtr;
+    header.header.size = 28;
+    writer.ClearStream().DataHere(header, rgb);
+    EXPECT_EQ(memory.GetSize(), 28u);
+}
+
+TEST(WCGraphicStreamBinaryWriter, RemarksAreOffAndMetadataOnByDefault) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.Remark("why");
+    EXPECT_EQ(writer.GetStreamSize(), 0u);
+    writer.MetaData("ParamID:3");
+    ASSERT_EQ(writer.GetStreamSize(), 40u);
+    EXPECT_EQ(At<std::int32_t>(writer.GetMemObj(), 12), eGSPurposeMetaData);
+    writer.ClearStream().ActivateRemarks(true).ActivateMeatData(false).Remark("why").MetaData("x");
+    EXPECT_EQ(Commands(writer.GetMemObj()), std::vector<std::int32_t>{eGSDataHere});
+    EXPECT_EQ(At<std::int32_t>(writer.GetMemObj(), 12), eGSPurposeRemark);
+}
+
+TEST(WCGraphicStreamBinaryWriter, ImagesByNumberSkipMinusOne) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.DrawPNG(static_cast<short>(-1));
+    writer.DrawPNGAtPosition(-1, WCPoint2D<short>(3, 4));
+    writer.DrawPNGScaledAndClipped(-1, WURect<short>(), WURect<short>());
+    EXPECT_EQ(writer.GetStreamSize(), 0u);
+
+    writer.DrawPNGScaledAndClipped(7, WURect<short>(10, 20, 50, 120), WURect<short>(1, 2, 3, 4),
+                                   WCGraphicStreamBinaryWriter::ImageFlags(1));
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(memory.GetSize(), 56u);
+    EXPECT_EQ(CommandAt(memory, 0), eGSDrawImage);
+    EXPECT_EQ(At<std::int32_t>(memory, 8), 7);
+    EXPECT_EQ(At<SGSRect>(memory, 12).location.x, 20);
+    EXPECT_EQ(At<SGSRect>(memory, 12).location.y, 10);
+    EXPECT_EQ(At<SGSRect>(memory, 12).size.width, 100);
+    EXPECT_EQ(At<SGSRect>(memory, 12).size.height, 40);
+    EXPECT_EQ(At<SGSRect>(memory, 28).size.width, 2);
+    EXPECT_EQ(At<std::int32_t>(memory, 44), -1);
+    EXPECT_EQ(At<std::int32_t>(memory, 48), -1);
+    EXPECT_EQ(At<std::uint32_t>(memory, 52), 1u);
+}
+
+TEST(WCGraphicStreamBinaryWriter, ImageByPathWritesItsPathFirst) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.DrawPNGAtPosition("knob.png", WCPoint2D<short>(5, 6));
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSDrawImage}));
+    EXPECT_EQ(At<std::int32_t>(memory, 12), eGSPurposeText);
+    EXPECT_EQ(At<std::int32_t>(memory, 36 + 8), -100);
+    EXPECT_EQ(At<std::int32_t>(memory, 36 + 12), 5);
+    EXPECT_EQ(At<std::uint32_t>(memory, 36 + 52), 0u);
+}
+
+TEST(WCGraphicStreamBinaryWriter, MultipleClipImagesPickTheirRecordByClipCount) {
+    WCGraphicStreamBinaryWriter writer;
+    const WCPoint2D<short> at(4, 8);
+    writer.DrawPNGAtPositionMultipleClips(2, at, {});
+    EXPECT_EQ(Commands(writer.GetMemObj()), std::vector<std::int32_t>{eGSDrawImage});
+    writer.ClearStream().DrawPNGAtPositionMultipleClips(2, at, {WURect<short>(0, 0, 5, 5)});
+    EXPECT_EQ(At<SGSRect>(writer.GetMemObj(), 28).size.width, 5);
+    writer.ClearStream().DrawPNGAtPositionMultipleClips(
+        2, at, {WURect<short>(0, 0, 5, 5), WURect<short>(10, 10, 20, 30)});
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(Commands(memory),
+              (std::vector<std::int32_t>{eGSDataHere, eGSDrawImageMultipleClips}));
+    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeRect);
+    EXPECT_EQ(At<std::int32_t>(memory, 12), eGSPurposeClipRects);
+    EXPECT_EQ(SizeAt(memory, 0), 28 + 32);
+    EXPECT_EQ(At<SGSRect>(memory, 28 + 16).size.width, 20);
+    const std::uint64_t image = 60;
+    EXPECT_EQ(SizeAt(memory, image), 40);
+    EXPECT_EQ(At<std::int32_t>(memory, image + 12), 4);
+    EXPECT_EQ(At<std::int32_t>(memory, image + 16), 8);
+    EXPECT_EQ(At<std::int32_t>(memory, image + 20), 0);
+    EXPECT_EQ(At<std::int32_t>(memory, image + 28), -1);
+}
+
+TEST(WCGraphicStreamBinaryWriter, SolidRectGoesClockwiseFromTopLeft) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.DrawSolidRect(WCRGBAColor(1, 2, 3, 4), WURect<short>(10, 20, 30, 40));
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSDrawVertices}));
+    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeInt16);
+    EXPECT_EQ(At<std::int32_t>(memory, 16), 8);
+    const short expected[8] = {20, 10, 40, 10, 40, 30, 20, 30};
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(At<short>(memory, 28 + 2 * i), expected[i]) << i;
+    const std::uint64_t v = 44;
+    EXPECT_EQ(SizeAt(memory, v), 48);
+    EXPECT_EQ(At<std::int32_t>(memory, v + 8), eGSPolygon);
+    EXPECT_EQ(At<float>(memory, v + 12), 1.0f);
+    EXPECT_EQ(At<std::uint16_t>(memory, v + 16), 0xFFFF);
+    EXPECT_EQ(At<std::uint16_t>(memory, v + 18), 0);
+    EXPECT_EQ(At<std::uint32_t>(memory, v + 20), 1u);
+    EXPECT_EQ(At<SGSRGBAColor>(memory, v + 24).alpha, 4);
+    EXPECT_EQ(At<SGSScale>(memory, v + 36).z, 1.0f);
+}
+
+TEST(WCGraphicStreamBinaryWriter, WireRectClosesItsOutlineAndTakesFlags) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.DrawWireRect(WCRGBAColor(), WURect<float>(0.5f, 1.5f, 2.5f, 3.5f), 2.0f, 0x00FF);
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeFloat);
+    EXPECT_EQ(At<std::int32_t>(memory, 16), 10);
+    EXPECT_EQ(At<float>(memory, 28 + 32), 1.5f);
+    EXPECT_EQ(At<float>(memory, 28 + 36), 0.5f);
+    const std::uint64_t v = 28 + 40;
+    EXPECT_EQ(At<std::int32_t>(memory, v + 8), eGSLineStrip);
+    EXPECT_EQ(At<std::uint32_t>(memory, v + 20), 1u);
+    EXPECT_EQ(At<std::uint16_t>(memory, v + 16), 0x00FF);
+    const std::uint32_t flags = eGSDrawInXORMode;
+    writer.ClearStream().DrawWireRect(WCRGBAColor(), WURect<short>(0, 0, 4, 4), 1.0f, 0xFFFF,
+                                      &flags);
+    EXPECT_EQ(At<std::uint32_t>(memory, 28 + 20 + 20), eGSDrawInXORMode);
+}
+
+TEST(WCGraphicStreamBinaryWriter, XorRectIsWhiteWithXorAndNoAntialias) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.DrawXORRect(WURect<short>(0, 0, 2, 2));
+    const std::uint64_t v = 28 + 16;
+    EXPECT_EQ(At<std::uint32_t>(writer.GetMemObj(), v + 20), 5u);
+    EXPECT_EQ(At<std::uint32_t>(writer.GetMemObj(), v + 24), 0xFFFFFFFFu);
+}
+
+TEST(WCGraphicStreamBinaryWriter, LinesAndArcLines) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.DrawLine(WCRGBAColor(), WCPoint2D<short>(1, 2), WCPoint2D<short>(3, 4), 1.0f, false);
+    EXPECT_EQ(At<std::uint32_t>(writer.GetMemObj(), 36 + 20), eGSNoAntialias);
+    writer.ClearStream().DrawLine(WCRGBAColor(), WCPoint2D<short>(1, 2), WCPoint2D<short>(3, 4));
+    EXPECT_EQ(At<std::uint32_t>(writer.GetMemObj(), 36 + 20), 0u);
+
+    struct {
+        double angle;
+        short x, y;
+    } const table[] = {{0, 10, 0}, {90, 20, 10}, {180, 10, 20}, {270, 0, 10}, {45, 17, 2}};
+    for (auto const &row : table) {
+        writer.ClearStream().DrawArcLine(WCRGBAColor(), row.angle, WURect<short>(0, 0, 20, 20));
+        Utils::WCStMemObj &memory = writer.GetMemObj();
+        EXPECT_EQ(At<short>(memory, 28), 10);
+        EXPECT_EQ(At<short>(memory, 30), 10);
+        EXPECT_EQ(At<short>(memory, 32), row.x) << row.angle;
+        EXPECT_EQ(At<short>(memory, 34), row.y) << row.angle;
+    }
+}
+
+TEST(WCGraphicStreamBinaryWriter, ShapePointsGoByPointerWhenTheThresholdIsTiny) {
+    // The documented hazard: such a pointer is dangling once the call returns.
+    WCGraphicStreamBinaryWriter writer(8);
+    writer.DrawLine(WCRGBAColor(), WCPoint2D<short>(1, 2), WCPoint2D<short>(3, 4));
+    EXPECT_EQ(Commands(writer.GetMemObj()),
+              (std::vector<std::int32_t>{eGSDataPtr, eGSDrawVertices}));
+    writer.ClearStream().SetDataPtrThreshold(9).DrawLine(WCRGBAColor(), WCPoint2D<short>(),
+                                                         WCPoint2D<short>());
+    EXPECT_EQ(CommandAt(writer.GetMemObj(), 0), eGSDataHere);
+}
+
+TEST(WCGraphicStreamBinaryWriter, ClipRectsAreShiftedByTheBase) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.ClipMultipleRects({}, WURect<short>(1, 1, 2, 2));
+    EXPECT_EQ(writer.GetStreamSize(), 0u);
+    writer.ClipMultipleRects({WURect<short>(10, 20, 30, 40), WURect<short>(5, 5, 6, 6)},
+                             WURect<short>(3, 4, 100, 100));
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSClipMultipleRects}));
+    EXPECT_EQ(At<SGSRect>(memory, 28).location.x, 16);
+    EXPECT_EQ(At<SGSRect>(memory, 28).location.y, 7);
+    EXPECT_EQ(At<SGSRect>(memory, 28).size.width, 20);
+    EXPECT_EQ(At<SGSRect>(memory, 44).location.x, 1);
+    EXPECT_EQ(SizeAt(memory, 60), 8);
+
+    writer.ClearStream().ClipRect(WURect<short>(1, 2, 11, 22));
+    EXPECT_EQ(SizeAt(memory, 0), 24);
+    EXPECT_EQ(At<SGSRect>(memory, 8).size.width, 20);
+}
+
+TEST(WCGraphicStreamBinaryWriter, FontNamesAreCutTo31Characters) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.Font("0123456789012345678901234567890123456789", 12, WCRGBAColor(9, 8, 7), 3);
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(memory.GetSize(), 52u);
+    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 8),
+              "0123456789012345678901234567890");
+    EXPECT_EQ(At<char>(memory, 39), '\0');
+    EXPECT_EQ(At<std::int32_t>(memory, 40), 12);
+    EXPECT_EQ(At<SGSRGBAColor>(memory, 44).red, 9);
+    EXPECT_EQ(At<SGSRGBAColor>(memory, 44).alpha, 255);
+    EXPECT_EQ(At<std::uint32_t>(memory, 48), 3u);
+}
+
+TEST(WCGraphicStreamBinaryWriter, TextWithAndWithoutItsString) {
+    WCGraphicStreamBinaryWriter writer;
+    writer.DrawTheText("Gain", 0x1122334455667788, eGSAlignLeft, eGSAlignTop);
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSDrawText}));
+    EXPECT_EQ(At<std::int64_t>(memory, 32 + 8), 0x1122334455667788);
+    EXPECT_EQ(At<std::int32_t>(memory, 32 + 16), eGSAlignLeft);
+    writer.ClearStream().DrawTheText(5);
+    EXPECT_EQ(SizeAt(memory, 0), 24);
+    EXPECT_EQ(At<std::int32_t>(memory, 16), eGSAlignHCenter);
+    EXPECT_EQ(At<std::int32_t>(memory, 20), eGSAlignVCenter);
+}
+
+TEST(WCStGSFrameStructWriter, EmptyFrameLeavesTheStreamAsItWas) {
+    Utils::WCStMemObj memory;
+    WCGraphicStreamBinaryWriter writer(memory);
+    writer.DataHereStr("before");
+    const std::uint64_t before = memory.GetSize();
+    {
+        SGSFrame frame;
+        frame.owner = 99;
+        frame.rect.location = {5, 6};
+        WCStGSFrameStructWriter guard(writer, frame);
+        EXPECT_EQ(memory.GetSize(), before + 32);
+        EXPECT_TRUE(guard.ShouldClose());
+    }
+    EXPECT_EQ(memory.GetSize(), before);
+    ASSERT_GE(memory.GetCapacity(), before + 32);
+    // The removed record is zero in the slack.
+    for (std::uint64_t i = before; i < before + 32; ++i)
+        EXPECT_EQ(static_cast<const char *>(memory.GetPtr())[i], 0) << i;
+}
+
+TEST(WCStGSFrameStructWriter, NestedGuardsCloseInnerBeforeOuter) {
+    WCGraphicStreamBinaryWriter writer;
+    {
+        WCStGSStreamStructWriter stream(writer, NamedStream("x", 10, 10), "/res/");
+        {
+            WCStGSFrameStructWriter outer(writer, WURect<int>(1, 2, 11, 22), 1234);
+            { WCStGSFrameStructWriter empty(writer, WURect<int>(0, 0, 1, 1), 1); }
+            writer.DrawPNG(static_cast<short>(3));
+        }
+    }
+    Utils::WCStMemObj &memory = writer.GetMemObj();
+    EXPECT_EQ(Commands(memory),
+              (std::vector<std::int32_t>{eGSBeginStream, eGSDataHere, eGSBeginFrame, eGSDrawImage,
+                                         eGSEndFrame, eGSEndStream}));
+    const std::uint64_t frame = 112 + 36;
+    EXPECT_EQ(At<std::int32_t>(memory, 112 + 12), eGSResourcesBaseURL);
+    EXPECT_EQ(At<std::int64_t>(memory, frame + 8), 0);
+    EXPECT_EQ(At<SGSRect>(memory, frame + 16).location.x, 2);
+    EXPECT_EQ(At<SGSRect>(memory, frame + 16).location.y, 1);
+    EXPECT_EQ(At<SGSRect>(memory, frame + 16).size.width, 20);
+    EXPECT_EQ(At<SGSRect>(memory, frame + 16).size.height, 10);
+    EXPECT_EQ(writer.GetNumFramesOpened(), 2u);
+    EXPECT_EQ(writer.GetFramesBytes(), 64u);
+}
+
+TEST(WCStGSFrameStructWriter, ExplicitCloseAndClearedStream) {
+    WCGraphicStreamBinaryWriter writer;
+    {
+        WCStGSFrameStructWriter guard(writer, SGSFrame());
+        guard.CloseFrame(eGSEndFrame);
+        EXPECT_FALSE(guard.ShouldClose());
+    }
+    EXPECT_EQ(Commands(writer.GetMemObj()),
+              (std::vector<std::int32_t>{eGSBeginFrame, eGSEndFrame}));
+    writer.ClearStream();
+    writer.DataHereStr("abcd");
+    {
+        WCStGSFrameStructWriter guard(writer, SGSFrame());
+        writer.ClearStream();
+    }
+    EXPECT_EQ(writer.GetStreamSize(), 0u);
+    {
+        WCStGSStreamStructWriter stream(writer, SGSStream());
+        stream.CloseFrame();
+    }
+    EXPECT_EQ(Commands(writer.GetMemObj()),
+              (std::vector<std::int32_t>{eGSBeginStream, eGSEndStream}));
+}

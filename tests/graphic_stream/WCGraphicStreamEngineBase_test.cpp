@@ -1,0 +1,363 @@
+#include "graphic_stream/WCGraphicStreamEngineBase.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "GSTestSupport.h"
+#include "graphic_stream/GraphicStreamVocabulary.h"
+#include "graphic_stream/WCGraphicStreamBinaryWriter.h"
+#include "graphic_stream/WCStGSFrameStructWriter.h"
+
+using namespace MIREL_NAMESPACE_NAME;
+using namespace MIREL_NAMESPACE_NAME::miGS;
+
+namespace {
+
+// Records what the walk calls and what the engine knows at each call.
+class WCRecordingEngine : public WCGraphicStreamEngineBase {
+public:
+    std::vector<std::string> m_Calls;
+    std::vector<std::int64_t> m_ImageX;
+    std::vector<std::int32_t> m_TextFontSizes;
+    std::vector<std::string> m_Texts;
+
+    int BeginStream(SGSStream &) override { return Log("BeginStream"); }
+    int EndStream(SGSCommandHeader &) override { return Log("EndStream"); }
+    int BeginFrame(SGSFrame &) override { return Log("BeginFrame"); }
+    int EndFrame(SGSCommandHeader &) override { return Log("EndFrame"); }
+    int DrawImage(SGSDrawImage &image) override {
+        const WSFrameState *top = GetTopFrameState();
+        m_ImageX.push_back((top != nullptr ? top->m_AbsoluteX : 0) + image.draw_rect.location.x);
+        return Log("DrawImage");
+    }
+    int DrawTheText(SGSDrawText &) override {
+        m_TextFontSizes.push_back(GetFont().size);
+        const SGSData *text = GetLatestDataOfPurpose(eGSPurposeText);
+        m_Texts.push_back(text != nullptr ? std::string(GetDataText(*text)) : "<none>");
+        return Log("DrawTheText");
+    }
+    int Font(SGSFont &) override { return Log("Font"); }
+    int Data(SGSData &) override { return Log("Data"); }
+    int Remark(SGSData &data) override { return Log("Remark:" + std::string(GetDataText(data))); }
+    int MetaData(SGSData &data) override { return Log("Meta:" + std::string(GetDataText(data))); }
+    int Ignore(int) override { return Log("Ignore"); }
+    int Illegal(int) override { return Log("Illegal"); }
+    int Unknown(int command) override {
+        return Log(std::string("Unknown:") + GraphicStreamCommandToText(command));
+    }
+
+private:
+    int Log(std::string call) {
+        m_Calls.push_back(std::move(call));
+        return 0;
+    }
+};
+
+void WriteSmallStream(WCGraphicStreamBinaryWriter &writer) {
+    SGSStream stream;
+    std::strcpy(stream.stream_name, "Small");
+    stream.frame.rect.size = {200, 100};
+    WCStGSStreamStructWriter streamGuard(writer, stream, "/plugins/Small.bundle/");
+    writer.ActivateRemarks(true).Remark("a remark");
+    writer.Font("Sans", 10, WCRGBAColor());
+    SGSFrame outer;
+    outer.rect.location = {10, 0};
+    WCStGSFrameStructWriter outerGuard(writer, outer);
+    {
+        SGSFrame inner;
+        inner.rect.location = {5, 0};
+        WCStGSFrameStructWriter innerGuard(writer, inner);
+        writer.Font("Mono", 20, WCRGBAColor());
+        writer.DrawPNGAtPosition(1, WCPoint2D<short>(1, 0));
+        writer.DrawTheText("inner", 1);
+    }
+    writer.DrawTheText("outer", 2);
+}
+
+std::vector<char> Bytes(WCGraphicStreamBinaryWriter &writer) {
+    const char *p = writer.GetStreamPtr();
+    return std::vector<char>(p, p + writer.GetStreamSize());
+}
+
+// A stream of raw records, for faults the writer never makes.
+struct WSRawStream {
+    Utils::WCStMemObj m_Memory;
+    WSRawStream &Header(std::int32_t command, std::int32_t size) {
+        const SGSCommandHeader header{command, size};
+        m_Memory.Append(&header, sizeof header);
+        return *this;
+    }
+    WSRawStream &Fill(std::size_t bytes) {
+        std::vector<char> zeros(bytes);
+        m_Memory.Append(zeros.data(), zeros.size());
+        return *this;
+    }
+    WSRawStream &Stream() {
+        const SGSStream stream;
+        m_Memory.Append(&stream, sizeof stream);
+        return *this;
+    }
+    char *Ptr() { return static_cast<char *>(m_Memory.GetPtr()); }
+    std::uint64_t Size() const { return m_Memory.GetSize(); }
+};
+
+} // namespace
+
+TEST(WCGraphicStreamEngineBase, DispatchesEveryRecordInOrder) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    WCRecordingEngine engine;
+    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(engine.m_Calls, (std::vector<std::string>{
+                                  "BeginStream", "Remark:a remark", "Font", "BeginFrame",
+                                  "BeginFrame", "Font", "DrawImage", "Data", "DrawTheText",
+                                  "EndFrame", "Data", "DrawTheText", "EndFrame", "EndStream"}));
+    EXPECT_STREQ(engine.GetStreamName().c_str(), "Small");
+    EXPECT_STREQ(engine.GetResourcesBaseURL().c_str(), "/plugins/Small.bundle/");
+    EXPECT_EQ(engine.GetRecordCount(), 15u);
+    EXPECT_EQ(engine.GetExecutionCount(), 1u);
+    EXPECT_TRUE(engine.GetFrameStack().empty());
+}
+
+TEST(WCGraphicStreamEngineBase, NestedFramesAddTheirOffsets) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    WCRecordingEngine engine;
+    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(engine.m_ImageX, std::vector<std::int64_t>{16});
+}
+
+TEST(WCGraphicStreamEngineBase, FontSetInsideAFrameEndsWithIt) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    WCRecordingEngine engine;
+    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(engine.m_TextFontSizes, (std::vector<std::int32_t>{20, 10}));
+    EXPECT_EQ(engine.m_Texts, (std::vector<std::string>{"inner", "outer"}));
+}
+
+TEST(WCGraphicStreamEngineBase, UnknownCommandIsReportedAndSkipped) {
+    WSRawStream raw;
+    raw.Stream().Header(GSCode("new!"), 16).Fill(8).Header(eGSIgnoreCommand, 8);
+    raw.Header(eGSEndStream, 8);
+    WCRecordingEngine engine;
+    EXPECT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), eNoErr);
+    EXPECT_EQ(engine.m_Calls,
+              (std::vector<std::string>{"BeginStream", "Unknown:Unknown GraphicStreamCommand !wen",
+                                        "Ignore", "EndStream"}));
+}
+
+TEST(WCGraphicStreamEngineBase, ZeroSizeAndIllegalCommandStopTheWalk) {
+    WSRawStream zero;
+    zero.Stream().Header(eGSDrawImage, 0).Fill(48).Header(eGSEndStream, 8);
+    WCRecordingEngine engine;
+    EXPECT_EQ(engine.ExecStream(zero.Ptr(), zero.Size()), -8);
+
+    WSRawStream illegal;
+    illegal.Stream().Header(eGSIllegalCommand, 8).Header(eGSEndStream, 8);
+    engine.m_Calls.clear();
+    EXPECT_EQ(engine.ExecStream(illegal.Ptr(), illegal.Size()), -20010);
+    EXPECT_EQ(engine.m_Calls, (std::vector<std::string>{"BeginStream", "Illegal"}));
+}
+
+TEST(WCGraphicStreamEngineBase, RecordsThatDoNotFitTheBufferAreRefused) {
+    struct {
+        const char *name;
+        std::int32_t command;
+        std::int32_t size;
+        std::size_t fill;
+    } const table[] = {
+        {"beyond the end", eGSDrawImage, 64, 48},
+        {"negative", eGSDrawImage, -56, 48},
+        {"off the grid", GSCode("new!"), 10, 8},
+        {"shorter than its layout", eGSDrawImage, 16, 8},
+        {"frame shorter than its layout", eGSBeginFrame, 8, 0},
+    };
+    for (auto const &row : table) {
+        WSRawStream raw;
+        raw.Stream().Header(row.command, row.size).Fill(row.fill);
+        WCRecordingEngine engine;
+        EXPECT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), -8) << row.name;
+    }
+    WSRawStream truncated;
+    truncated.Stream().Fill(4);
+    WCRecordingEngine engine;
+    EXPECT_EQ(engine.ExecStream(truncated.Ptr(), truncated.Size()), -8);
+    WSRawStream unclosed;
+    unclosed.Stream();
+    EXPECT_EQ(engine.ExecStream(unclosed.Ptr(), unclosed.Size()), -8);
+}
+
+TEST(WCGraphicStreamEngineBase, DataPayloadMustLieInsideItsRecord) {
+    WSRawStream raw;
+    raw.Stream();
+    SGSData data;
+    data.type = eGSTypeFloat;
+    data.purpose = eGSPurposePoint2D;
+    data.num_elements = 1000;
+    data.header.size = 28 + 8;
+    raw.m_Memory.Append(&data, sizeof data);
+    raw.Fill(8).Header(eGSEndStream, 8);
+    WCRecordingEngine engine;
+    EXPECT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), -8);
+
+    data.num_elements = -1;
+    WSRawStream negative;
+    negative.Stream().m_Memory.Append(&data, sizeof data);
+    negative.Fill(8).Header(eGSEndStream, 8);
+    EXPECT_EQ(engine.ExecStream(negative.Ptr(), negative.Size()), -8);
+}
+
+TEST(WCGraphicStreamEngineBase, MisalignedBufferIsRefused) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    std::vector<char> shifted(writer.GetStreamSize() + 8);
+    std::memcpy(shifted.data() + 1, writer.GetStreamPtr(), writer.GetStreamSize());
+    WCRecordingEngine engine;
+    EXPECT_EQ(engine.ExecStream(shifted.data() + 1, writer.GetStreamSize()), -8);
+}
+
+TEST(WCGraphicStreamEngineBase, WalkEndsWhenTheOutermostFrameCloses) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    const std::uint64_t length = writer.GetStreamSize();
+    writer.CommandHeader(eGSIllegalCommand);
+    WCRecordingEngine engine;
+    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr()), eNoErr);
+    EXPECT_EQ(engine.GetCurrentRecordOffset(), length - 8);
+}
+
+TEST(WCGraphicStreamEngineBase, FramesNestedBeyondTheLimitAreRefused) {
+    WCGraphicStreamBinaryWriter writer;
+    for (std::size_t i = 0; i <= WCGraphicStreamEngineBase::kMaxFrameDepth; ++i)
+        writer.OpenFrame(SGSFrame());
+    WCRecordingEngine engine;
+    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), -8);
+}
+
+TEST(WCGraphicStreamEngineBase, DataPointersAreFollowedOnlyWhenAllowed) {
+    const char text[] = "pointed";
+    WCGraphicStreamBinaryWriter writer;
+    {
+        WCStGSStreamStructWriter stream(writer, SGSStream());
+        writer.DataPtrStr(text).DrawTheText(1);
+    }
+    WCRecordingEngine engine;
+    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(engine.m_Texts, std::vector<std::string>{""});
+    engine.FollowDataPointers(true);
+    engine.m_Texts.clear();
+    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(engine.m_Texts, std::vector<std::string>{"pointed"});
+}
+
+TEST(WCGraphicStreamEngineBase, DeprecatedImagesBecomeDrawImage) {
+    struct WCImages : WCGraphicStreamEngineBase {
+        std::vector<SGSDrawImage> m_Images;
+        int DrawImage(SGSDrawImage &image) override {
+            m_Images.push_back(image);
+            return 0;
+        }
+    } engine;
+    WSRawStream raw;
+    raw.Stream();
+    for (std::int32_t command :
+         {eGSDrawPNGDeprecated, eGSDrawPNGClippedDeprecated, eGSDrawPNGScaledDeprecated}) {
+        SGSDrawPNGDeprecated old;
+        old.header.command = command;
+        old.ResID = 4;
+        old.rect = {{1, 2}, {30, 40}};
+        raw.m_Memory.Append(&old, sizeof old);
+    }
+    raw.Header(eGSEndStream, 8);
+    ASSERT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), eNoErr);
+    ASSERT_EQ(engine.m_Images.size(), 3u);
+    EXPECT_EQ(engine.m_Images[0].draw_rect.location.y, 2);
+    EXPECT_EQ(engine.m_Images[0].draw_rect.size.width, 0);
+    EXPECT_EQ(engine.m_Images[0].clip_rect.size.width, 0);
+    EXPECT_EQ(engine.m_Images[1].draw_rect.size.width, 0);
+    EXPECT_EQ(engine.m_Images[1].clip_rect.size.height, 40);
+    EXPECT_EQ(engine.m_Images[2].draw_rect.size.width, 30);
+    EXPECT_EQ(engine.m_Images[2].clip_rect.size.width, 0);
+    EXPECT_EQ(engine.m_Images[2].ResID, 4);
+}
+
+TEST(WCGraphicStreamEngineBase, ClipsAreKeptInTheFrameState) {
+    struct WCClips : WCGraphicStreamEngineBase {
+        std::size_t m_Count = 0;
+        int ClipMultipleRects(SGSClipMultipleRects &) override {
+            m_Count = GetTopFrameState()->m_ClipRects.size();
+            return 0;
+        }
+    } engine;
+    WCGraphicStreamBinaryWriter writer;
+    {
+        WCStGSStreamStructWriter stream(writer, SGSStream());
+        writer.ClipMultipleRects({WURect<short>(0, 0, 1, 1), WURect<short>(0, 0, 2, 2)},
+                                 WURect<short>());
+    }
+    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(engine.m_Count, 2u);
+}
+
+TEST(WCGraphicStreamEngineBase, StreamFrameSizeIsReadWithoutAWalk) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    SGSSize size;
+    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(writer.GetStreamPtr(),
+                                                            writer.GetStreamSize(), size),
+              eNoErr);
+    EXPECT_EQ(size.width, 200);
+    EXPECT_EQ(size.height, 100);
+    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(writer.GetStreamPtr(), 40, size), -8);
+    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(writer.GetStreamPtr() + 112,
+                                                            writer.GetStreamSize() - 112, size),
+              -8);
+}
+
+TEST(WCGraphicStreamEngineBase, RecordChecksumsLeaveOutEndRecords) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    std::vector<std::uint64_t> checksums;
+    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(writer.GetStreamPtr(),
+                                                                writer.GetStreamSize(), checksums),
+              eNoErr);
+    EXPECT_EQ(checksums.size(), 15u - 3u);
+}
+
+TEST(WCGraphicStreamEngineBase, FrameChecksumsPointAtTheChangedFrame) {
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    std::vector<char> first = Bytes(writer);
+    WCRecordingEngine engine;
+    std::vector<std::uint64_t> none, actual, again;
+    std::vector<WCGraphicStreamEngineBase::WSFrameChecksumMismatch> mismatches;
+    ASSERT_EQ(
+        engine.ExecStreamWithFrameChecksums(first.data(), first.size(), none, actual, mismatches),
+        eNoErr);
+    ASSERT_EQ(actual.size(), 3u);
+    EXPECT_EQ(mismatches.size(), 3u);
+
+    ASSERT_EQ(
+        engine.ExecStreamWithFrameChecksums(first.data(), first.size(), actual, again, mismatches),
+        eNoErr);
+    EXPECT_TRUE(mismatches.empty());
+    EXPECT_EQ(again, actual);
+
+    // Change the text drawn in the outer frame only: the outer frame and the stream differ.
+    std::vector<char> second = first;
+    const std::string outer = "outer";
+    auto at = std::search(second.begin(), second.end(), outer.begin(), outer.end());
+    ASSERT_NE(at, second.end());
+    *at = 'O';
+    ASSERT_EQ(engine.ExecStreamWithFrameChecksums(second.data(), second.size(), actual, again,
+                                                  mismatches),
+              eNoErr);
+    ASSERT_EQ(mismatches.size(), 2u);
+    EXPECT_EQ(mismatches[0].m_FrameIndex, 1u);
+    EXPECT_EQ(mismatches[1].m_FrameIndex, 0u);
+    EXPECT_EQ(again[2], actual[2]);
+}
