@@ -28,13 +28,6 @@ WTErr JoinThread(WTNativeThread thread) noexcept;
 // [any-thread] Lets the system free the thread's resources when it ends; no join follows.
 void DetachThread(WTNativeThread thread) noexcept;
 
-// [any-thread] Asks the thread to end at its next cancellation point (a sleep, a wait, a read).
-// The thread's stack unwinds, so its destructors run.
-WTErr CancelThread(WTNativeThread thread) noexcept;
-
-// [any-thread] True when `thread` is the calling thread.
-bool IsCurrentThread(WTNativeThread thread) noexcept;
-
 // [any-thread] Names the calling thread for debuggers and `top`; long names are cut to what the
 // system keeps, at a character boundary.
 void SetCurrentThreadName(const char *name) noexcept;
@@ -47,9 +40,8 @@ bool GetCurrentThreadName(char *buffer, std::size_t size) noexcept;
 // thread keeps the priority it had.
 void SetCurrentThreadPriority(int priority) noexcept;
 
-// [any-thread] Sleeps the calling thread; returns at once for 0 or less. Not noexcept on purpose:
-// a sleep is a cancellation point, and a cancelled thread unwinds through it.
-void SleepMilliseconds(std::int64_t milliseconds);
+// [any-thread] Sleeps the calling thread; returns at once for 0 or less.
+void SleepMilliseconds(std::int64_t milliseconds) noexcept;
 
 // [any-thread] Gives the rest of the calling thread's time slice to others.
 void YieldThread() noexcept;

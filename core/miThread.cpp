@@ -51,7 +51,7 @@ bool WCAtomicLock::obtain(unsigned int tries) {
         tries = 1;
     for (unsigned int attempt = 0; attempt < tries; ++attempt) {
         if (attempt != 0)
-            Native::SleepMilliseconds(kRetrySleepMilliseconds);
+            miThread::sleep(kRetrySleepMilliseconds * 1000);
         std::int32_t expected = 0;
         if (m_word.compare_exchange_strong(expected, 1, std::memory_order_acquire,
                                            std::memory_order_relaxed))
@@ -119,8 +119,10 @@ struct WSThreadRecord {
     Native::WTNativeThread native = 0;
 
     std::mutex mutex;
-    std::condition_variable ended;
-    bool finished = false;     // the entry has returned, thrown or been cancelled
+    std::condition_variable ended; // signalled when `finished` becomes true
+    std::condition_variable wake;  // wakes the thread's sleeps when it is asked to end
+    std::atomic<bool> killRequested{false};
+    bool finished = false;     // the entry has returned, thrown or been killed
     bool nativeJoined = false; // the system thread has been joined
     int exitCode = 0;
 
@@ -133,25 +135,26 @@ struct WSThreadRecord {
 
 namespace {
 
-// Marks the record finished however the entry is left, a cancellation's unwinding included.
+// The record of the calling thread, when StartThread started it.
+thread_local WSThreadRecord *tCurrentRecord = nullptr;
+
+// Marks the record finished however the entry is left.
 class WCFinishGuard {
 public:
-    explicit WCFinishGuard(WSThreadRecord &record) : m_record(record) {}
+    explicit WCFinishGuard(WSThreadRecord &record) : m_record(record) { tCurrentRecord = &record; }
     ~WCFinishGuard() {
+        tCurrentRecord = nullptr;
         std::lock_guard<std::mutex> lock(m_record.mutex);
-        m_record.exitCode = m_completed ? m_exitCode : eUserCanceled;
+        m_record.exitCode = m_exitCode;
         m_record.finished = true;
         m_record.ended.notify_all();
     }
-    void Complete(int exitCode) noexcept {
-        m_exitCode = exitCode;
-        m_completed = true;
-    }
+    void Complete(int exitCode) noexcept { m_exitCode = exitCode; }
 
 private:
     WSThreadRecord &m_record;
-    int m_exitCode = 0;
-    bool m_completed = false;
+    // Stays so when the entry leaves by an exception that is not caught below.
+    int m_exitCode = eExceptionErr;
 };
 
 void ThreadBody(void *raw) {
@@ -164,9 +167,10 @@ void ThreadBody(void *raw) {
     WCFinishGuard guard(*self);
     if (self->priority != kThreadPriorityNormal)
         Native::SetCurrentThreadPriority(self->priority);
-    // Only ints and standard exceptions are caught: a cancellation's unwinding must pass.
     try {
         guard.Complete(self->entry(self->arg));
+    } catch (WSThreadKilled const &) {
+        guard.Complete(eUserCanceled);
     } catch (int code) {
         guard.Complete(code);
     } catch (std::exception const &) {
@@ -214,7 +218,7 @@ WTErr JoinThread(ThreadHandle const &handle, int *exitCode, unsigned int timeout
         return eUninitalized;
 
     std::unique_lock<std::mutex> lock(record->mutex);
-    if (!record->finished && Native::IsCurrentThread(record->native))
+    if (!record->finished && record == tCurrentRecord)
         return eThreadSafeError;
     auto const isFinished = [record] { return record->finished; };
     if (timeoutMs == kInfiniteTimeout)
@@ -239,9 +243,16 @@ WTErr KillThread(ThreadHandle const &handle) {
     std::lock_guard<std::mutex> lock(record->mutex);
     if (record->finished)
         return eNoErr;
-    if (Native::IsCurrentThread(record->native))
+    if (record == tCurrentRecord)
         return eThreadSafeError;
-    return Native::CancelThread(record->native);
+    record->killRequested.store(true, std::memory_order_release);
+    record->wake.notify_all();
+    return eNoErr;
+}
+
+bool IsKillRequested() noexcept {
+    return tCurrentRecord != nullptr &&
+           tCurrentRecord->killRequested.load(std::memory_order_acquire);
 }
 
 void Close(ThreadHandle &handle) noexcept {
@@ -257,7 +268,22 @@ bool GetThreadName(char *buffer, std::size_t size) noexcept {
 }
 
 void sleep(int microseconds) {
-    Native::SleepMilliseconds(SleepMillisecondsFor(microseconds));
+    std::int64_t const milliseconds = SleepMillisecondsFor(microseconds);
+    WSThreadRecord *const record = tCurrentRecord;
+    if (record == nullptr) {
+        Native::SleepMilliseconds(milliseconds);
+        return;
+    }
+    if (record->killRequested.load(std::memory_order_acquire))
+        throw WSThreadKilled();
+    if (milliseconds == 0)
+        return;
+    // Threads of ours sleep on their record, so that KillThread can wake them.
+    std::unique_lock<std::mutex> lock(record->mutex);
+    if (record->wake.wait_for(lock, std::chrono::milliseconds(milliseconds), [record] {
+            return record->killRequested.load(std::memory_order_relaxed);
+        }))
+        throw WSThreadKilled();
 }
 
 } // namespace miThread

@@ -62,8 +62,8 @@ private:
 class WCAtomicLock {
 public:
     // [any-thread] One compare-and-swap from 0 to 1; when it fails, up to tries - 1 further
-    // attempts, each after a system sleep of one second. A count of 0 counts as 1. Returns
-    // whether the lock was taken.
+    // attempts, each after a sleep of one second (a miThread::sleep, so a killed thread ends
+    // there). A count of 0 counts as 1. Returns whether the lock was taken.
     bool obtain(unsigned int tries = 1);
     // [any-thread] Frees the lock, whoever holds it.
     void release() noexcept { m_word.store(0, std::memory_order_release); }
@@ -164,11 +164,21 @@ inline WTErr StartThread(int (*entry)(void *), void *arg, ThreadHandle &outHandl
 // eThreadSafeError when a thread tries to join itself. Joining again gives the same code.
 WTErr JoinThread(ThreadHandle const &handle, int *exitCode, unsigned int timeoutMs);
 
-// [any-thread] Ends the thread at its next sleep, wait or blocking read; its stack unwinds. The
-// exit code becomes eUserCanceled. Meant for shutting down a thread that no longer answers; a
-// thread that never reaches such a point keeps running, so join it with a timeout afterwards.
-// eThreadSafeError when a thread tries to kill itself; eNoErr when the thread had ended.
+// [any-thread] Asks the thread to end and wakes it from miThread::sleep. The thread ends at its
+// next miThread::sleep (including the pauses of WCAtomicLock::obtain), which unwinds its stack
+// back to its entry so its destructors run; its exit code becomes eUserCanceled. A thread that
+// waits elsewhere sees the request through IsKillRequested. Nothing is cut off in the middle, so
+// no lock is left held and no object half-written. eThreadSafeError when a thread tries to kill
+// itself; eNoErr when the thread had ended.
 WTErr KillThread(ThreadHandle const &handle);
+
+// [any-thread] True on a thread of StartThread that KillThread has asked to end.
+bool IsKillRequested() noexcept;
+
+// Thrown out of miThread::sleep on a thread asked to end, and caught where the thread started.
+// It is not a standard exception, so handlers of those let it pass; code that catches everything
+// rethrows it.
+struct WSThreadKilled {};
 
 // [any-thread] Lets go of the handle and empties it; the thread itself runs on.
 void Close(ThreadHandle &handle) noexcept;
@@ -189,6 +199,7 @@ constexpr std::int64_t SleepMillisecondsFor(int microseconds) noexcept {
 }
 
 // [any-thread] Sleeps the calling thread for SleepMillisecondsFor(microseconds) milliseconds.
+// On a thread asked to end (KillThread) it throws WSThreadKilled instead, at once.
 void sleep(int microseconds);
 
 } // namespace miThread

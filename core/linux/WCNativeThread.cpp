@@ -90,15 +90,6 @@ void DetachThread(WTNativeThread thread) noexcept {
     pthread_detach(FromNative(thread));
 }
 
-WTErr CancelThread(WTNativeThread thread) noexcept {
-    int const rc = pthread_cancel(FromNative(thread));
-    return rc == 0 ? eNoErr : FromErrno(rc);
-}
-
-bool IsCurrentThread(WTNativeThread thread) noexcept {
-    return pthread_equal(FromNative(thread), pthread_self()) != 0;
-}
-
 void SetCurrentThreadName(const char *name) noexcept {
     char cut[kMaxThreadNameLength + 1] = {};
     if (name != nullptr) {
@@ -140,7 +131,7 @@ void SetCurrentThreadPriority(int priority) noexcept {
     setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), nice);
 }
 
-void SleepMilliseconds(std::int64_t milliseconds) {
+void SleepMilliseconds(std::int64_t milliseconds) noexcept {
     if (milliseconds <= 0)
         return;
     timespec request{};

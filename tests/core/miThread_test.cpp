@@ -358,6 +358,55 @@ TEST(KillThread, EndsASleepingThreadAndUnwindsItsStack) {
     Close(handle);
 }
 
+TEST(KillThread, PassesHandlersOfStandardExceptionsAndEndsLockRetries) {
+    WCAtomicLock lock;
+    ASSERT_TRUE(lock.obtain(1));
+    WCDoorbell started;
+    struct WSArgs {
+        WCAtomicLock *lock;
+        WCDoorbell *started;
+    } args{&lock, &started};
+    ThreadHandle handle;
+    ASSERT_EQ(eNoErr, StartThread(
+                          [](void *p) {
+                              auto *a = static_cast<WSArgs *>(p);
+                              try {
+                                  a->started->Notify();
+                                  a->lock->obtain(1000000); // would wait for days
+                              } catch (std::exception const &) {
+                                  return 1;
+                              }
+                              return 2;
+                          },
+                          &args, handle));
+    ASSERT_TRUE(started.AwaitNotify(kHangGuardMs));
+    EXPECT_EQ(eNoErr, KillThread(handle));
+    int code = 0;
+    EXPECT_EQ(eNoErr, JoinThread(handle, &code, kHangGuardMs));
+    EXPECT_EQ(eUserCanceled, code);
+    EXPECT_TRUE(lock.is_taken()); // still ours: the killed thread never took it
+    Close(handle);
+}
+
+TEST(KillThread, IsVisibleToThreadsThatWaitElsewhere) {
+    EXPECT_FALSE(IsKillRequested()); // not a thread of ours
+    WCDoorbell never;
+    ThreadHandle handle;
+    ASSERT_EQ(eNoErr, StartThread(
+                          [](void *p) {
+                              auto *bell = static_cast<WCDoorbell *>(p);
+                              while (!IsKillRequested())
+                                  bell->AwaitNotify(1);
+                              return 4;
+                          },
+                          &never, handle));
+    EXPECT_EQ(eNoErr, KillThread(handle));
+    int code = 0;
+    EXPECT_EQ(eNoErr, JoinThread(handle, &code, kHangGuardMs));
+    EXPECT_EQ(4, code);
+    Close(handle);
+}
+
 TEST(Close, LetsTheThreadRunToItsEnd) {
     struct WSState {
         WCDoorbell go;
