@@ -6,6 +6,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include "files/WTPathType.h"
+#include "files/WUFileSystemObjects.h"
 #include "files/WUPathAccess.h"
 #include "files/linux/WUPlatformFiles.h"
 #include "files/linux/WUPlatformFolders.h"
@@ -147,15 +148,12 @@ WCStPath::WCStPath(WEFoldersDomain domain, WESystemFolders folder, char const *n
         bfs::path path = WithoutTrailingSlash(std::move(base));
         if (name != nullptr)
             AppendTail(path, name);
-        if (create) {
-            boost::system::error_code failure;
-            bfs::create_directories(path, failure);
-            if (failure) {
-                MakeInvalid(FMErrorFromBoost(failure, eFMCreateFailed));
-                return;
-            }
-        }
         WUPathAccess::Assign(*this, std::move(path));
+        if (create) {
+            WTErr const made = CreateFolder(*this);
+            if (made != eNoErr)
+                MakeInvalid(made);
+        }
     } catch (std::bad_alloc const &) {
         MakeInvalid(eMemOutOfMemory);
     }

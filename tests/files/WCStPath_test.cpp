@@ -1,0 +1,224 @@
+#include "files/WCStPath.h"
+
+#include <gtest/gtest.h>
+
+#include "files/WCStCachePath.h"
+#include "files/WTPathType.h"
+#include "tests/files/FilesTestSupport.h"
+#include "tests/support/WCTestHome.h"
+
+namespace {
+
+using namespace MIREL_NAMESPACE_NAME;
+using files_test::PathOf;
+using files_test::WriteText;
+namespace fs = std::filesystem;
+
+TEST(WCStPath, DefaultAndNullPathsAreIllegalRefs) {
+    FM::WCStPath path;
+    EXPECT_FALSE(path.IsValid());
+    EXPECT_EQ(path.GetError(), eFMIllegalPathRef);
+    EXPECT_EQ(FM::WCStPath(static_cast<char const *>(nullptr)).GetError(), eFMIllegalPathRef);
+    EXPECT_EQ(FM::WCStPath("").GetError(), eFMPathTooShort);
+}
+
+TEST(WCStPath, AppendOnInvalidPathKeepsItInvalid) {
+    FM::WCStPath path;
+    EXPECT_EQ(path.Append("child"), eFMIllegalPathRef);
+    EXPECT_FALSE(path.IsValid());
+    EXPECT_EQ(path.GetError(), eFMIllegalPathRef);
+    EXPECT_TRUE(path.GetPathString().empty());
+}
+
+TEST(WCStPath, AppendTakesSeveralLevelsAndNeverReplacesThePath) {
+    FM::WCStPath path("/base");
+    EXPECT_EQ(path.Append("a/b/c.txt"), eNoErr);
+    EXPECT_STREQ(path.GetPathString().c_str(), "/base/a/b/c.txt");
+    path.Append("/d");
+    EXPECT_STREQ(path.GetPathString().c_str(), "/base/a/b/c.txt/d");
+    EXPECT_EQ(path.Append(static_cast<char const *>(nullptr)), eFMIllegalPathRef);
+    EXPECT_FALSE(path.IsValid());
+}
+
+TEST(WCStPath, DotDotTailMeansTheParent) {
+    FM::WCStPath const file("/a/b/c.txt");
+    EXPECT_STREQ(FM::WCStPath(file, "..").GetPathString().c_str(), "/a/b");
+    EXPECT_STREQ(FM::WCStPath(file, "../../x").GetPathString().c_str(), "/a/x");
+    EXPECT_STREQ(file.GetParent().GetPathString().c_str(), "/a/b");
+    EXPECT_STREQ(FM::WCStPath("/a/b/").GetLeaf().c_str(), "b");
+}
+
+TEST(WCStPath, NamePartsAndExtensionChanges) {
+    FM::WCStPath path("/presets/My Preset.xps");
+    EXPECT_STREQ(path.GetBase().c_str(), "My Preset");
+    EXPECT_STREQ(path.GetExtension().c_str(), "xps");
+    EXPECT_STREQ(path.GetLeaf().c_str(), "My Preset.xps");
+    EXPECT_STREQ(path.GetParentDirectory().c_str(), "presets");
+
+    path.ExtendLeafName("_2");
+    EXPECT_STREQ(path.GetPathString().c_str(), "/presets/My Preset_2.xps");
+    path.ChangeExtension("yps");
+    EXPECT_STREQ(path.GetLeaf().c_str(), "My Preset_2.yps");
+    path.ChangeExtension(".bak");
+    EXPECT_STREQ(path.GetLeaf().c_str(), "My Preset_2.bak");
+    path.ChangeExtension("");
+    EXPECT_STREQ(path.GetLeaf().c_str(), "My Preset_2");
+    EXPECT_STREQ(path.GetExtension().c_str(), "");
+}
+
+TEST(WCStPath, RelativeDifferenceClimbsThenDescends) {
+    struct Case {
+        char const *to;
+        char const *from;
+        char const *expected;
+    } const cases[] = {
+        {"/a/b/c", "/a/b", "c"}, {"/a/b/c", "/a/x/y", "../../b/c"}, {"/a", "/a/b/c", "../.."},
+        {"/a/b", "/a/b", ""},    {"/q/r", "/a", "../q/r"},
+    };
+    for (auto const &c : cases) {
+        EXPECT_STREQ(FM::WCStPath(c.to).GetRelativeDifference(FM::WCStPath(c.from)).c_str(),
+                     c.expected)
+            << c.to << " from " << c.from;
+    }
+}
+
+TEST(WCStPath, ContainmentIsByElementsNotByText) {
+    FM::WCStPath const folder("/data/presets");
+    EXPECT_TRUE(folder.IsPathContained(FM::WCStPath("/data/presets/a.xps")));
+    EXPECT_TRUE(folder.IsPathContained(FM::WCStPath("/data/presets")));
+    EXPECT_FALSE(folder.IsPathContained(FM::WCStPath("/data/presets2/a.xps")));
+    EXPECT_FALSE(folder.IsPathContained(FM::WCStPath("/data")));
+    EXPECT_TRUE(FM::IsPathContained(FM::WCStPath("/"), FM::WCStPath("/x")));
+    EXPECT_FALSE(folder.IsPathContained(FM::WCStPath()));
+}
+
+TEST(WCStPath, SplitsAndRejoinsByLevel) {
+    FM::WCStPath const path("/usr/share/mirel");
+    FM::WCStPath::WTPathElements elements;
+    ASSERT_EQ(path.SplitPath(elements), eNoErr);
+    ASSERT_EQ(elements.size(), 4u);
+    EXPECT_STREQ(elements[0].c_str(), "/");
+    EXPECT_STREQ(elements[3].c_str(), "mirel");
+    EXPECT_STREQ(path.GetStringFromPathToLevel(1).c_str(), "/");
+    EXPECT_STREQ(path.GetStringFromPathToLevel(3).c_str(), "/usr/share");
+    EXPECT_STREQ(path.GetStringFromPathToLevel(99).c_str(), "/usr/share/mirel");
+}
+
+TEST(WCStPath, LongPathIsCutInTextButWholeInHandle) {
+    std::string text = "/";
+    while (text.size() < 1500)
+        text += "abcdefghij/";
+    FM::WCStPath path(text);
+    ASSERT_TRUE(path.IsValid());
+    EXPECT_EQ(path.GetPathString().size(), 1023u);
+    text.pop_back();
+    EXPECT_EQ(FM::BoostPath(path).string(), text);
+    FM::WCStPath const copy(path.GetPathRef());
+    EXPECT_EQ(copy, path);
+}
+
+TEST(WCStPath, ComparesByNativeText) {
+    EXPECT_EQ(FM::WCStPath("/a/b"), FM::WCStPath("/a/b/"));
+    EXPECT_NE(FM::WCStPath("/a/b"), FM::WCStPath("/a/c"));
+    EXPECT_LT(FM::WCStPath("/a/b"), FM::WCStPath("/a/c"));
+    EXPECT_LT(FM::WCStPath(), FM::WCStPath("/a"));
+    EXPECT_EQ(FM::WCStPath(), FM::WCStPath());
+}
+
+TEST(WCStPath, HandlesAreCopiedAndTakenOver) {
+    FM::WCStPath const original("/x/y");
+    FM::WTPathType *copy = original.CreatePathRefCopy();
+    ASSERT_NE(copy, nullptr);
+    FM::WCStPath other;
+    other.TakeOver(copy);
+    EXPECT_TRUE(other.IsValid());
+    EXPECT_EQ(other, original);
+    other.TakeOver(nullptr);
+    EXPECT_EQ(other.GetError(), eFMIllegalPathRef);
+    FM::WTPathType *none = FM::WCStPath().CreatePathRefCopy();
+    EXPECT_EQ(none, nullptr);
+    FM::DisposePathRef(none);
+}
+
+TEST(WCStPath, MovedFromPathIsInvalid) {
+    FM::WCStPath source("/m");
+    FM::WCStPath target(std::move(source));
+    EXPECT_TRUE(target.IsValid());
+    EXPECT_FALSE(source.IsValid()); // NOLINT(bugprone-use-after-move): checked on purpose
+}
+
+TEST(WCStPath, AsksTheFileSystem) {
+    mirel_test::WCTempDir dir;
+    WriteText(dir.path() / "f.txt", "12345");
+    FM::WCStPath const file = PathOf(dir.path() / "f.txt");
+    FM::WCStPath const folder = PathOf(dir.path());
+    EXPECT_TRUE(file.IsExist());
+    EXPECT_TRUE(file.IsFile());
+    EXPECT_FALSE(file.IsFolder());
+    EXPECT_TRUE(folder.IsFolder());
+    std::uint64_t size = 0;
+    EXPECT_EQ(file.GetFileSize(size), eNoErr);
+    EXPECT_EQ(size, 5u);
+    EXPECT_EQ(folder.GetFileSize(size), eFMIsAFolder);
+    EXPECT_EQ(PathOf(dir.path() / "none").GetFileSize(size), eFMFileNotFound);
+    std::time_t when = 0;
+    EXPECT_EQ(file.GetFileLastWriteTime(when), eNoErr);
+    EXPECT_GT(when, 0);
+
+    fs::permissions(dir.path() / "f.txt", fs::perms::owner_read | fs::perms::group_read);
+    int mode = 0;
+    EXPECT_EQ(file.GetPermissions(mode), eNoErr);
+    EXPECT_EQ(mode, 0440);
+    EXPECT_TRUE(file.IsLocked());
+    fs::permissions(dir.path() / "f.txt", fs::perms::owner_all);
+    EXPECT_FALSE(file.IsLocked());
+    EXPECT_TRUE(file.IsWritable());
+    EXPECT_TRUE(PathOf(dir.path() / "missing").IsWritable());
+}
+
+TEST(WCStPath, ResolvesLinksAndReportsBrokenOnes) {
+    mirel_test::WCTempDir dir;
+    WriteText(dir.path() / "real/target.txt", "x");
+    fs::create_symlink("real/target.txt", dir.path() / "link");
+    fs::create_symlink("gone.txt", dir.path() / "broken");
+
+    FM::WCStPath link = PathOf(dir.path() / "link");
+    EXPECT_TRUE(link.IsFileSystemLink());
+    EXPECT_TRUE(link.IsFile(true));
+    EXPECT_FALSE(link.IsFile(false));
+    EXPECT_EQ(link.ResolveFileSystemLink(), eNoErr);
+    EXPECT_EQ(link, PathOf(dir.path() / "real/target.txt"));
+
+    FM::WCStPath broken = PathOf(dir.path() / "broken");
+    EXPECT_EQ(broken.ResolveFileSystemLink(), eFMSymlinkBroken);
+    FM::WCStPath plain = PathOf(dir.path() / "real");
+    EXPECT_EQ(plain.ResolveFileSystemLink(), eFMIsNoAFileSystemLink);
+}
+
+TEST(WCStPath, SlashesAreTurnedPosix) {
+    WCFixedString<63> text("C:\\Mirel\\Presets");
+    FM::WCStPath::WindowsToPosixSlashes(text);
+    EXPECT_STREQ(text.c_str(), "C:/Mirel/Presets");
+}
+
+TEST(WCStCachePath, MirrorsTheSourceUnderTheUserCache) {
+    mirel_test::WCTestHome home;
+    FM::WCStCachePath const twin(FM::WCStPath("/opt/plugins/A.bundle/Contents/x.png"));
+    ASSERT_TRUE(twin.IsValid());
+    EXPECT_EQ(
+        FM::BoostPath(twin).string(),
+        (home.path() / ".cache/Mirel Audio/Caches/opt/plugins/A.bundle/Contents/x.png").string());
+}
+
+TEST(WCStCachePath, TwinsOfDifferentFoldersDiffer) {
+    mirel_test::WCTestHome home;
+    FM::WCStCachePath const a(FM::WCStPath("/one/res.png"));
+    FM::WCStCachePath const b(FM::WCStPath("/two/res.png"));
+    EXPECT_NE(a, b);
+    // ".." cannot lead a twin out of the cache.
+    FM::WCStCachePath const sneaky(FM::WCStPath("/one/../../../etc/passwd"));
+    EXPECT_TRUE(FM::WCStPath(home.path().string()).IsPathContained(sneaky));
+    EXPECT_EQ(FM::WCStCachePath(FM::WCStPath()).GetError(), eFMIllegalPathRef);
+}
+
+} // namespace
