@@ -92,7 +92,19 @@ WCFixedStringBase &WCFixedStringBase::assign(const char *text, std::uint64_t cou
 // ---- appending ----
 
 WCFixedStringBase &WCFixedStringBase::append(const char *text) noexcept {
-    return append(text, npos);
+    if (text == nullptr)
+        return *this;
+    // Text inside this string would be overwritten while being read: measure it first.
+    if (text >= m_begin && text <= m_begin + m_capacity)
+        return append(text, npos);
+    // Short texts are the common case; one pass copies and finds the end together.
+    char *const limit = m_begin + m_capacity;
+    char *out = m_end;
+    while (out < limit && *text != '\0')
+        *out++ = *text++;
+    m_end = out;
+    *m_end = 0;
+    return *this;
 }
 
 WCFixedStringBase &WCFixedStringBase::append(const char *first, const char *last) noexcept {
@@ -124,14 +136,43 @@ WCFixedStringBase &WCFixedStringBase::append(char ch, std::uint64_t count) noexc
 WCFixedStringBase &WCFixedStringBase::append_uint(std::uint64_t value, int radix) noexcept {
     if (radix < 2 || radix > 36)
         radix = 10;
-    const std::uint64_t r = static_cast<std::uint64_t>(radix);
-    char *const first = m_end;
-    do {
-        const unsigned digit = static_cast<unsigned>(value % r);
-        put(static_cast<char>(digit < 10 ? '0' + digit : 'A' + digit - 10));
-        value /= r;
-    } while (value != 0);
-    reverse(first, m_end);
+    // Digits are produced least significant first, so when the room runs out the number keeps
+    // its low-order digits; the kept part is then written in reading order.
+    char digits[64];
+    unsigned count = 0;
+    if (radix == 10) {
+        // Two digits per division, from a table; a constant divisor becomes a multiplication.
+        static constexpr char kPairs[] = "00010203040506070809101112131415161718192021222324"
+                                         "25262728293031323334353637383940414243444546474849"
+                                         "50515253545556575859606162636465666768697071727374"
+                                         "75767778798081828384858687888990919293949596979899";
+        while (value >= 100) {
+            const unsigned pair = static_cast<unsigned>(value % 100) * 2;
+            value /= 100;
+            digits[count++] = kPairs[pair + 1];
+            digits[count++] = kPairs[pair];
+        }
+        if (value >= 10) {
+            const unsigned pair = static_cast<unsigned>(value) * 2;
+            digits[count++] = kPairs[pair + 1];
+            digits[count++] = kPairs[pair];
+        } else {
+            digits[count++] = static_cast<char>('0' + value);
+        }
+    } else {
+        const std::uint64_t r = static_cast<std::uint64_t>(radix);
+        do {
+            const unsigned digit = static_cast<unsigned>(value % r);
+            digits[count++] = static_cast<char>(digit < 10 ? '0' + digit : 'A' + digit - 10);
+            value /= r;
+        } while (value != 0);
+    }
+    const std::uint64_t room = m_capacity - size();
+    const unsigned kept = count < room ? count : static_cast<unsigned>(room);
+    for (unsigned i = 0; i < kept; ++i)
+        m_end[i] = digits[kept - 1 - i];
+    m_end += kept;
+    *m_end = 0;
     return *this;
 }
 
