@@ -1,0 +1,72 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "Utilities/XML/Code/CXMLTreeBuilder.h"
+#include "Utilities/XML/Code/WCXMLLog.h"
+
+namespace mirel_test {
+
+namespace ML = MIREL_NAMESPACE_NAME;
+
+// Collects what the XML layer logs while the object lives, instead of printing it.
+class WCXMLLogRecorder {
+public:
+    WCXMLLogRecorder() { m_previous = ML::XML::SetXMLLogHandler(&Record); }
+    ~WCXMLLogRecorder() {
+        ML::XML::SetXMLLogHandler(m_previous);
+        Messages().clear();
+    }
+    static std::vector<std::string> &Messages() {
+        static std::vector<std::string> messages;
+        return messages;
+    }
+
+private:
+    static void Record(int severity, const char *message) {
+        Messages().push_back(std::to_string(severity) + ":" + message);
+    }
+    ML::XML::WTXMLLogHandler m_previous;
+};
+
+// Parses `text` into `root`; returns the builder's code.
+inline ML::WTErr Parse(std::string_view text, ML::XML::CXMLElement &root) {
+    ML::XML::CXMLTreeBuilder builder(root);
+    return builder.BuildFromSingleBuffer(text.data(), text.size());
+}
+
+// The text the tree builder writes for `root` (no declaration: the tree is not read here).
+inline std::string Write(ML::XML::CXMLElement &root) {
+    std::string text;
+    ML::XML::CXMLTreeBuilder builder(root);
+    builder.WriteToString(text);
+    return text;
+}
+
+// A file of tests/data/xml, whole and unchanged.
+inline std::string ReadGolden(const char *name) {
+    const std::filesystem::path path = std::filesystem::path(MIREL_XML_TEST_DATA) / name;
+    std::ifstream in(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+// Structural equality: names, texts, CDATA flags, packed attributes and children, in order.
+inline bool SameTree(const ML::XML::CXMLElement &a, const ML::XML::CXMLElement &b) {
+    if (a.GetName().compare(b.GetName()) != 0 || a.GetText() != b.GetText() ||
+        a.IsCDATA() != b.IsCDATA() || a.GetAttributesString() != b.GetAttributesString() ||
+        a.GetSubElements().size() != b.GetSubElements().size())
+        return false;
+    for (std::size_t i = 0; i < a.GetSubElements().size(); ++i) {
+        if (!SameTree(*a.GetSubElements()[i], *b.GetSubElements()[i]))
+            return false;
+    }
+    return true;
+}
+
+} // namespace mirel_test
