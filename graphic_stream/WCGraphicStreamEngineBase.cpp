@@ -221,6 +221,7 @@ WTErr WCGraphicStreamEngineBase::ExecStream(char *stream, std::uint64_t length) 
     try {
         return Walk(stream, length);
     } catch (int code) {
+        m_CurrentRecord = nullptr;
         m_EndTime = std::chrono::steady_clock::now();
         return code;
     }
@@ -284,7 +285,9 @@ WTErr WCGraphicStreamEngineBase::Walk(char *stream, std::uint64_t length) {
         if (m_OpenFrameChecksums != nullptr)
             FoldFrameChecksum(header);
 
+        m_CurrentRecord = &header;
         result = Dispatch(header, available);
+        m_CurrentRecord = nullptr;
         offset += static_cast<std::uint64_t>(header.size);
     }
 

@@ -148,6 +148,8 @@ public:
     std::uint64_t GetExecutionCount() const noexcept { return m_ExecutionCount; }
     std::uint64_t GetRecordCount() const noexcept { return m_RecordCount; }
     std::uint64_t GetCurrentRecordOffset() const noexcept { return m_CurrentRecordOffset; }
+    // The record being dispatched, checked against the buffer; null outside a walk.
+    const SGSCommandHeader *GetCurrentRecord() const noexcept { return m_CurrentRecord; }
     std::chrono::steady_clock::duration GetLastRunDuration() const noexcept {
         return m_EndTime - m_StartTime;
     }
@@ -187,6 +189,7 @@ private:
     double m_ScalingFactor = 1.0;
     std::uint64_t m_RecordCount = 0;
     std::uint64_t m_CurrentRecordOffset = 0;
+    const SGSCommandHeader *m_CurrentRecord = nullptr;
     std::vector<WSLatestData> m_LatestData;
     std::vector<WSFrameState> m_FrameStack;
     WCFixedString<63> m_StreamName;

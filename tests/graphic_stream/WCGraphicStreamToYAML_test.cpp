@@ -1,0 +1,157 @@
+#include "graphic_stream/WCGraphicStreamToYAML.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+#include <yaml-cpp/yaml.h>
+
+#include "GSTestSupport.h"
+
+using namespace MIREL_NAMESPACE_NAME;
+using namespace MIREL_NAMESPACE_NAME::miGS;
+
+namespace {
+
+std::string ReadFile(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// Compares with the reviewed file; MIREL_UPDATE_GOLDEN=1 rewrites it, for a review of the diff.
+void ExpectGolden(const std::string &actual, const char *name) {
+    const std::string path = std::string(MIREL_GS_TEST_DATA) + "/" + name;
+    if (const char *update = std::getenv("MIREL_UPDATE_GOLDEN"); update && *update == '1') {
+        std::ofstream(path, std::ios::binary) << actual;
+        return;
+    }
+    const std::string expected = ReadFile(path);
+    ASSERT_FALSE(expected.empty()) << "missing expected file " << path;
+    EXPECT_EQ(actual, expected) << "YAML differs from " << path;
+}
+
+struct WSDemo {
+    WCGraphicStreamBinaryWriter m_Writer;
+    WSDemo() { gs_test::WriteDemoStream(m_Writer); }
+    char *Ptr() { return m_Writer.GetStreamPtr(); }
+    std::uint64_t Size() { return m_Writer.GetStreamSize(); }
+};
+
+} // namespace
+
+TEST(WCGraphicStreamToYAML, CompactDumpMatchesTheReviewedFile) {
+    WSDemo demo;
+    WCGraphicStreamToYAML yaml(true);
+    ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
+    ExpectGolden(yaml.GetYamlStr() + "\n", "demo_compact.yaml");
+}
+
+TEST(WCGraphicStreamToYAML, FullDumpMatchesTheReviewedFile) {
+    WSDemo demo;
+    WCGraphicStreamToYAML yaml(false);
+    ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
+    ExpectGolden(yaml.GetYamlStr() + "\n", "demo_full.yaml");
+}
+
+TEST(WCGraphicStreamToYAML, DumpIsValidYamlWithTheStreamAtItsTop) {
+    WSDemo demo;
+    WCGraphicStreamToYAML yaml;
+    ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
+    const YAML::Node document = YAML::Load(yaml.GetYamlStr());
+    ASSERT_TRUE(document.IsSequence());
+    ASSERT_EQ(document.size(), 1u);
+    const YAML::Node stream = document[0];
+    EXPECT_EQ(stream["stream"]["name"].as<std::string>(), "Demo Compressor");
+    EXPECT_EQ(stream["stream"]["rect"]["w"].as<int>(), 320);
+    EXPECT_EQ(stream["stream"]["format"][0].as<int>(), 1);
+    const YAML::Node contents = stream["contents"];
+    EXPECT_EQ(contents[0]["resources_base_url"].as<std::string>(), "/usr/lib/plugins/Demo.bundle/");
+    EXPECT_EQ(contents[3]["frame"]["owner"].as<int>(), 0x51);
+    EXPECT_EQ(contents[3]["contents"].size(), 3u);
+}
+
+TEST(WCGraphicStreamToYAML, AsManyChecksumsAsRecordsAreAllShown) {
+    WSDemo demo;
+    std::vector<std::uint64_t> checksums;
+    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(demo.Ptr(), demo.Size(), checksums),
+              eNoErr);
+    WCGraphicStreamToYAML yaml;
+    std::ostringstream report;
+    yaml.SetReportStream(report);
+    ASSERT_EQ(yaml.ExecStreamWithAllChecksums(demo.Ptr(), demo.Size(), checksums), eNoErr);
+    EXPECT_EQ(yaml.GetCountMissing(), 0u);
+    EXPECT_EQ(yaml.GetCountEmits() + yaml.GetCountSkips(), checksums.size());
+    EXPECT_EQ(yaml.GetExecCommandsCount() - yaml.GetCountEndFrames(), checksums.size());
+    EXPECT_EQ(report.str().find("not enough checksums"), std::string::npos);
+    const std::string expectedFirst = std::to_string(yaml.GetExecCommandsCount()) +
+                                      " WCGraphicStreamToYAML.m_ExecCommands_count\n";
+    EXPECT_EQ(report.str().substr(0, expectedFirst.size()), expectedFirst);
+    EXPECT_NE(report.str().find(std::to_string(checksums.size()) +
+                                " m_ExecCommands_count (without end frames)\n"),
+              std::string::npos);
+
+    const YAML::Node document = YAML::Load(yaml.GetYamlStr());
+    EXPECT_EQ(document[0]["stream"]["checksum"].as<std::uint64_t>(), checksums[0]);
+    EXPECT_EQ(document[0]["contents"][0]["resources_base_url"]["checksum"].as<std::uint64_t>(),
+              checksums[1]);
+}
+
+TEST(WCGraphicStreamToYAML, OneChecksumTooFewIsReportedOnce) {
+    WSDemo demo;
+    std::vector<std::uint64_t> checksums;
+    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(demo.Ptr(), demo.Size(), checksums),
+              eNoErr);
+    checksums.pop_back();
+    WCGraphicStreamToYAML yaml;
+    std::ostringstream report;
+    yaml.SetReportStream(report);
+    ASSERT_EQ(yaml.ExecStreamWithAllChecksums(demo.Ptr(), demo.Size(), checksums), eNoErr);
+    EXPECT_EQ(yaml.GetCountMissing(), 1u);
+    const std::string text = report.str();
+    const auto first = text.find("not enough checksums\n");
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_EQ(text.find("not enough checksums", first + 1), std::string::npos);
+    EXPECT_NE(text.find("1 WCGraphicStreamToYAML.m_count_missing\n"), std::string::npos);
+}
+
+TEST(WCGraphicStreamToYAML, PlainWalkShowsNoChecksums) {
+    WSDemo demo;
+    WCGraphicStreamToYAML yaml;
+    ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
+    EXPECT_EQ(yaml.GetYamlStr().find("checksum"), std::string::npos);
+    EXPECT_EQ(yaml.GetCountEmits(), 0u);
+}
+
+TEST(WCGraphicStreamToYAML, UnknownRecordsAndDataArePrintedNotDropped) {
+    WCGraphicStreamBinaryWriter writer;
+    {
+        WCStGSStreamStructWriter stream(writer, SGSStream());
+        const int raw[3] = {GSCode("new!"), 12, 7};
+        writer.GetMemObj().Append(raw, sizeof raw);
+        writer.GetMemObj().ResizePtrAlign(4, 0);
+        const unsigned char bytes[4] = {1, 2, 3, 4};
+        writer.DataHere(eGSPurposeResID, GSCode("blob"), bytes, 4);
+        writer.CommandHeader(eGSIgnoreCommand);
+        const char text[] = "far away";
+        writer.DataPtrStr(text);
+    }
+    WCGraphicStreamToYAML yaml;
+    ASSERT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    const YAML::Node contents = YAML::Load(yaml.GetYamlStr())[0]["contents"];
+    ASSERT_EQ(contents.size(), 3u);
+    EXPECT_EQ(contents[0]["Unknown GraphicStreamCommand !wen"]["size"].as<int>(), 12);
+    EXPECT_EQ(contents[1]["DataHere"]["the_data"].as<std::string>(), "unknown data type");
+    // A pointer of another process is not followed, so its data stay out.
+    EXPECT_FALSE(contents[2]["DataPtr"]["the_data"].IsDefined());
+    EXPECT_EQ(contents[2]["DataPtr"]["num_elements"].as<int>(), 8);
+}
+
+TEST(WCGraphicStreamToYAML, FaultKeepsWhatWasWrittenAndReturnsTheCode) {
+    WSDemo demo;
+    WCGraphicStreamToYAML yaml;
+    EXPECT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size() - 8), -8);
+    EXPECT_NE(yaml.GetYamlStr().find("Demo Compressor"), std::string::npos);
+}
