@@ -1,0 +1,417 @@
+#include "Code/Algorithm/MirelAPI3Internal.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string>
+
+#include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "Code/Algorithm/cALGORITHM.h"
+#include "core/WUAssert.h"
+
+MIREL_NAMESPACE_BEGIN
+
+namespace MirelAPI3Internal {
+
+namespace {
+
+using json = nlohmann::json;
+constexpr char kPrimaryGUI[] = "Primary";
+
+json const *Param(Request const &request, char const *name) {
+    if (!request.m_Request.is_object())
+        return nullptr;
+    const auto params = request.m_Request.find("params");
+    if (params == request.m_Request.end() || !params->is_object())
+        return nullptr;
+    const auto value = params->find(name);
+    return value == params->end() ? nullptr : &*value;
+}
+
+double Number(Request const &request, char const *name) {
+    json const *value = Param(request, name);
+    if (value == nullptr)
+        return 0.0;
+    if (value->is_boolean())
+        return value->get<bool>() ? 1.0 : 0.0;
+    if (value->is_number())
+        return value->get<double>();
+    throw json::type_error::create(
+        302, std::string("type must be number, but is ") + value->type_name(), value);
+}
+
+// A number argument that names an index: anything that is no whole number in range reads as
+// -1, which every index check refuses.
+std::int64_t Index(Request const &request, char const *name) {
+    const double value = Number(request, name);
+    if (!std::isfinite(value) || value < -1.0 ||
+        value > static_cast<double>(std::numeric_limits<std::int32_t>::max()))
+        return -1;
+    return static_cast<std::int64_t>(value);
+}
+
+bool Boolean(Request const &request, char const *name) {
+    json const *value = Param(request, name);
+    if (value == nullptr)
+        return false;
+    if (value->is_boolean())
+        return value->get<bool>();
+    throw json::type_error::create(
+        302, std::string("type must be boolean, but is ") + value->type_name(), value);
+}
+
+std::string String(Request const &request, char const *name) {
+    json const *value = Param(request, name);
+    if (value == nullptr)
+        return std::string();
+    // The JSON library's own conversion throws its type error 302 for a non-string.
+    return value->get<std::string>();
+}
+
+json &Result(Request &request) {
+    if (!request.m_Response.is_object())
+        request.m_Response = json::object();
+    return request.m_Response["result"];
+}
+
+// Stores the code in the raw record and, for a failure, the request's error text.
+int Finish(Request &request, int code, char const *errorText = nullptr) {
+    request.m_pRawRequest->m_Error = code;
+    if (code != eNoErr && errorText != nullptr)
+        request.m_ErrorText = errorText;
+    return code;
+}
+
+bool IsControlIndex(cALGORITHM &alg, std::int64_t index) {
+    return index >= 0 && static_cast<std::uint64_t>(index) <
+                             alg.GetAutomationManager().GetNumAutomationControllers();
+}
+
+// The GUI work answers what a GUI request does with a GUI; until then a request that finds its
+// GUI has nobody to answer.
+int GUIRequest(Request &request, cALGORITHM &alg, char const *errorText) {
+    return Finish(request, FindRequestGUI(alg, request) ? eNotImplemented : kErrNoGUI, errorText);
+}
+
+} // namespace
+
+// Checks the raw record, the instance and its algorithm; binds `alg`.
+#define MIREL_REQUEST_ALG(request)                                                                 \
+    MIREL_ASSERT_RETURN((request).m_pRawRequest != nullptr, eMemNullPointer);                      \
+    if ((request).m_pRawRequest->m_pInstance == nullptr ||                                         \
+        (request).m_pRawRequest->m_pInstance->m_pAlg == nullptr)                                   \
+        return Finish(request, eMemNullPointer);                                                   \
+    cALGORITHM &alg = *(request).m_pRawRequest->m_pInstance->m_pAlg
+
+CStandardGUI_X *FindRequestGUI(cALGORITHM &alg, Request const &request) {
+    json const *value = Param(request, "gui_name");
+    std::string name = kPrimaryGUI;
+    if (value != nullptr)
+        name = value->get<std::string>();
+    if (CStandardGUI_X *gui = alg.GetGUIPtr(name.c_str()))
+        return gui;
+    return alg.GetGUIPtr(kPrimaryGUI);
+}
+
+int GetAutomationControlIndexByName(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::string name = String(request, "control_name");
+    Result(request)["control_index"] = alg.GetAutomationControlIndexByName(name.c_str());
+    return Finish(request, eNoErr);
+}
+
+int GetAutomationRefCons(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::int64_t index = Index(request, "control_index");
+    if (!IsControlIndex(alg, index))
+        return Finish(request, eControlOutOfRange);
+    std::int64_t refCon1 = 0;
+    std::int64_t refCon2 = 0;
+    const int err =
+        alg.GetAutomationManager().GetAutomationRefCons(static_cast<int>(index), refCon1, refCon2);
+    if (err == eNoErr) {
+        Result(request)["refCon1"] = refCon1;
+        Result(request)["refCon2"] = refCon2;
+    }
+    return Finish(request, err);
+}
+
+int GetAutomationControlResetState(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::int64_t index = Index(request, "control_index");
+    if (!IsControlIndex(alg, index))
+        return Finish(request, eControlOutOfRange);
+    return Finish(request, eNotImplemented);
+}
+
+int GetAutomationControlByNameHack(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::string name = String(request, "control_name");
+    const int index = alg.GetAutomationControlIndexByName(name.c_str());
+    if (!IsControlIndex(alg, index))
+        return Finish(request, kErrGUIObjectNotFound,
+                      "GetAutomationControlByNameHack returned error");
+    return Finish(request, eNotImplemented, "GetAutomationControlByNameHack returned error");
+}
+
+int GetGuiControlPtrByNameHack(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    (void)String(request, "control_name");
+    return GUIRequest(request, alg, "GetGuiControlPtrByNameHack returned error");
+}
+
+int GetPressedToolbarButtonHack(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    return GUIRequest(request, alg, "GetControlPtrByNameHack returned error");
+}
+
+int GetGuiLimitRectByIndex(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    (void)Index(request, "limit_rect_index");
+    return GUIRequest(request, alg, nullptr);
+}
+
+int InsideWhichControl(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    (void)Number(request, "x");
+    (void)Number(request, "y");
+    return GUIRequest(request, alg, "InsideWhichControl returned error");
+}
+
+int IsToolbarControlUnderPoint(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    (void)Number(request, "x");
+    (void)Number(request, "y");
+    return GUIRequest(request, alg, "InsideWhichControl returned error");
+}
+
+int IsSupportContentScale(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    return GUIRequest(request, alg, "IsSupportContentScale returned error");
+}
+
+int UpdateDPIScalingFactor(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    (void)Number(request, "ScalingFactor");
+    return GUIRequest(request, alg, "UpdateDPIScalingFactor returned error");
+}
+
+int SetViewRect(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    // The rectangle is four shorts: top, left, bottom, right.
+    if (request.m_pRawRequest->PayloadPtr() == nullptr)
+        return Finish(request, eMemNullPointer);
+    if (request.m_pRawRequest->m_PayloadSize < 8)
+        return Finish(request, eMemBuffTooShort);
+    return GUIRequest(request, alg, nullptr);
+}
+
+int FileDragOver(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    if (request.m_pRawRequest->PayloadPtr() == nullptr)
+        return Finish(request, eMemNullPointer, "FileDragOver returned error");
+    Result(request)["file_drag_accepted"] = false;
+    return GUIRequest(request, alg, "FileDragOver returned error");
+}
+
+int FileDrop(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    if (request.m_pRawRequest->PayloadPtr() == nullptr)
+        return Finish(request, eMemNullPointer, "FileDrop returned error");
+    return GUIRequest(request, alg, "FileDrop returned error");
+}
+
+int NotifyAutomation(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::int64_t id = Index(request, "param_index");
+    if (id < 0 || static_cast<std::uint64_t>(id) >= alg.GetNumParams())
+        return Finish(request, eOutOfRangeNumber);
+    return Finish(request, eNoErr);
+}
+
+int NotifyAutomationAllParams(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    // Every parameter is told in turn; with none there is nothing to tell.
+    for (std::uint64_t id = 0; id < alg.GetNumParams(); ++id) {
+        double value = 0.0;
+        if (alg.GetParamRealWorld(id, value) == eNoErr)
+            alg.GetAutomationManager().NotifyParamValue(id, value);
+    }
+    return Finish(request, eNoErr);
+}
+
+int SetNoiseRatio(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    return Finish(request, alg.SetNoiseRatio(Number(request, "noise_ratio")));
+}
+
+int GetPluginValue_c_str(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::string key = String(request, "key");
+    if (!alg.HasPluginValue(key.c_str()))
+        return Finish(request, eKeyNotFound, "GetPluginValue_c_str returned error");
+    WCFixedString<1023> text;
+    const int err = alg.GetPluginValueStr(key.c_str(), text);
+    if (err == eNoErr)
+        Result(request)["value"] = text.c_str();
+    return Finish(request, err == eValueNotFound ? eKeyNotFound : err,
+                  "GetPluginValue_c_str returned error");
+}
+
+namespace {
+template <typename T>
+int GetPluginValueNumber(Request &request, cALGORITHM &alg) {
+    const std::string key = String(request, "key");
+    if (!alg.KeyValues().Has(key.c_str()))
+        return Finish(request, eKeyNotFound, "value not found");
+    const T value = alg.KeyValues().GetAs<T>(key.c_str(), T());
+    WSMirelAPI3_RawRequest &raw = *request.m_pRawRequest;
+    if (raw.PayloadPtr() != nullptr && raw.m_PayloadSize >= sizeof(T))
+        std::memcpy(raw.PayloadPtr(), &value, sizeof(T));
+    else
+        Result(request)["value"] = value;
+    return Finish(request, eNoErr);
+}
+} // namespace
+
+int GetPluginValue_double(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    return GetPluginValueNumber<double>(request, alg);
+}
+
+int GetPluginValue_float(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    return GetPluginValueNumber<float>(request, alg);
+}
+
+int SetPluginValue_bool(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::string key = String(request, "key");
+    alg.SetPluginValue_bool(key.c_str(), Boolean(request, "value"));
+    return Finish(request, eNoErr);
+}
+
+int SetPluginValue_c_str(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::string key = String(request, "key");
+    alg.SetPluginValue_c_str(key.c_str(), String(request, "value").c_str());
+    return Finish(request, eNoErr);
+}
+
+int SetPluginValue_double(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::string key = String(request, "key");
+    alg.SetPluginValue_double(key.c_str(), Number(request, "value"));
+    return Finish(request, eNoErr);
+}
+
+int SetRedisKeyValue(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::string key = String(request, "key");
+    const std::string value = String(request, "value");
+    return Finish(request, alg.SetRedisKeyValue(key.c_str(), value.c_str()),
+                  "SetRedisKeyValue returned error");
+}
+
+int GetMIDIControlID(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::int64_t index = Index(request, "control_index");
+    if (!IsControlIndex(alg, index))
+        return Finish(request, eControlOutOfRange, "GetMIDIControlID returned error");
+    return Finish(request, eNotImplemented, "GetMIDIControlID returned error");
+}
+
+int SetMIDIControlID(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    const std::int64_t index = Index(request, "control_index");
+    (void)Number(request, "midi_control_id");
+    if (!IsControlIndex(alg, index))
+        return Finish(request, eControlOutOfRange, "SetMIDIControlID returned error");
+    return Finish(request, eNotImplemented, "SetMIDIControlID returned error");
+}
+
+int GetMIDIEventControls(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    if (request.m_pRawRequest->PayloadPtr() == nullptr)
+        return Finish(request, eMemNullPointer, "GetMIDIEventControls returned error");
+    // One 312-byte record per control that listens to the event; with no automation controls
+    // no control listens, and the binary output stays empty.
+    if (alg.GetAutomationManager().GetNumAutomationControllers() == 0)
+        request.m_pRawRequest->m_BinaryOutput.ResizePtr(0);
+    return Finish(request, eNoErr);
+}
+
+int SetCanControlDAWMixer(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    alg.SetPluginValue_bool("CanControlDAWMixer", true);
+    return Finish(request, eNoErr);
+}
+
+int TransportChange(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    cALGORITHM::WSTransportState state;
+    state.playing = Boolean(request, "playing");
+    state.recording = Boolean(request, "recording");
+    state.cycleActive = Boolean(request, "cycle_active");
+    const double start = Number(request, "loop_start_samples");
+    const double end = Number(request, "loop_end_samples");
+    // Sample positions beyond what 64 bits hold are not positions; they read as 0.
+    auto toSamples = [](double value) -> std::int64_t {
+        return std::isfinite(value) && std::fabs(value) < 9.0e18 ? static_cast<std::int64_t>(value)
+                                                                 : 0;
+    };
+    state.loopStartSamples = toSamples(start);
+    state.loopEndSamples = toSamples(end);
+    return Finish(request, alg.TransportChange(state));
+}
+
+int UpdateHostTrackState(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    return Finish(request, alg.UpdateHostTrackState(Boolean(request, "monitoring")));
+}
+
+int GetCurrentPresetInfoHack(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    if (alg.GetPresetsManager() == nullptr)
+        return Finish(request, ePresetInfoNotFound, "GetCurrentPresetInfoHack returned error");
+    return Finish(request, eNotImplemented, "GetCurrentPresetInfoHack returned error");
+}
+
+int SetCurrentPresetInfoHack(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    if (alg.GetPresetsManager() == nullptr)
+        return Finish(request, ePresetInfoNotFound, "SetCurrentPresetInfoHack returned error");
+    return Finish(request, eNotImplemented, "SetCurrentPresetInfoHack returned error");
+}
+
+int GetPresetCompatibleSubComps(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    json list = json::array();
+    for (WCFourCC code : alg.GetPresetCompatibleSubComps())
+        list.push_back(code.GetString().c_str());
+    Result(request)["sub_comps"] = std::move(list);
+    return Finish(request, eNoErr);
+}
+
+int LoadControlsFromPresetHack(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    (void)Index(request, "setup_num");
+    if (alg.GetPresetsManager() == nullptr)
+        return Finish(request, ePresetInfoNotFound, "LoadControlsFromPresetHack returned error");
+    return Finish(request, eNotImplemented, "LoadControlsFromPresetHack returned error");
+}
+
+int PreparePresetChunkHack(Request &request) {
+    MIREL_REQUEST_ALG(request);
+    (void)Boolean(request, "get_specific_chunk");
+    (void)Boolean(request, "is_midi");
+    if (alg.GetPresetsManager() == nullptr)
+        return Finish(request, ePresetInfoNotFound, "PreparePresetChunkHack returned error");
+    return Finish(request, eNotImplemented, "PreparePresetChunkHack returned error");
+}
+
+#undef MIREL_REQUEST_ALG
+
+} // namespace MirelAPI3Internal
+
+MIREL_NAMESPACE_END

@@ -1,0 +1,523 @@
+#include "Code/Algorithm/cALGORITHM.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+#include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "Code/Algorithm/linux/WUNativeModule.h"
+
+MIREL_NAMESPACE_BEGIN
+
+namespace {
+
+// The component types of the shell family. Native shells run the process code in the host's
+// process; network shells run it on a server. 'arti' marks an artist component.
+constexpr std::array<WCFourCC, 9> kNativeComponentTypes = {
+    WCFourCC("Nati"), WCFourCC("NatM"), WCFourCC("NatS"), WCFourCC("VST3"), WCFourCC("AUin"),
+    WCFourCC("AAXn"), WCFourCC("LV2n"), WCFourCC("CLAP"), WCFourCC("StdA")};
+constexpr std::array<WCFourCC, 6> kNetShellComponentTypes = {WCFourCC("NetS"), WCFourCC("NSh1"),
+                                                             WCFourCC("NSh2"), WCFourCC("SGrd"),
+                                                             WCFourCC("NetX"), WCFourCC("NetM")};
+constexpr WCFourCC kArtistComponentType("arti");
+
+// The process side's base memory operation code; write, read, read-write and write-extended
+// follow it at +0, +1, +2 and +4.
+constexpr int kMemOpBase = 0;
+
+} // namespace
+
+cALGORITHM::cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&container)
+    : m_pResContainer(container) {
+    m_AlgLock.init();
+    m_ComponentInfo = info;
+    m_MeterManager.FinishCreate(this);
+    m_ShellListener.SetAlgorithm(this);
+
+    ResetAllmembers();
+    m_UndoLevel = 1000;
+    m_AlgType = info.m_ComponentType;
+    m_AlgSubType = info.m_ComponentSubType;
+    m_PresetCompatibleSubComps.push_back(info.m_ComponentSubType);
+
+    // A failed read leaves the defaults; it shows later as an empty name and no parameters.
+    (void)ReadAlgXML();
+    if (m_UserManualName.empty())
+        m_UserManualName = m_AlgName;
+
+    m_IsNative = DecideIsNativeFromComponentType(info.m_ComponentType);
+    m_IsNetShell = DecideIsNetShellFromComponentType(info.m_ComponentType);
+    m_IsArtist = info.m_ComponentType == kArtistComponentType;
+
+    m_MemOpCodes = {kMemOpBase + 0, kMemOpBase + 1, kMemOpBase + 2, kMemOpBase + 4};
+    m_ActiveSetup = eSetupA;
+    m_SampleRate = 44100;
+    m_UpdateAlgRequired = true;
+    StoreDefaultConverters(*this);
+}
+
+cALGORITHM::~cALGORITHM() {
+    m_Broadcaster.remove(&m_ShellListener);
+    m_ProcessLock.uninit();
+    m_AlgLock.uninit();
+}
+
+void cALGORITHM::ResetAllmembers() {
+    m_AlgName.clear();
+    m_UserManualName.clear();
+    m_ThreeLetterName.clear();
+    m_DefaultSkin.clear();
+    m_SetupNames[0].clear();
+    m_SetupNames[1].clear();
+    m_Mute = false;
+    m_Bypass = false;
+    m_SampleRate = 44100;
+    m_MinOutInRatio = 1.0f;
+    m_MaxOutInRatio = 1.0f;
+    // Plug-ins draw random names and ids with the C generator; seed it once per instance.
+    std::srand(static_cast<unsigned>(std::time(nullptr)));
+}
+
+int cALGORITHM::ReadAlgXML() {
+    // The "AlgXML" resource (id 1001) is read through the resource manager, filtered by the
+    // component; without a container there is nothing to read and the defaults stand.
+    if (m_pResContainer == nullptr)
+        return eRMContainerNotFound;
+    return ReadAlgXMLSelf();
+}
+
+bool cALGORITHM::DecideIsNativeFromComponentType(WCFourCC type) {
+    return std::find(kNativeComponentTypes.begin(), kNativeComponentTypes.end(), type) !=
+           kNativeComponentTypes.end();
+}
+
+bool cALGORITHM::DecideIsNetShellFromComponentType(WCFourCC type) {
+    return std::find(kNetShellComponentTypes.begin(), kNetShellComponentTypes.end(), type) !=
+           kNetShellComponentTypes.end();
+}
+
+// ---- threads and locks ----------------------------------------------------------------------
+
+bool cALGORITHM::SetMainThreadRef() {
+    if (!m_MainThreadRef.IsNull())
+        return false;
+    m_MainThreadRef = miThread::GetCurrentThreadRef();
+    return true;
+}
+
+bool cALGORITHM::IsCurThreadMainThread() const {
+    return m_MainThreadRef.IsNull() || m_MainThreadRef == miThread::GetCurrentThreadRef();
+}
+
+void cALGORITHM::LockAlg() const {
+    m_AlgLock.obtain();
+}
+bool cALGORITHM::TryLockAlg() const {
+    return m_AlgLock.tryobtain();
+}
+void cALGORITHM::UnLockAlg() const {
+    m_AlgLock.release();
+}
+void cALGORITHM::LockProcess() const {
+    m_ProcessLock.obtain();
+}
+void cALGORITHM::UnLockProcess() const {
+    m_ProcessLock.release();
+}
+
+namespace {
+// Holds the process lock for a scope, so every return path releases it.
+class WCStAlgLocker {
+public:
+    explicit WCStAlgLocker(cALGORITHM const &alg) : m_alg(alg) { m_alg.LockAlg(); }
+    ~WCStAlgLocker() { m_alg.UnLockAlg(); }
+    WCStAlgLocker(WCStAlgLocker const &) = delete;
+    WCStAlgLocker &operator=(WCStAlgLocker const &) = delete;
+
+private:
+    cALGORITHM const &m_alg;
+};
+} // namespace
+
+// ---- life cycle -----------------------------------------------------------------------------
+
+int cALGORITHM::InitProcessCode() {
+    // The process-code description would come from the "ProcessXML" resource; until it is read
+    // the plug-in states its needs in InitProcessCodeSelf.
+    if (!m_AdjustedProcessCode) {
+        m_AdjustedProcessCode = true;
+        AdjustProcessCodeDescriptionsSelf();
+        SetPluginValue_bool("AlreadyCalledAdjustProcessCodeDescriptions", true);
+    }
+    SProcessorSpec spec;
+    const WCFourCC type = m_ComponentInfo.m_ComponentType;
+    if (type == WCFourCC("sigD") || type == WCFourCC("pDPI"))
+        spec.family = 1;
+    else if (m_IsNative || m_IsNetShell)
+        spec.family = 3;
+    m_CurrentProcessor = spec;
+    m_DSPReqRes.processor = spec;
+    if (m_IsNative)
+        m_DSPReqRes.codeResID = 1000;
+    InitProcessCodeSelf();
+    return eNoErr;
+}
+
+int cALGORITHM::FinishCreate() {
+    StartRedisReporting();
+    if (GetPluginValue_bool("NeedProcessThreadSafe", false))
+        m_ProcessLock.init();
+    m_AutomationManager.Init(this);
+    m_Broadcaster.insert(&m_ShellListener);
+    int err = m_AutomationManager.FinishCreate();
+    const int selfErr = FinishCreateSelf();
+    if (selfErr != eNoErr || err == eNoErr)
+        err = selfErr;
+    Report("alg state", "created");
+    Report("active_setup", m_ActiveSetup == eSetupA ? "SETUP_A" : "SETUP_B");
+    InitExportItemMap();
+    Init_Key_Values();
+    SetPluginValue_bool("FinishCreateWasCalled", true);
+    m_FinishCreateCalled = true;
+    return err;
+}
+
+void cALGORITHM::InitExportItemMap() {
+    InitExportItemMapSelf();
+}
+
+void cALGORITHM::Init_Key_Values() {
+    Init_Key_Values_Self();
+    // Registered by function, so a read always sees the current value.
+    m_KeyValues.SetFunc("num_DoIdle_calls", [this] { return WCKeyValue::Value(m_NumDoIdleCalls); });
+    m_KeyValues.SetFunc("num_UpdateAlg_calls",
+                        [this] { return WCKeyValue::Value(m_NumUpdateAlgCalls); });
+    m_KeyValues.SetFunc("num_InitData_calls",
+                        [this] { return WCKeyValue::Value(m_NumInitDataCalls); });
+    m_KeyValues.SetFunc("optimalRefreshRate",
+                        [this] { return WCKeyValue::Value(m_OptimalRefreshRate); });
+    m_KeyValues.SetFunc("GetNumParams", [this] { return WCKeyValue::Value(GetNumParams()); });
+    m_KeyValues.SetFunc("GetNumAutomationControls", [this] {
+        return WCKeyValue::Value(m_AutomationManager.GetNumAutomationControllers());
+    });
+    m_KeyValues.SetFunc("inputs:num", [this] { return WCKeyValue::Value(m_DSPReqRes.inputs); });
+    m_KeyValues.SetFunc("sidechain_inputs:num",
+                        [this] { return WCKeyValue::Value(m_DSPReqRes.sideChainInputs); });
+    m_KeyValues.SetFunc("outputs:num", [this] { return WCKeyValue::Value(m_DSPReqRes.outputs); });
+    m_KeyValues.SetFunc("samplerate", [this] { return WCKeyValue::Value(m_SampleRate); });
+    m_KeyValues.SetFunc("samplerate:max",
+                        [this] { return WCKeyValue::Value(m_DSPReqRes.maxSampleRate); });
+    m_KeyValues.SetFunc("coefs:num", [this] {
+        return WCKeyValue::Value(static_cast<std::int32_t>(m_DSPReqRes.coefsWords));
+    });
+    m_KeyValues.SetFunc("coefs:offset", [this] { return WCKeyValue::Value(m_CoefsOfs); });
+    m_KeyValues.SetFunc("globalbypass", [this] { return WCKeyValue::Value(m_Bypass); });
+    m_KeyValues.SetFunc("has_link_groups",
+                        [this] { return WCKeyValue::Value(m_LinkGroups.HasLinkGroups()); });
+}
+
+int cALGORITHM::InitData() {
+    ++m_NumInitDataCalls;
+    const std::size_t bytes = static_cast<std::size_t>(m_WordSize) * m_DSPReqRes.coefsWords;
+    for (int setup = 0; setup < 2; ++setup) {
+        m_CoefImage[setup].assign(bytes + kImageSlack, 0);
+        m_BypassImage[setup].assign(bytes + kImageSlack, 0);
+    }
+    m_InputPorts.assign(static_cast<std::size_t>(std::max(0, m_DSPReqRes.inputs)), 0);
+    m_OutputPorts.assign(static_cast<std::size_t>(std::max(0, m_DSPReqRes.outputs)), 0);
+    const int err = InitDataSelf();
+    m_MeterManager.OptimizeMeterOrder();
+    Report("alg state", "InitData");
+    return err;
+}
+
+int cALGORITHM::InitInstanceData() {
+    int err = InitInstanceDataSelf();
+    // The default preset loads through the presets manager; an instance without one starts from
+    // the parameters' initial values, the same in both setups.
+    CopySetup();
+    m_InstanceReady = true;
+    return err;
+}
+
+int cALGORITHM::CopySetup() {
+    const int from = m_ActiveSetup == eSetupB ? 1 : 0;
+    const int to = 1 - from;
+    m_CoefImage[to] = m_CoefImage[from];
+    m_BypassImage[to] = m_BypassImage[from];
+    m_SetupNames[to] = m_SetupNames[from];
+    CopySetupSelf(static_cast<EPluginSetup>(from), static_cast<EPluginSetup>(to));
+    m_Broadcaster.PresetModified(static_cast<EPluginSetup>(to));
+    return eNoErr;
+}
+
+int cALGORITHM::SetProcessActive(bool active) {
+    const int err = SetProcessActiveSelf(active);
+    m_ProcessActive = active;
+    m_MeterManager.ResetAllValue();
+    Report("isProcessActive", active ? "true" : "false");
+    return err;
+}
+
+BUFFER_HEADER *cALGORITHM::InitAlg(bool send) {
+    BUFFER_HEADER *chain = InitAlgSelf();
+    if (chain != nullptr)
+        SendAndFreeBuffers(chain, eExecSendBuffersInit, send);
+    Report("alg state", "InitAlg");
+    return nullptr;
+}
+
+BUFFER_HEADER *cALGORITHM::UpdateAlg() {
+    ++m_NumUpdateAlgCalls;
+    BUFFER_HEADER *chain = nullptr;
+    {
+        WCStAlgLocker lock(*this);
+        chain = UpdateAlgSelf();
+        // Repeating the side-chain state is what makes a stored -1 take effect later.
+        if (m_SideChainActive != -1) {
+            CallExecCallBack(eExecSideChain,
+                             reinterpret_cast<void *>(std::intptr_t(m_SideChainActive)), nullptr,
+                             nullptr);
+            m_Broadcaster.ActiveSideChainChanged(m_SideChainActive > 0);
+        }
+        m_LinkGroups.AtUpdateAlg();
+        m_UpdateAlgRequired = false;
+    }
+    Report("alg state", "UpdateAlg");
+    return chain;
+}
+
+int cALGORITHM::DoIdle(short level) {
+    ++m_NumDoIdleCalls;
+    int err = m_MeterManager.UpdateDisplay();
+    // Parameter displays at or above `level` refresh here once parameters exist.
+    const int selfErr = DoIdleSelf(level);
+    if (selfErr != eNoErr)
+        err = selfErr;
+    return err;
+}
+
+int cALGORITHM::ResetAudioBuffers() {
+    WCStAlgLocker lock(*this);
+    BUFFER_HEADER *chain = ResetAudioBuffersSelf();
+    return SendAndFreeBuffers(chain, eExecSendBuffers, true);
+}
+
+int cALGORITHM::Dispose() {
+    if (m_Disposed)
+        return eNoErr;
+    DisposeSelf();
+    m_pPresetsManager = nullptr;
+    StopRedisReporting();
+    m_Broadcaster.remove(&m_ShellListener);
+    m_Disposed = true;
+    return eNoErr;
+}
+
+int cALGORITHM::ChangeSampleRate(int rate) {
+    int err = eNoErr;
+    {
+        WCStAlgLocker lock(*this);
+        // A maximum of 0 means the process code gave none.
+        if (rate == m_SampleRate) {
+            err = eNoErr;
+        } else if (rate <= 0) {
+            err = eOutOfRangeNumber;
+        } else if (m_DSPReqRes.maxSampleRate > 0 && rate > m_DSPReqRes.maxSampleRate) {
+            err = kErrSampleRateTooHigh;
+        } else {
+            m_SampleRate = rate;
+            m_UpdateAlgRequired = true;
+            err = ChangeSampleRateSelf();
+        }
+    }
+    WCFixedString<31> text;
+    text << m_SampleRate;
+    Report("SampleRate", text.c_str());
+    return err;
+}
+
+void cALGORITHM::StartRedisReporting() {
+    // The reporter connects only when the Redis bridge is configured; none exists yet.
+    m_pReporter = nullptr;
+}
+
+void cALGORITHM::StopRedisReporting() {
+    m_pReporter = nullptr;
+}
+
+void cALGORITHM::Report(char const *, char const *) {
+    // Reports go to the instance's Redis reporter, which is absent while the bridge is off.
+}
+
+// ---- identity -------------------------------------------------------------------------------
+
+void cALGORITHM::SetAlgName(char const *name) {
+    m_AlgName = name;
+    if (m_UserManualName.empty())
+        m_UserManualName = m_AlgName;
+    m_ThreeLetterName.assign(m_AlgName.c_str(), 3);
+}
+
+void cALGORITHM::SetAlgTypes(WCFourCC type, WCFourCC subType) {
+    m_AlgType = type;
+    m_AlgSubType = subType;
+}
+
+int cALGORITHM::GetAlgName(WCFixedStringBase &out) const {
+    out = m_AlgName;
+    return eNoErr;
+}
+
+int cALGORITHM::GetAlgNameOfLength(std::int64_t length, WCFixedStringBase &out) const {
+    if (length <= 0)
+        return eOutOfRangeNumber;
+    if (length == 3 && !m_ThreeLetterName.empty()) {
+        out = m_ThreeLetterName;
+        return eNoErr;
+    }
+    out.assign(m_AlgName.c_str(), std::min<std::uint64_t>(length, m_AlgName.size()));
+    return eNoErr;
+}
+
+int cALGORITHM::GetMirelLibHandle(WTNativeDLLRefType *&handle) {
+    return NativeModule::ModuleOfAddress(reinterpret_cast<void const *>(&GetMirelLibHandle),
+                                         handle);
+}
+
+// ---- GUIs -----------------------------------------------------------------------------------
+
+CStandardGUI_X *cALGORITHM::GetGUIPtr(char const *name) const {
+    if (name == nullptr)
+        return nullptr;
+    const auto found = m_GUIMap.find(WCFixedString<1023>(name));
+    return found == m_GUIMap.end() ? nullptr : found->second;
+}
+
+void cALGORITHM::SetGUIPointer(char const *name, CStandardGUI_X *gui) {
+    if (name == nullptr)
+        return;
+    if (gui == nullptr)
+        m_GUIMap.erase(WCFixedString<1023>(name));
+    else
+        m_GUIMap[WCFixedString<1023>(name)] = gui;
+}
+
+int cALGORITHM::CreateGuiAndAddToMap(WTResContainerType *, char const *, char const *) {
+    // GUIs are built from the "GUIXML" resource by the GUI layer.
+    return eNotImplemented;
+}
+
+int cALGORITHM::DisposeGuiAndRemoveFromMap(char const *name) {
+    if (GetGUIPtr(name) == nullptr)
+        return kErrNoGUI;
+    SetGUIPointer(name, nullptr);
+    return eNoErr;
+}
+
+int cALGORITHM::SetDefaultSkin(char const *name) {
+    m_DefaultSkin = name;
+    return eNoErr;
+}
+
+// ---- selector defaults ----------------------------------------------------------------------
+
+int cALGORITHM::GetPluginInfo_bool(std::uint32_t, bool &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_double(std::uint32_t, double &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_float(std::uint32_t, float &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_int32_t(std::uint32_t, std::int32_t &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_size_t(std::uint32_t, std::size_t &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_struct(std::uint32_t, void *, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_uint32_t(std::uint32_t, std::uint32_t &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_WCFixedString(std::uint32_t, WCFixedStringBase &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::GetPluginInfo_WCStMemObj(std::uint32_t, Utils::WCStMemObj &, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::SetPluginInfo_bool(std::uint32_t, bool, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::SetPluginInfo_c_str(std::uint32_t, char const *, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::SetPluginInfo_double(std::uint32_t, double, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::SetPluginInfo_int32_t(std::uint32_t, std::int32_t, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::SetPluginInfo_size_t(std::uint32_t, std::size_t, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::SetPluginInfo_struct(std::uint32_t, void *, std::int64_t) {
+    return eNotImplemented;
+}
+int cALGORITHM::SetPluginInfo_uint32_t(std::uint32_t, std::uint32_t, std::int64_t) {
+    return eNotImplemented;
+}
+
+int cALGORITHM::GetPluginInfo_bool_Private(bool &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_double_Private(double &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_float_Private(float &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_int32_t_Private(std::int32_t &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_size_t_Private(std::size_t &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_struct_Private(void *, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_uint32_t_Private(std::uint32_t &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_WCFixedString_Private(WCFixedStringBase &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::GetPluginInfo_WCStMemObj_Private(Utils::WCStMemObj &, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::SetPluginInfo_bool_Private(bool, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::SetPluginInfo_c_str_Private(char const *, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::SetPluginInfo_double_Private(double, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::SetPluginInfo_int32_t_Private(std::int32_t, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::SetPluginInfo_size_t_Private(std::size_t, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::SetPluginInfo_struct_Private(void *, std::int64_t) {
+    return eGenericErr;
+}
+int cALGORITHM::SetPluginInfo_uint32_t_Private(std::uint32_t, std::int64_t) {
+    return eGenericErr;
+}
+
+MIREL_NAMESPACE_END

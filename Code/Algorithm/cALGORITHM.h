@@ -1,0 +1,493 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "Code/Algorithm/CPresetInfo.h"
+#include "Code/Algorithm/EPluginSetup.h"
+#include "Code/Algorithm/KPAPIProcessMemory.h"
+#include "Code/Algorithm/MirelComponentInfo.h"
+#include "Code/Algorithm/WCAlgorithmBroadcaster.h"
+#include "Code/Algorithm/WCAutomationManager.h"
+#include "Code/Algorithm/WCKeyValue.h"
+#include "Code/Algorithm/WCLinkGroups.h"
+#include "Code/Algorithm/WCMeterManager.h"
+#include "Code/Algorithm/WCMusicInfo.h"
+#include "core/MirelNamespace.h"
+#include "core/WCFixedString.h"
+#include "core/WCFourCC.h"
+#include "core/WTErrors.h"
+#include "core/miThread.h"
+
+MIREL_NAMESPACE_BEGIN
+
+// Handle of a resource container; the resource manager defines it.
+struct WTResContainerType;
+
+namespace Preset {
+class CPresetsManager;
+}
+namespace Redis {
+class WCMirelRedisReporter;
+}
+namespace Utils {
+class WCStMemObj;
+}
+class CStandardGUI_X;
+
+// Handle of a loaded native module (a shared object on Linux).
+using WTNativeDLLRefType = void;
+
+using KPAPI_PROCESS_MEMORY::BUFFER_HEADER;
+
+// The base class of every plug-in's logic. One object per running instance owns the instance's
+// state: parameters and both setups, the coefficient images, the process-code needs, meters,
+// automation, presets, GUIs, the reporter and the key/value store. A plug-in derives from it,
+// implements the five pure operations and overrides the `...Self` hooks it needs.
+//
+// Life cycle (a shell must follow this order): construct; SetMainThreadRef; SetExecCallBack;
+// InitProcessCode; FinishCreate; InitData; the shell reads 'reqR'/'PmRq', places the process side
+// and calls Locate; InitInstanceData; SetProcessActive(true); InitAlg(true); then UpdateAlg and
+// DoIdle while running; SetProcessActive(false); GUIs disposed; Dispose; destructor.
+//
+// Threads: creation, GUIs, DoIdle and presets run on the main thread. The process lock (LockAlg,
+// recursive) guards parameters and coefficient images against idle, automation and message
+// threads; the audio thread never takes it and sees only what buffers deliver.
+class cALGORITHM : public WCMeterManager::Listener, public WCLinkGroups::Listener {
+public:
+    cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&container);
+    virtual ~cALGORITHM();
+    cALGORITHM(cALGORITHM const &) = delete;
+    cALGORITHM &operator=(cALGORITHM const &) = delete;
+
+    // ---- life cycle ------------------------------------------------------------------------
+    // [main-thread] Stores the calling thread as the main thread the first time only; answers
+    // whether it stored it.
+    bool SetMainThreadRef();
+    // [any-thread] True while no main thread is stored, else whether the caller is it.
+    bool IsCurThreadMainThread() const;
+    // [main-thread] Stores the callback, resets the word size and converters, then asks the
+    // process side for the locate flag, word size and converters (operations 11, 12, 7, 8, 20,
+    // 9, 10, 21, 13, 14). Answers SetExecCallBackSelf.
+    int SetExecCallBack(WTExecCallBack callback, std::int64_t refcon);
+    WTExecCallBack GetExecCallBack() const { return m_ExecCallBack; }
+    std::int64_t GetExecRefcon() const { return m_ExecRefcon; }
+    void SetAutoCallBack(WTAutoCallBack callback, std::int64_t refcon);
+    WTAutoCallBack GetAutoCallBack() const { return m_AutoCallBack; }
+    // [any-thread] Calls the exec callback with this instance's refcon; -25 when none is set.
+    int CallExecCallBack(int op, void *a, void *b, void *c) const;
+
+    // [main-thread] Reads the process-code needs into SDSPReqRes, then InitProcessCodeSelf.
+    int InitProcessCode();
+    // [main-thread] Parameters, link groups, meters, automation, key/value store.
+    int FinishCreate();
+    // [main-thread] Sizes the coefficient and bypass images and the ports.
+    int InitData();
+    // [main-thread] Loads the default preset into both setups.
+    int InitInstanceData();
+    // [main-thread]
+    int SetProcessActive(bool active);
+    bool GetProcessActive() const { return m_ProcessActive; }
+    // [main-thread] Builds the initial buffers; sends them (operation 1) when `send`, frees them
+    // (operation 4) always. Returns null.
+    BUFFER_HEADER *InitAlg(bool send);
+    // [any-thread, takes the process lock] Recomputes all coefficients; returns the chain for the
+    // caller to send.
+    BUFFER_HEADER *UpdateAlg();
+    // [main-thread] One idle tick: meters, parameter displays at or above `level`, DoIdleSelf.
+    virtual int DoIdle(short level);
+    // [main-thread] Releases what the instance holds before the destructor.
+    int Dispose();
+    // [any-thread, takes the process lock] -5026 above the process code's maximum.
+    int ChangeSampleRate(int rate);
+    int GetSampleRate() const { return m_SampleRate; }
+
+    bool IsInstanceReady() const { return m_InstanceReady; }
+    bool IsDisposed() const { return m_Disposed; }
+    std::uint64_t GetNumDoIdleCalls() const { return m_NumDoIdleCalls; }
+    std::uint64_t GetNumUpdateAlgCalls() const { return m_NumUpdateAlgCalls; }
+    std::uint64_t GetNumInitDataCalls() const { return m_NumInitDataCalls; }
+
+    // ---- the process lock ------------------------------------------------------------------
+    // [any-thread] Recursive; never taken by the audio thread.
+    void LockAlg() const;
+    bool TryLockAlg() const;
+    void UnLockAlg() const;
+    // The second lock exists only with "NeedProcessThreadSafe"; otherwise taking it is free.
+    void LockProcess() const;
+    void UnLockProcess() const;
+    bool HasProcessLock() const { return m_ProcessLock.is_init(); }
+
+    // ---- process side ----------------------------------------------------------------------
+    // [main-thread] Takes the placement of the process side: a flag, then the code, states,
+    // coefficients and idle code offsets.
+    virtual int Locate(KPAPI_1::LocateInfo *info, int *reserved1, int *reserved2);
+    int GetCodeOfs() const { return m_CodeOfs; }
+    int GetIdleCodeOfs() const { return m_IdleCodeOfs; }
+    int GetCoefsOfs() const { return m_CoefsOfs; }
+    int GetStatesOfs() const { return m_StatesOfs; }
+    int SetCoefsOfs(int ofs);
+    int SetStatesOfs(int ofs);
+    int GetWordSize() const { return m_WordSize; }
+    int GetLocateFlag() const { return m_LocateFlag; }
+    int GetMemOpWrite() const { return m_MemOpCodes[0]; }
+    int GetMemOpRead() const { return m_MemOpCodes[1]; }
+    int GetMemOpReadWrite() const { return m_MemOpCodes[2]; }
+    int GetMemOpWriteExtended() const { return m_MemOpCodes[3]; }
+
+    int GetDSPReqRes(ProcessMemory::SDSPReqRes *out) const;
+    int GetProcessMemoryRequest(ProcessMemory::WSProcessMemoryRequest *out) const;
+    int SetExtBuffInfo(void const *buffers);
+    int SetCurrentProcessor(SProcessorSpec const *spec);
+    std::uint32_t GetCoefsNum() const { return m_DSPReqRes.coefsWords; }
+
+    // Buffers and the converters of the process side.
+    BUFFER_HEADER *NewBuffer(int kind, int memOp, int marker, int offset, int count,
+                             std::int64_t memoryRef);
+    BUFFER_HEADER *ChainBufs(BUFFER_HEADER *first, BUFFER_HEADER *second);
+    int FreeBuffers(BUFFER_HEADER *&chain);
+    int SendBuffers(BUFFER_HEADER *chain, int op);
+    int SendAndFreeBuffers(BUFFER_HEADER *&chain, int op, bool send);
+    char *GetPointerToCoef(EPluginSetup setup, int index);
+    char *GetPointerToBypassCoef(EPluginSetup setup, int index);
+    int ConvertFracToCoefs(double value, int index);
+    int ConvertIntToCoefs(int value, int index);
+    int ConvertFracToBypassCoefs(double value, int index);
+    int ReadFracFromWord(void const *source, double &value) const;
+    int ReadIntFromWord(void const *source, int &value) const;
+    // A write buffer of `count` coefficients at `offset`; null unless forced, active and not
+    // bypassed. `source`, when given, is copied into it.
+    BUFFER_HEADER *PrepareCoefBuffer(int offset, int count, char const *source, bool force);
+    // Like PrepareCoefBuffer, from the image the bypass flag picks; bypass does not stop it.
+    BUFFER_HEADER *PrepareCoefBufferWithBypass(int offset, int count, bool force);
+
+    // ---- identity --------------------------------------------------------------------------
+    MirelComponentInfo const &GetComponentInfo() const { return m_ComponentInfo; }
+    WCFourCC GetAlgType() const { return m_AlgType; }
+    WCFourCC GetAlgSubType() const { return m_AlgSubType; }
+    int GetAlgName(WCFixedStringBase &out) const;
+    // The abbreviation of at most `length` characters, or the name cut to it.
+    int GetAlgNameOfLength(std::int64_t length, WCFixedStringBase &out) const;
+    bool IsNative() const { return m_IsNative; }
+    bool IsNetShell() const { return m_IsNetShell; }
+    bool IsArtist() const { return m_IsArtist; }
+    static bool DecideIsNativeFromComponentType(WCFourCC type);
+    static bool DecideIsNetShellFromComponentType(WCFourCC type);
+    std::uint64_t GetUndoLevel() const { return m_UndoLevel; }
+    short GetPresetResourceNumber() const { return m_PresetResourceNumber; }
+    std::vector<WCFourCC> const &GetPresetCompatibleSubComps() const {
+        return m_PresetCompatibleSubComps;
+    }
+    // [any-thread] The module of the run-time itself.
+    static int GetMirelLibHandle(WTNativeDLLRefType *&handle);
+
+    // ---- setups, bypass, chunks ------------------------------------------------------------
+    EPluginSetup GetActiveSetup() const { return m_ActiveSetup; }
+    bool GetBypass() const { return m_Bypass; }
+    BUFFER_HEADER *SetBypass(bool value);
+    int GetNumChunks() const { return 1; }
+    virtual int GetIndexedChunkID(int index, WCFourCC &id) const;
+    float GetMinOutInRatio() const { return m_MinOutInRatio; }
+    float GetMaxOutInRatio() const { return m_MaxOutInRatio; }
+    int GetActualOutInSize(std::int64_t inSize, int &outSize) const;
+    int SetDelay(int delay);
+    int SetSideChainNum(std::uint32_t num);
+    std::uint32_t GetSideChainNum() const { return m_SideChainNum; }
+    int SetMusicInfo(WCMusicInfo const &info);
+    WCMusicInfo const &GetMusicInfo() const { return m_MusicInfo; }
+    int SetTimeCodeData(void const *data);
+    int SetTrimModeRatio(double ratio);
+    int SetDisableHostInterruptPtr(int value);
+    int SetEnableHostInterruptPtr(int value);
+    // Sends what SetNoiseRatioSelf builds.
+    int SetNoiseRatio(double ratio);
+
+    // The host's transport, as a shell reports it.
+    struct WSTransportState {
+        bool playing = false;
+        bool recording = false;
+        bool cycleActive = false;
+        std::int64_t loopStartSamples = 0;
+        std::int64_t loopEndSamples = 0;
+    };
+    int TransportChange(WSTransportState const &state);
+    WSTransportState const &GetTransportState() const { return m_Transport; }
+    int UpdateHostTrackState(bool monitoring);
+    // Writes a key of this instance in Redis; -21001 while the instance reports nowhere.
+    virtual int SetRedisKeyValue(char const *key, char const *value);
+
+    // ---- parameters (the parameter work fills these) ---------------------------------------
+    std::uint64_t GetNumParams() const { return 0; }
+    // -19 for an id beyond the list.
+    int GetParamRealWorld(std::uint64_t id, double &value) const;
+    int RealWorldToState(std::uint64_t id, double &inOut) const;
+    int StateToRealWorld(std::uint64_t id, double &inOut) const;
+    // -29 for a name no parameter has.
+    int GetParamIDFromName(char const *name, std::uint64_t &id) const;
+    int GetParamGraphData(std::uint64_t id, void *&data) const;
+
+    // ---- key/value store -------------------------------------------------------------------
+    WCKeyValue &KeyValues() { return m_KeyValues; }
+    WCKeyValue const &KeyValues() const { return m_KeyValues; }
+    bool GetPluginValue_bool(char const *key, bool fallback) const;
+    std::int32_t GetPluginValue_int32_t(char const *key, std::int32_t fallback) const;
+    double GetPluginValue_double(char const *key, double fallback) const;
+    void SetPluginValue_bool(char const *key, bool value);
+    void SetPluginValue_int32_t(char const *key, std::int32_t value);
+    void SetPluginValue_double(char const *key, double value);
+    void SetPluginValue_c_str(char const *key, char const *value);
+    bool HasPluginValue(char const *key) const;
+    // Copies the value when it fits: 0, or -29 absent, -30 too large, -4003 null buffer.
+    int GetPluginValueBinary(char const *key, void *buffer, std::uint64_t size) const;
+    int GetPluginValueStr(char const *key, WCFixedStringBase &out) const;
+    // Export items: none until the key/value work adds them.
+    bool IsExportItemSupported(char const *key) const;
+
+    // ---- presets (the presets work fills these) --------------------------------------------
+    virtual Preset::CPresetsManager *GetPresetsManager() { return m_pPresetsManager; }
+    int GetFactoryPresetName(std::int64_t index, WCFixedStringBase &out) const;
+    int GetNumFactoryPresets(std::size_t &count) const;
+    int LoadFactoryPresetToPluginByName(char const *name);
+    int LoadFactoryPresetByIndex(std::size_t index);
+    int ReadFactoryPresetFromFile(char const *path);
+    Preset::CPresetInfo const &GetCurrentPresetInfo() const { return m_CurrentPresetInfo; }
+
+    // ---- meters and automation --------------------------------------------------------------
+    WCMeterManager &GetMeterManager() { return m_MeterManager; }
+    WCAutomationManager &GetAutomationManager() { return m_AutomationManager; }
+    std::uint32_t GetOptimalRefreshRate() const { return m_OptimalRefreshRate; }
+    int GetMeterReadResetValue(std::int64_t index, double &value) const;
+    int GetAutomationControlIndexByName(char const *name) const;
+    int ControlRealWorldValueFromState(std::int64_t index, double &inOut) const;
+    int ControlStateFromRealWorldValue(std::int64_t index, double &inOut) const;
+    int SetAutomatableControlStr(char const *text, std::int64_t index);
+
+    // ---- GUIs (the GUI work fills these) ---------------------------------------------------
+    using GUIMap = std::map<WCFixedString<1023>, CStandardGUI_X *>;
+    CStandardGUI_X *GetGUIPtr(char const *name) const;
+    void SetGUIPointer(char const *name, CStandardGUI_X *gui);
+    GUIMap const &GetGUIMap() const { return m_GUIMap; }
+    virtual int CreateGuiAndAddToMap(WTResContainerType *container, char const *key,
+                                     char const *name);
+    virtual int DisposeGuiAndRemoveFromMap(char const *name);
+    virtual int SetDefaultSkin(char const *name);
+    WCFixedStringBase const &GetDefaultSkin() const { return m_DefaultSkin; }
+    bool IsShowMode() const { return m_ShowMode; }
+    void SetShowMode(bool value) { m_ShowMode = value; }
+    void SetNotifyOnLinkedParams(bool value) { m_NotifyOnLinkedParams = value; }
+    bool GetNotifyOnLinkedParams() const { return m_NotifyOnLinkedParams; }
+    bool GetHasPreScan() const { return m_HasPreScan; }
+    bool HasStemSupport() const { return m_HasStemSupport; }
+    // Flags a shell sets for plug-in code to read ('utfm', 'rsip', 'spcl').
+    bool m_ShellFlag_utfm = false;
+    bool m_ShellFlag_rsip = false;
+    bool m_ShellFlag_spcl = false;
+
+    // ---- events ----------------------------------------------------------------------------
+    virtual WCAlgorithmBroadcaster *Broadcaster() { return &m_Broadcaster; }
+
+    // ---- selectors: a plug-in overrides these to answer selectors of its own ---------------
+    virtual int GetPluginInfo_bool(std::uint32_t selector, bool &out, std::int64_t arg);
+    virtual int GetPluginInfo_double(std::uint32_t selector, double &out, std::int64_t arg);
+    virtual int GetPluginInfo_float(std::uint32_t selector, float &out, std::int64_t arg);
+    virtual int GetPluginInfo_int32_t(std::uint32_t selector, std::int32_t &out, std::int64_t arg);
+    virtual int GetPluginInfo_size_t(std::uint32_t selector, std::size_t &out, std::int64_t arg);
+    virtual int GetPluginInfo_struct(std::uint32_t selector, void *out, std::int64_t arg);
+    virtual int GetPluginInfo_uint32_t(std::uint32_t selector, std::uint32_t &out,
+                                       std::int64_t arg);
+    virtual int GetPluginInfo_WCFixedString(std::uint32_t selector, WCFixedStringBase &out,
+                                            std::int64_t arg);
+    virtual int GetPluginInfo_WCStMemObj(std::uint32_t selector, Utils::WCStMemObj &out,
+                                         std::int64_t arg);
+    virtual int SetPluginInfo_bool(std::uint32_t selector, bool value, std::int64_t arg);
+    virtual int SetPluginInfo_c_str(std::uint32_t selector, char const *value, std::int64_t arg);
+    virtual int SetPluginInfo_double(std::uint32_t selector, double value, std::int64_t arg);
+    virtual int SetPluginInfo_int32_t(std::uint32_t selector, std::int32_t value, std::int64_t arg);
+    virtual int SetPluginInfo_size_t(std::uint32_t selector, std::size_t value, std::int64_t arg);
+    virtual int SetPluginInfo_struct(std::uint32_t selector, void *value, std::int64_t arg);
+    virtual int SetPluginInfo_uint32_t(std::uint32_t selector, std::uint32_t value,
+                                       std::int64_t arg);
+
+    // The private channel between a plug-in and its own shell code (selector 'prvt'); -1 unless
+    // the plug-in answers.
+    virtual int GetPluginInfo_bool_Private(bool &out, std::int64_t arg);
+    virtual int GetPluginInfo_double_Private(double &out, std::int64_t arg);
+    virtual int GetPluginInfo_float_Private(float &out, std::int64_t arg);
+    virtual int GetPluginInfo_int32_t_Private(std::int32_t &out, std::int64_t arg);
+    virtual int GetPluginInfo_size_t_Private(std::size_t &out, std::int64_t arg);
+    virtual int GetPluginInfo_struct_Private(void *out, std::int64_t arg);
+    virtual int GetPluginInfo_uint32_t_Private(std::uint32_t &out, std::int64_t arg);
+    virtual int GetPluginInfo_WCFixedString_Private(WCFixedStringBase &out, std::int64_t arg);
+    virtual int GetPluginInfo_WCStMemObj_Private(Utils::WCStMemObj &out, std::int64_t arg);
+    virtual int SetPluginInfo_bool_Private(bool value, std::int64_t arg);
+    virtual int SetPluginInfo_c_str_Private(char const *value, std::int64_t arg);
+    virtual int SetPluginInfo_double_Private(double value, std::int64_t arg);
+    virtual int SetPluginInfo_int32_t_Private(std::int32_t value, std::int64_t arg);
+    virtual int SetPluginInfo_size_t_Private(std::size_t value, std::int64_t arg);
+    virtual int SetPluginInfo_struct_Private(void *value, std::int64_t arg);
+    virtual int SetPluginInfo_uint32_t_Private(std::uint32_t value, std::int64_t arg);
+
+    // Reading resources of the plug-in's container; the resource manager answers them.
+    int ReadResourceToMemObj(char const *type, short id, Utils::WCStMemObj &out) const;
+    int GetPathToNativeProcessDLL(WCFixedStringBase &out) const;
+    int GetProcessCodeManagerMemObj(Utils::WCStMemObj &out) const;
+
+protected:
+    // ---- the five operations every plug-in implements --------------------------------------
+    // Computes the coefficients of one parameter into the active image; returns the chain.
+    virtual BUFFER_HEADER *UpdateParamSelf(std::uint64_t id) = 0;
+    // Computes all coefficients (UpdateAlg); returns the chain.
+    virtual BUFFER_HEADER *UpdateAlgSelf() = 0;
+    // Builds the initial buffers (InitAlg): coefficients and states.
+    virtual BUFFER_HEADER *InitAlgSelf() = 0;
+    // The plug-in's part of an idle tick.
+    virtual int DoIdleSelf(short level) = 0;
+    // Clears the process side's audio history (ResetAudioBuffers); returns the chain.
+    virtual BUFFER_HEADER *ResetAudioBuffersSelf() = 0;
+
+public:
+    // [any-thread, takes the process lock] Sends what ResetAudioBuffersSelf builds.
+    virtual int ResetAudioBuffers();
+
+protected:
+    // ---- hooks; the base does its part, then calls them ------------------------------------
+    virtual int FinishCreateSelf() { return 0; }
+    virtual int InitDataSelf() { return 0; }
+    virtual int InitInstanceDataSelf() { return 0; }
+    virtual int ReadAlgXMLSelf() { return 0; }
+    virtual int ChangeSampleRateSelf() { return 0; }
+    virtual int SetProcessActiveSelf(bool) { return 0; }
+    virtual int SetExecCallBackSelf() { return 0; }
+    virtual BUFFER_HEADER *SetMuteSelf(bool) { return nullptr; }
+    virtual BUFFER_HEADER *SetDelaySelf(int) { return nullptr; }
+    virtual BUFFER_HEADER *SetNoiseRatioSelf(double) { return nullptr; }
+    virtual int TransportChangeSelf(WSTransportState const &) { return 0; }
+    virtual int UpdateHostTrackStateSelf(bool) { return 0; }
+    virtual void DisposeSelf() {}
+    virtual void SetBypassSelf() {}
+    virtual void SetBypassCoefsSelf() {}
+    virtual void CopySetupSelf(EPluginSetup, EPluginSetup) {}
+    virtual void InitProcessCodeSelf() {}
+    virtual void AdjustProcessCodeDescriptionsSelf() {}
+    virtual void InitExportItemMapSelf() {}
+    virtual void Init_Key_Values_Self() {}
+
+    // Construction and lifecycle steps.
+    void ResetAllmembers();
+    int ReadAlgXML();
+    void Init_Key_Values();
+    void InitExportItemMap();
+    void StartRedisReporting();
+    void StopRedisReporting();
+    void Report(char const *key, char const *value);
+    int CopySetup();
+
+    // The plug-in supplies what no XML gave it yet.
+    void SetAlgName(char const *name);
+    void SetAlgTypes(WCFourCC type, WCFourCC subType);
+    ProcessMemory::SDSPReqRes &DSPReqRes() { return m_DSPReqRes; }
+
+public:
+    // The widest word any converter may touch. Images keep this much slack past their last word,
+    // so a process side that announces a narrower word than its converters write cannot make a
+    // converter run past the image.
+    static constexpr std::size_t kImageSlack = 8;
+
+private:
+    static void StoreDefaultConverters(cALGORITHM &alg);
+
+    // Declaration order follows the data model.
+    miThread::WCThreadRef m_MainThreadRef;
+    WCAlgorithmBroadcaster m_Broadcaster;
+    WCShellAlgorithmListener m_ShellListener;
+    std::array<WCFixedString<127>, 2> m_SetupNames;
+    int m_CodeOfs = 0;
+    int m_IdleCodeOfs = 0;
+    int m_CoefsOfs = 0;
+    int m_StatesOfs = 0;
+    int m_LocateFlag = 0;
+    int m_WordSize = 4;
+    WTExecCallBack m_ExecCallBack = nullptr;
+    std::int64_t m_ExecRefcon = 0;
+    WTAutoCallBack m_AutoCallBack = nullptr;
+    std::int64_t m_AutoRefcon = 0;
+    int m_SampleRate = 44100;
+    bool m_ProcessActive = false;
+    bool m_RestoreFlag = false;
+    bool m_Bypass = false;
+    bool m_Mute = false;
+    EPluginSetup m_ActiveSetup = eSetupA;
+    float m_MinOutInRatio = 1.0f;
+    float m_MaxOutInRatio = 1.0f;
+    short m_PresetResourceNumber = 1000;
+    WCFixedString<63> m_AlgName;
+    WCFixedString<63> m_UserManualName;
+    WCFixedString<3> m_ThreeLetterName;
+    WCFixedString<63> m_DefaultSkin;
+    mutable miThread::ThreadMutexInited m_AlgLock;
+    mutable miThread::ThreadMutexInited m_ProcessLock;
+    std::array<int, 4> m_MemOpCodes{};
+    std::array<std::vector<char>, 2> m_CoefImage;
+    std::array<std::vector<char>, 2> m_BypassImage;
+    std::vector<std::int32_t> m_InputPorts;
+    std::vector<std::int32_t> m_OutputPorts;
+    WCFourCC m_AlgType = WCFourCC("????");
+    WCFourCC m_AlgSubType = WCFourCC("????");
+    std::vector<WCFourCC> m_PresetCompatibleTypes;
+    std::vector<WCFourCC> m_PresetCompatibleSubComps;
+    ProcessMemory::SDSPReqRes m_DSPReqRes;
+    SProcessorSpec m_CurrentProcessor;
+    bool m_IsNative = false;
+    bool m_IsNetShell = false;
+    bool m_IsArtist = false;
+    std::uint64_t m_UndoLevel = 1000;
+    WCMeterManager m_MeterManager;
+    Preset::CPresetsManager *m_pPresetsManager = nullptr;
+    Preset::CPresetInfo m_CurrentPresetInfo;
+    MirelComponentInfo m_ComponentInfo;
+    std::uint32_t m_OptimalRefreshRate = 80;
+    WCAutomationManager m_AutomationManager;
+    WCLinkGroups m_LinkGroups;
+    GUIMap m_GUIMap;
+    Redis::WCMirelRedisReporter *m_pReporter = nullptr;
+    WCKeyValue m_KeyValues;
+    WTResContainerType *m_pResContainer = nullptr;
+    std::uint64_t m_NumDoIdleCalls = 0;
+    std::uint64_t m_NumUpdateAlgCalls = 0;
+    std::uint64_t m_NumInitDataCalls = 0;
+
+    // Converter slots; the process side may replace them inside SetExecCallBack.
+    WTWriteFracFunc m_WriteFrac = nullptr;
+    WTWriteFracFunc m_WriteFix = nullptr;
+    WTWriteIntFunc m_WriteInt = nullptr;
+    WTWriteFracFunc m_WriteDFrac = nullptr;
+    WTReadFracFunc m_ReadFrac = nullptr;
+    WTReadFracFunc m_ReadFix = nullptr;
+    WTReadIntFunc m_ReadInt = nullptr;
+    WTReadFracFunc m_ReadDFrac = nullptr;
+
+    std::vector<ProcessMemory::sEXT_BUFF> m_ExtBuffs;
+    WCMusicInfo m_MusicInfo;
+    WSTransportState m_Transport;
+    bool m_Monitoring = false;
+    std::int64_t m_TimeCodeData = 0;
+    double m_TrimModeRatio = 1.0;
+    int m_Delay = 0;
+    std::uint32_t m_SideChainNum = 0;
+    signed char m_SideChainActive = -1;
+    int m_HostInterruptDisable = 0;
+    int m_HostInterruptEnable = 0;
+    bool m_ShowMode = false;
+    bool m_NotifyOnLinkedParams = false;
+    bool m_HasPreScan = false;
+    bool m_HasStemSupport = false;
+    bool m_UpdateAlgRequired = true;
+    bool m_InstanceReady = false;
+    bool m_Disposed = false;
+    bool m_FinishCreateCalled = false;
+    bool m_AdjustedProcessCode = false;
+};
+
+MIREL_NAMESPACE_END

@@ -1,0 +1,233 @@
+// cALGORITHM: the key/value store, setups and chunks, and the answers of services that later
+// layers fill (parameters, presets, meters, automation, resources). Each of the latter answers
+// what its service answers for something it does not have.
+
+#include <cstring>
+
+#include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "Code/Algorithm/cALGORITHM.h"
+
+MIREL_NAMESPACE_BEGIN
+
+// ---- key/value store ------------------------------------------------------------------------
+
+bool cALGORITHM::GetPluginValue_bool(char const *key, bool fallback) const {
+    return m_KeyValues.GetAs<bool>(key, fallback);
+}
+
+std::int32_t cALGORITHM::GetPluginValue_int32_t(char const *key, std::int32_t fallback) const {
+    return m_KeyValues.GetAs<std::int32_t>(key, fallback);
+}
+
+double cALGORITHM::GetPluginValue_double(char const *key, double fallback) const {
+    return m_KeyValues.GetAs<double>(key, fallback);
+}
+
+void cALGORITHM::SetPluginValue_bool(char const *key, bool value) {
+    m_KeyValues.Set(key, value);
+}
+
+void cALGORITHM::SetPluginValue_int32_t(char const *key, std::int32_t value) {
+    m_KeyValues.Set(key, value);
+}
+
+void cALGORITHM::SetPluginValue_double(char const *key, double value) {
+    m_KeyValues.Set(key, value);
+}
+
+void cALGORITHM::SetPluginValue_c_str(char const *key, char const *value) {
+    m_KeyValues.Set(key, std::string(value ? value : ""));
+}
+
+bool cALGORITHM::HasPluginValue(char const *key) const {
+    return m_KeyValues.Has(key) || IsExportItemSupported(key);
+}
+
+int cALGORITHM::GetPluginValueBinary(char const *key, void *buffer, std::uint64_t size) const {
+    return m_KeyValues.GetBinary(key, buffer, size);
+}
+
+int cALGORITHM::GetPluginValueStr(char const *key, WCFixedStringBase &out) const {
+    return m_KeyValues.GetStr(key, out);
+}
+
+bool cALGORITHM::IsExportItemSupported(char const *) const {
+    return false;
+}
+
+// ---- setups, bypass, chunks -----------------------------------------------------------------
+
+BUFFER_HEADER *cALGORITHM::SetBypass(bool value) {
+    if (value == m_Bypass)
+        return nullptr;
+    m_Bypass = value;
+    if (m_ProcessActive)
+        SetBypassSelf();
+    Report("isBypassed", value ? "true" : "false");
+    return nullptr;
+}
+
+int cALGORITHM::GetIndexedChunkID(int index, WCFourCC &id) const {
+    if (index != 0)
+        return eIllegalChunkIndex;
+    id = WCFourCC("XPst");
+    return eNoErr;
+}
+
+int cALGORITHM::GetActualOutInSize(std::int64_t inSize, int &outSize) const {
+    if (inSize < 0)
+        return eOutOfRangeNumber;
+    // Without on-the-fly rate conversion the output block is the input block scaled by the
+    // largest ratio the plug-in declared.
+    outSize = static_cast<int>(static_cast<double>(inSize) * m_MaxOutInRatio);
+    return eNoErr;
+}
+
+int cALGORITHM::SetDelay(int delay) {
+    m_Delay = delay;
+    BUFFER_HEADER *chain = SetDelaySelf(delay);
+    return SendAndFreeBuffers(chain, eExecSendBuffers, true);
+}
+
+int cALGORITHM::SetSideChainNum(std::uint32_t num) {
+    m_SideChainNum = num;
+    return eNoErr;
+}
+
+int cALGORITHM::SetMusicInfo(WCMusicInfo const &info) {
+    m_MusicInfo = info;
+    return eNoErr;
+}
+
+int cALGORITHM::SetTimeCodeData(void const *data) {
+    if (data == nullptr)
+        return eMemNullPointer;
+    std::memcpy(&m_TimeCodeData, data, sizeof m_TimeCodeData);
+    return eNoErr;
+}
+
+int cALGORITHM::SetTrimModeRatio(double ratio) {
+    m_TrimModeRatio = ratio;
+    return eNoErr;
+}
+
+int cALGORITHM::SetDisableHostInterruptPtr(int value) {
+    m_HostInterruptDisable = value;
+    return eNoErr;
+}
+
+int cALGORITHM::SetEnableHostInterruptPtr(int value) {
+    m_HostInterruptEnable = value;
+    return eNoErr;
+}
+
+int cALGORITHM::SetNoiseRatio(double ratio) {
+    BUFFER_HEADER *chain = SetNoiseRatioSelf(ratio);
+    return SendAndFreeBuffers(chain, eExecSendBuffers, true);
+}
+
+int cALGORITHM::TransportChange(WSTransportState const &state) {
+    m_Transport = state;
+    return TransportChangeSelf(state);
+}
+
+int cALGORITHM::UpdateHostTrackState(bool monitoring) {
+    m_Monitoring = monitoring;
+    return UpdateHostTrackStateSelf(monitoring);
+}
+
+int cALGORITHM::SetRedisKeyValue(char const *, char const *) {
+    return m_pReporter == nullptr ? kErrRedisNotConnected : eNotImplemented;
+}
+
+// ---- parameters -----------------------------------------------------------------------------
+
+int cALGORITHM::GetParamRealWorld(std::uint64_t id, double &) const {
+    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
+}
+
+int cALGORITHM::RealWorldToState(std::uint64_t id, double &) const {
+    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
+}
+
+int cALGORITHM::StateToRealWorld(std::uint64_t id, double &) const {
+    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
+}
+
+int cALGORITHM::GetParamIDFromName(char const *, std::uint64_t &) const {
+    return eValueNotFound;
+}
+
+int cALGORITHM::GetParamGraphData(std::uint64_t id, void *&data) const {
+    data = nullptr;
+    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
+}
+
+// ---- presets --------------------------------------------------------------------------------
+
+int cALGORITHM::GetFactoryPresetName(std::int64_t, WCFixedStringBase &) const {
+    return ePresetInfoNotFound;
+}
+
+int cALGORITHM::GetNumFactoryPresets(std::size_t &) const {
+    return ePresetInfoNotFound;
+}
+
+int cALGORITHM::LoadFactoryPresetToPluginByName(char const *) {
+    return ePresetInfoNotFound;
+}
+
+int cALGORITHM::LoadFactoryPresetByIndex(std::size_t) {
+    return ePresetInfoNotFound;
+}
+
+int cALGORITHM::ReadFactoryPresetFromFile(char const *) {
+    return ePresetInfoNotFound;
+}
+
+// ---- meters and automation ------------------------------------------------------------------
+
+int cALGORITHM::GetMeterReadResetValue(std::int64_t index, double &value) const {
+    if (index < 0)
+        return eOutOfRangeNumber;
+    return m_MeterManager.GetMeterReadResetValue(static_cast<std::uint32_t>(index), value);
+}
+
+int cALGORITHM::GetAutomationControlIndexByName(char const *name) const {
+    return m_AutomationManager.GetControlIndexByName(name);
+}
+
+int cALGORITHM::ControlRealWorldValueFromState(std::int64_t index, double &) const {
+    return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
+               ? eNoErr
+               : eOutOfRangeNumber;
+}
+
+int cALGORITHM::ControlStateFromRealWorldValue(std::int64_t index, double &) const {
+    return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
+               ? eNoErr
+               : eOutOfRangeNumber;
+}
+
+int cALGORITHM::SetAutomatableControlStr(char const *, std::int64_t index) {
+    return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
+               ? eNoErr
+               : eOutOfRangeNumber;
+}
+
+// ---- resources ------------------------------------------------------------------------------
+
+int cALGORITHM::ReadResourceToMemObj(char const *, short, Utils::WCStMemObj &) const {
+    // Resources are read through the resource manager; without a container nothing is found.
+    return m_pResContainer == nullptr ? eRMContainerNotFound : eRMResNotFound;
+}
+
+int cALGORITHM::GetPathToNativeProcessDLL(WCFixedStringBase &) const {
+    return eCantLoadProcessFunction;
+}
+
+int cALGORITHM::GetProcessCodeManagerMemObj(Utils::WCStMemObj &out) const {
+    return ReadResourceToMemObj("ProcessXML", 1000, out);
+}
+
+MIREL_NAMESPACE_END

@@ -1,0 +1,173 @@
+#include "examples/GainFilter/GainFilter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numbers>
+
+#include "Code/Algorithm/MirelPluginEntry.h"
+
+using namespace MIREL_NAMESPACE_NAME;
+
+namespace {
+
+constexpr WCFourCC kComponentType("Nati");
+constexpr WCFourCC kComponentSubType("GnFl");
+
+struct WSRange {
+    double min;
+    double max;
+};
+constexpr WSRange kRanges[GainFilter::eNumValues] = {{-24.0, 12.0}, {20.0, 20000.0}, {0.0, 1.0}};
+
+} // namespace
+
+GainFilter::GainFilter(MirelComponentInfo const &info, WTResContainerType *&container)
+    : cALGORITHM(info, container) {
+    // The names come from the algorithm XML once the plug-in has one.
+    SetAlgName("GainFilter");
+    SetPluginValue_bool("IsNotBypassable", false);
+    SetPluginValue_bool("IsSampleBased", true);
+}
+
+void GainFilter::InitProcessCodeSelf() {
+    auto &needs = DSPReqRes();
+    needs.coefsWords = eNumCoefs;
+    needs.statesWords = kNumStates;
+    needs.inputs = 2;
+    needs.outputs = 2;
+    needs.sideChainInputs = 0;
+    needs.maxSampleRate = 192000;
+    needs.cycles = 40;
+}
+
+double GainFilter::GetValue(int which) const {
+    return which >= 0 && which < eNumValues ? m_Values[which] : 0.0;
+}
+
+void GainFilter::ComputeCoefs(int which) {
+    switch (which) {
+    case eGainDB: ConvertFracToCoefs(std::pow(10.0, m_Values[eGainDB] / 20.0), eCoefGain); break;
+    case eCutoffHz: {
+        // One-pole low-pass: y = b0 x + a1 y[-1], with a1 = exp(-2 pi fc / fs).
+        const double a1 = std::exp(-2.0 * std::numbers::pi * m_Values[eCutoffHz] / GetSampleRate());
+        ConvertFracToCoefs(1.0 - a1, eCoefB0);
+        ConvertFracToCoefs(a1, eCoefA1);
+        break;
+    }
+    case eFilterOn: ConvertIntToCoefs(m_Values[eFilterOn] != 0.0 ? 1 : 0, eCoefFilterOn); break;
+    default: break;
+    }
+}
+
+int GainFilter::GetPluginInfo_double_Private(double &out, std::int64_t arg) {
+    if (arg < 0 || arg >= eNumValues)
+        return eOutOfRangeNumber;
+    out = m_Values[arg];
+    return eNoErr;
+}
+
+int GainFilter::SetPluginInfo_double_Private(double value, std::int64_t arg) {
+    if (arg < 0 || arg >= eNumValues || !std::isfinite(value))
+        return eOutOfRangeNumber;
+    LockAlg();
+    m_Values[arg] = std::clamp(value, kRanges[arg].min, kRanges[arg].max);
+    BUFFER_HEADER *chain = UpdateParamSelf(static_cast<std::uint64_t>(arg));
+    UnLockAlg();
+    return SendAndFreeBuffers(chain, eExecSendBuffers, true);
+}
+
+GainFilter::BUFFER_HEADER *GainFilter::UpdateParamSelf(std::uint64_t id) {
+    ComputeCoefs(static_cast<int>(id));
+    if (id == eCutoffHz)
+        return PrepareCoefBufferWithBypass(eCoefB0, 2, true);
+    const int coef = id == eGainDB ? eCoefGain : eCoefFilterOn;
+    return PrepareCoefBufferWithBypass(coef, 1, true);
+}
+
+GainFilter::BUFFER_HEADER *GainFilter::UpdateAlgSelf() {
+    for (int which = 0; which < eNumValues; ++which)
+        ComputeCoefs(which);
+    return PrepareCoefBufferWithBypass(0, eNumCoefs, true);
+}
+
+GainFilter::BUFFER_HEADER *GainFilter::ClearStates() {
+    BUFFER_HEADER *states = NewBuffer(KPAPI_PROCESS_MEMORY::eBufferStates, GetMemOpWrite(), 0,
+                                      GetStatesOfs(), kNumStates, 0);
+    // New buffers come zeroed from the process side; zero states are the silent filter.
+    return states;
+}
+
+GainFilter::BUFFER_HEADER *GainFilter::InitAlgSelf() {
+    return ChainBufs(UpdateAlgSelf(), ClearStates());
+}
+
+GainFilter::BUFFER_HEADER *GainFilter::ResetAudioBuffersSelf() {
+    return ClearStates();
+}
+
+int GainFilter::DoIdleSelf(short) {
+    ++m_IdleTicks;
+    return eNoErr;
+}
+
+int GainFilter::ChangeSampleRateSelf() {
+    // The cutoff coefficient depends on the rate; the next UpdateAlg sends it.
+    ComputeCoefs(eCutoffHz);
+    return eNoErr;
+}
+
+// ---- the module's C entry points ------------------------------------------------------------
+
+#define GAINFILTER_EXPORT extern "C" __attribute__((visibility("default")))
+
+GAINFILTER_EXPORT int MirelPlugin_GetComponentInfo(int index, MirelComponentInfo *out) {
+    if (out == nullptr)
+        return eMemNullPointer;
+    if (index != 0)
+        return ePluginSubComponentNotFound;
+    MirelComponentInfo info;
+    info.m_PluginType = MirelComponentInfo::eMirelPlugin;
+    info.m_ComponentType = kComponentType;
+    info.m_ComponentSubType = kComponentSubType;
+    info.m_ShortName = "GainFilter";
+    info.m_CategoryName = "EQ";
+    info.m_InternalVersion = WCVersion(1, 0, 0, 1);
+    info.m_ExternalVersion = WCVersion(1, 0, 0, 0);
+    info.m_APIVersion = WCVersion(MIREL_VERSION_MAJOR, MIREL_VERSION_MINOR, MIREL_VERSION_REVISION,
+                                  MIREL_VERSION_STAGE);
+    *out = info;
+    return eNoErr;
+}
+
+GAINFILTER_EXPORT cALGORITHM *MirelPlugin_CreateAlgorithm(MirelComponentInfo const *info,
+                                                          WTResContainerType **container) {
+    if (info == nullptr || container == nullptr || info->m_ComponentSubType != kComponentSubType)
+        return nullptr;
+    return new GainFilter(*info, *container);
+}
+
+GAINFILTER_EXPORT void MirelPlugin_DestroyAlgorithm(cALGORITHM *alg) {
+    delete alg;
+}
+
+// The process side of the example, for a shell that runs it natively: `coefs` and `states` are
+// the words the plug-in placed, `in` and `out` interleaved stereo.
+GAINFILTER_EXPORT void GainFilter_Process(float const *coefs, float *states, float const *in,
+                                          float *out, int frames) {
+    std::int32_t filterOn = 0;
+    std::memcpy(&filterOn, coefs + GainFilter::eCoefFilterOn, sizeof filterOn);
+    const float gain = coefs[GainFilter::eCoefGain];
+    const float b0 = coefs[GainFilter::eCoefB0];
+    const float a1 = coefs[GainFilter::eCoefA1];
+    for (int frame = 0; frame < frames; ++frame) {
+        for (int channel = 0; channel < 2; ++channel) {
+            float x = in[2 * frame + channel];
+            if (filterOn != 0) {
+                states[channel] = b0 * x + a1 * states[channel];
+                x = states[channel];
+            }
+            out[2 * frame + channel] = gain * x;
+        }
+    }
+}

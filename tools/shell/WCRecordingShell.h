@@ -1,0 +1,130 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Code/Algorithm/KPAPIProcessMemory.h"
+#include "Code/Algorithm/MirelPluginEntry.h"
+#include "Code/Algorithm/PluginInstance.h"
+#include "Code/Algorithm/cALGORITHM.h"
+
+namespace mirel_shell {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+
+// One call of the exec callback as the shell saw it.
+struct WSExecCall {
+    int op = 0;
+    std::int64_t refcon = 0;
+    // Op-specific numbers: the buffer count of a chain, the event index and kind of op 36, the
+    // value of ops 74 and 78.
+    std::int64_t arg1 = 0;
+    std::int64_t arg2 = 0;
+};
+
+// A shell for tests and tools: holds one PluginInstance, plays the process side behind the exec
+// callback and walks the plug-in through its life cycle in the required order.
+//
+// The process side it plays is a real one in memory: buffers are created, chained and freed on
+// request (ops 5, 3, 4); sends (ops 0, 1) write into and read from a word memory per kind
+// (states, coefficients, external X and Y), placed by Locate; ops 7 to 14, 20 and 21 are
+// answered (13 and 14 only when asked to supply fixed-point converters). Every call is logged.
+//
+// Use: Create (construct, fill the instance, main thread, exec callback), Start (process code,
+// FinishCreate, InitData, memory placement, InitInstanceData, activate, InitAlg), Idle, Stop
+// (deactivate, Dispose, destroy). The destructor stops a plug-in still running.
+// [main-thread]: the thread that calls Create is the plug-in's main thread.
+class WCRecordingShell {
+public:
+    using Factory =
+        std::function<ml::cALGORITHM *(ml::MirelComponentInfo const &, ml::WTResContainerType *&)>;
+    using Destroyer = std::function<void(ml::cALGORITHM *)>;
+
+    WCRecordingShell();
+    ~WCRecordingShell();
+    WCRecordingShell(WCRecordingShell const &) = delete;
+    WCRecordingShell &operator=(WCRecordingShell const &) = delete;
+
+    // Process-side behaviour, set before Create.
+    int m_WordSize = 4;
+    int m_LocateFlag = 1;
+    bool m_SupplyFixConverters = false;
+    // Where Locate puts the coefficients and states, in words.
+    int m_CoefsBase = 16;
+    int m_StatesBase = 8;
+    // Op 5 fails once this many buffers were created; -1 never.
+    int m_FailNewBufferAfter = -1;
+
+    // Loads a plug-in module and binds its entry points. Codes: eDLLNotFound, eDLLLoadingFailed,
+    // eFuncPointerNotFound for a module without them.
+    int LoadModule(char const *path);
+    int GetModuleComponentInfo(int index, ml::MirelComponentInfo &info) const;
+    // Steps 1 to 4 of the life cycle, with the loaded module's factory.
+    int Create(ml::MirelComponentInfo const &info);
+    // Steps 1 to 4 with a factory of the caller (an algorithm class built into the program).
+    int Create(ml::MirelComponentInfo const &info, Factory factory, Destroyer destroyer);
+    // Steps 5 to 10.
+    int Start();
+    // Runs `ticks` idle ticks at `level`; the first non-zero result wins.
+    int Idle(short level, int ticks);
+    // Sends what UpdateAlg returns.
+    int Update();
+    // Step 12; returns the first non-zero code.
+    int Stop();
+
+    ml::PluginInstance &Instance() { return m_Instance; }
+    ml::cALGORITHM *Algorithm() const { return m_Instance.m_pAlg; }
+    bool IsRunning() const { return m_Running; }
+
+    // What happened: the exec calls, the life-cycle steps walked, buffers alive now.
+    std::vector<WSExecCall> const &Calls() const { return m_Calls; }
+    std::vector<int> Ops() const;
+    std::vector<std::string> const &Steps() const { return m_Steps; }
+    std::size_t LiveBuffers() const { return m_Live.size(); }
+    std::size_t BuffersCreated() const { return m_Created; }
+    void ClearLog() { m_Calls.clear(); }
+
+    // Process memory, as the plug-in's sends left it.
+    std::vector<char> const &CoefMemory() const { return m_CoefMemory; }
+    std::vector<char> const &StateMemory() const { return m_StateMemory; }
+    // Coefficient word `index` (relative to the located base) read as a float.
+    float CoefAsFloat(int index) const;
+    ml::ProcessMemory::SDSPReqRes const &DSPReqRes() const { return m_ReqRes; }
+
+    static int ExecCallBack(int op, std::int64_t refcon, void *a, void *b, void *c);
+
+private:
+    struct WSBuffer;
+
+    int OnExec(int op, void *a, void *b, void *c);
+    int ApplyChain(ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER *chain, std::int64_t &count);
+    std::vector<char> *MemoryOf(int kind);
+    int Step(char const *name, int code);
+
+    ml::PluginInstance m_Instance;
+    Destroyer m_Destroy;
+    void *m_Module = nullptr;
+    ::MirelPluginGetComponentInfoFunc m_GetInfo = nullptr;
+    ::MirelPluginCreateFunc m_Create = nullptr;
+    ::MirelPluginDestroyFunc m_DestroyFunc = nullptr;
+    ml::WTResContainerType *m_Container = nullptr;
+    bool m_Running = false;
+    bool m_Started = false;
+
+    std::vector<WSExecCall> m_Calls;
+    std::vector<std::string> m_Steps;
+    std::map<ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER *, std::unique_ptr<WSBuffer>> m_Live;
+    std::size_t m_Created = 0;
+    ml::ProcessMemory::SDSPReqRes m_ReqRes;
+    ml::ProcessMemory::WSProcessMemoryRequest m_MemRequest;
+    std::vector<char> m_CoefMemory;
+    std::vector<char> m_StateMemory;
+    std::vector<char> m_XMemory;
+    std::vector<char> m_YMemory;
+};
+
+} // namespace mirel_shell
