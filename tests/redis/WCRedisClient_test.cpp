@@ -1,0 +1,477 @@
+#include "redis/WCRedisClient.h"
+
+#include <gtest/gtest.h>
+#include <yaml-cpp/yaml.h>
+
+#include <chrono>
+#include <regex>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "core/MirelNamespace.h"
+#include "tests/redis/RedisTestSupport.h"
+
+namespace {
+
+using namespace MIREL_NAMESPACE_NAME;
+using namespace MIREL_NAMESPACE_NAME::Redis;
+using mirel_redis_test::ReadFile;
+using mirel_redis_test::WaitFor;
+using mirel_redis_test::WriteFile;
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+FM::WCStPath PathOf(std::filesystem::path const &path) {
+    return FM::WCStPath(path.string());
+}
+
+// --- the configuration file -----------------------------------------------------------------
+
+class ConfigFileTest : public mirel_redis_test::RedisHomeTest {
+protected:
+    // Reads `text` as the default configuration file; answers host and port.
+    std::pair<std::string, int> read(std::string const &text) {
+        WriteFile(default_config_path(), text);
+        WCRedisClient client("c", "");
+        EXPECT_EQ(client.read_config_file(), eNoErr);
+        EXPECT_TRUE(client.is_config_read());
+        WCFixedString<127> host;
+        int port = 0;
+        client.get_connection_details(host, port);
+        return {std::string(host.view()), port};
+    }
+};
+
+TEST_F(ConfigFileTest, FindsPortAndTheFirstBindAddress) {
+    auto const [host, port] = read("# a server\nbind 127.0.0.1 ::1\nport 6399\n");
+    EXPECT_EQ(host, "127.0.0.1");
+    EXPECT_EQ(port, 6399);
+}
+
+TEST_F(ConfigFileTest, CommentedPortKeepsTheDefault) {
+    EXPECT_EQ(read("# port 1234\nbind 10.0.0.1\n"),
+              (std::pair<std::string, int>{"10.0.0.1", 63179}));
+    EXPECT_EQ(read("#port 1234\n").second, 63179);
+}
+
+TEST_F(ConfigFileTest, LinesMayBeIndentedButMustStartWithTheWord) {
+    EXPECT_EQ(read("   port 7000\n\tbind   host.name_1\n"),
+              (std::pair<std::string, int>{"host.name_1", 7000}));
+    EXPECT_EQ(read("tls-port 6380\nxbind 1.2.3.4\n"),
+              (std::pair<std::string, int>{"localhost", 63179}));
+}
+
+TEST_F(ConfigFileTest, BindAddressStopsAtTheFirstCharacterThatIsNoWordOrDot) {
+    EXPECT_EQ(read("bind 127.0.0.1:99 other\n").first, "127.0.0.1");
+    // "-::1" does not start with a word character, so the later line is taken.
+    EXPECT_EQ(read("bind -::1\nbind 10.1.1.1\n").first, "10.1.1.1");
+}
+
+TEST_F(ConfigFileTest, MissingLinesAndBadNumbersKeepTheDefaults) {
+    EXPECT_EQ(read(""), (std::pair<std::string, int>{"localhost", 63179}));
+    EXPECT_EQ(read("port 99999999999999999999\n").second, 63179);
+    EXPECT_EQ(read("port abc\n").second, 63179);
+}
+
+TEST_F(ConfigFileTest, MissingFileMeansNoConfiguration) {
+    WCRedisClient client("c", "");
+    EXPECT_EQ(client.read_config_file(), eFMFileNotFound);
+    EXPECT_FALSE(client.is_config_read());
+    EXPECT_FALSE(WCRedisClient::is_redis_enabled());
+}
+
+TEST_F(ConfigFileTest, DefaultPathLiesInTheLocalAppDataFolder) {
+    EXPECT_EQ(WCRedisClient::get_default_config_file_path().GetNativePathString().view(),
+              default_config_path().string());
+    WriteFile(default_config_path(), "port 1\n");
+    EXPECT_TRUE(WCRedisClient::is_redis_enabled());
+}
+
+TEST_F(ConfigFileTest, AnExplicitPathIsUsedAndNullMeansTheDefault) {
+    auto const other = m_home.path() / "elsewhere.conf";
+    WriteFile(other, "port 4242\n");
+    WCRedisClient client("c", "");
+    FM::WCStPath const path = PathOf(other);
+    client.set_config_file_path(&path);
+    EXPECT_EQ(client.read_config_file(), eNoErr);
+    WCFixedString<127> host;
+    int port = 0;
+    client.get_connection_details(host, port);
+    EXPECT_EQ(port, 4242);
+
+    client.set_config_file_path(nullptr);
+    EXPECT_EQ(client.get_config_file_path(), WCRedisClient::get_default_config_file_path());
+}
+
+TEST_F(ConfigFileTest, WrittenFileIsYamlThatTheReaderDoesNotUnderstand) {
+    WCRedisClient writer("c", "");
+    writer.set_connection_details("10.9.8.7", 7777);
+    ASSERT_EQ(writer.write_config_file(), eNoErr);
+
+    YAML::Node const written = YAML::LoadFile(default_config_path().string());
+    EXPECT_EQ(written["redis_address"].as<std::string>(), "10.9.8.7");
+    EXPECT_EQ(written["redis_port"].as<int>(), 7777);
+    struct stat info {};
+    ASSERT_EQ(stat(default_config_path().c_str(), &info), 0);
+    EXPECT_EQ(
+        info.st_mode & 0777, 0644u & ~[] {
+            mode_t const mask = umask(0);
+            umask(mask);
+            return mask;
+        }());
+
+    // Kept apart on purpose: the reader looks only for server configuration lines.
+    auto const [host, port] = read(ReadFile(default_config_path()));
+    EXPECT_EQ(host, "localhost");
+    EXPECT_EQ(port, 63179);
+}
+
+TEST(WCRedisClientConfig, ParsesLargeTextsWithoutTrouble) {
+    std::string text(200000, ' ');
+    text += "\nport 6000\n";
+    WCFixedString<127> host("h");
+    int port = 1;
+    EXPECT_TRUE(WCRedisClient::parse_config_text(text, host, port));
+    EXPECT_EQ(port, 6000);
+    EXPECT_EQ(host, "h");
+}
+
+// --- names ----------------------------------------------------------------------------------
+
+TEST(WCRedisClientNames, InstanceNameJoinsCategoryNameAndIdWithBlanksReplaced) {
+    struct Case {
+        const char *category;
+        const char *name;
+        std::int64_t id;
+        const char *expected;
+    };
+    Case const cases[] = {
+        {"active_plugins", "A B", 7, "mi:active_plugins:A_B:7"},
+        {"", "A B", 7, "mi:A_B:7"},
+        {nullptr, nullptr, 3, "mi:3"},
+        {"my cat", "", -12, "mi:my_cat:-12"},
+        {"c", "x  y", 0, "mi:c:x__y:0"},
+    };
+    for (Case const &c : cases) {
+        WCFixedString<511> name;
+        WCRedisClient::calc_instance_name(c.category, c.name, c.id, name);
+        EXPECT_EQ(name, c.expected);
+    }
+}
+
+TEST(WCRedisClientNames, LongNamesAreCutAt511) {
+    std::string const name(600, 'n');
+    WCFixedString<511> out;
+    WCRedisClient::calc_instance_name("cat", name.c_str(), 1, out);
+    EXPECT_EQ(out.size(), 511u);
+}
+
+// --- connecting -----------------------------------------------------------------------------
+
+TEST_F(ConfigFileTest, WithoutConfigurationConnectReturnsAtOnce) {
+    WCRedisClient client("A B", "active_plugins");
+    auto const start = Clock::now();
+    EXPECT_EQ(client.connect(), eRedisNotConnected);
+    EXPECT_LT(SecondsSince(start), 1.0);
+    EXPECT_FALSE(client.is_connected());
+    EXPECT_EQ(client.GetError(), eRedisNotConnected);
+    EXPECT_EQ(client.instance_id(), 0);
+    EXPECT_TRUE(client.instance_name().empty());
+}
+
+TEST_F(ConfigFileTest, ServerThatIsNotRunningFailsQuietly) {
+    WriteFile(default_config_path(),
+              "bind 127.0.0.1\nport " + std::to_string(mirel_test::FindFreeLoopbackPort()));
+    WCRedisClient client("A", "cat");
+    EXPECT_EQ(client.connect(), eRedisConnectFailed);
+    EXPECT_FALSE(client.is_connected());
+    client.set_value_now("k", "v");
+    client.disconnect();
+    EXPECT_EQ(client.GetError(), eRedisNotConnected);
+}
+
+class ClientTest : public mirel_redis_test::RedisServerTest {};
+
+TEST_F(ClientTest, ConnectRegistersTheInstanceWithItsDetails) {
+    m_probe->command({"SET", "mi:instance_counter", "6"});
+    m_probe->command({"SADD", "mi:deactive_instances", "mi:active_plugins:A_B:7"});
+    WCRedisClient client("A B", "active_plugins");
+    ASSERT_EQ(client.connect(), eNoErr);
+    ASSERT_TRUE(client.is_connected());
+    EXPECT_EQ(client.instance_id(), 7);
+    std::string const name = "mi:active_plugins:A_B:7";
+    EXPECT_EQ(client.instance_name(), name.c_str());
+
+    EXPECT_EQ(m_probe->members("mi:active_instances"), std::set<std::string>{name});
+    EXPECT_TRUE(m_probe->members("mi:deactive_instances").empty());
+    EXPECT_NE(m_probe->text({"CLIENT", "LIST"}).find("name=" + name), std::string::npos);
+
+    auto const details = m_probe->hash(name);
+    EXPECT_EQ(details.at("redis key"), name);
+    EXPECT_EQ(details.at("process id"), std::to_string(getpid()));
+    EXPECT_FALSE(details.at("application path").empty());
+    EXPECT_EQ(details.at("redis config file"), default_config_path().string());
+    EXPECT_EQ(details.at("ARCH"), "64");
+    EXPECT_EQ(details.at("operating system"), "Linux");
+    EXPECT_EQ(details.at("miNS"), MIREL_NAMESPACE_TEXT);
+    EXPECT_TRUE(std::regex_match(details.at("compilation time"),
+                                 std::regex(R"([A-Z][a-z]{2} [ 0-9]\d \d{4}-\d\d:\d\d:\d\d)")))
+        << details.at("compilation time");
+    EXPECT_TRUE(details.at("build configuration") == "Release" ||
+                details.at("build configuration") == "Debug");
+    EXPECT_EQ(details.at("kUseBkgConsole"), "Off");
+    EXPECT_EQ(details.at("endian"), "__LITTLE_ENDIAN__");
+    EXPECT_TRUE(std::regex_match(details.at("compiler"), std::regex(R"(\d{5,})")));
+    EXPECT_TRUE(std::regex_match(details.at("initialization time"),
+                                 std::regex(R"(\d{4}/\d\d/\d\d-\d\d:\d\d:\d\d)")));
+    EXPECT_EQ(details.size(), 13u);
+}
+
+TEST_F(ClientTest, EachClientTakesTheNextIdAndNextInstanceIdLeavesItsOwn) {
+    WCRedisClient first("p", "");
+    WCRedisClient second("p", "");
+    ASSERT_EQ(first.connect(), eNoErr);
+    ASSERT_EQ(second.connect(), eNoErr);
+    EXPECT_EQ(second.instance_id(), first.instance_id() + 1);
+    EXPECT_EQ(first.next_instance_id(), second.instance_id() + 1);
+    EXPECT_EQ(first.instance_id(), 1);
+    EXPECT_EQ(m_probe->members("mi:active_instances"), (std::set<std::string>{"mi:p:1", "mi:p:2"}));
+}
+
+TEST_F(ClientTest, DisconnectCleansKeysMovesTheNameAndKeepsTheCounter) {
+    WCRedisClient other("other", "");
+    ASSERT_EQ(other.connect(), eNoErr);
+    WCRedisClient client("A B", "active_plugins");
+    ASSERT_EQ(client.connect(), eNoErr);
+    std::string const name(client.instance_name().view());
+    client.set_hash_item_now(name.c_str(), "extra", "1");
+    client.set_value_now("mine", "1");
+    std::string const counter = m_probe->get("mi:instance_counter");
+
+    client.disconnect();
+    EXPECT_EQ(client.GetError(), eRedisNotConnected);
+    EXPECT_FALSE(m_probe->exists(name));
+    EXPECT_FALSE(m_probe->exists("mine"));
+    EXPECT_EQ(m_probe->members("mi:active_instances"),
+              std::set<std::string>{std::string(other.instance_name().view())})
+        << "the shared set outlives one client";
+    EXPECT_EQ(m_probe->members("mi:deactive_instances"), std::set<std::string>{name});
+    EXPECT_EQ(m_probe->get("mi:instance_counter"), counter);
+    EXPECT_EQ(m_probe->text({"CLIENT", "LIST"}).find("name=" + name), std::string::npos);
+}
+
+TEST_F(ClientTest, DestructorDisconnectsLikeDisconnect) {
+    std::string name;
+    {
+        WCRedisClient client("scoped", "");
+        ASSERT_EQ(client.connect(), eNoErr);
+        name = client.instance_name().view();
+    }
+    EXPECT_FALSE(m_probe->exists(name));
+    EXPECT_EQ(m_probe->members("mi:deactive_instances"), std::set<std::string>{name});
+    EXPECT_TRUE(m_probe->members("mi:active_instances").empty());
+}
+
+TEST_F(ClientTest, CurrentTimeUsesTheDetailsFormat) {
+    WCRedisClient client("t", "");
+    client.append_current_time_to_stack("now");
+    ASSERT_EQ(client.get_stack().size(), 1u);
+    EXPECT_TRUE(std::regex_match(std::string(client.get_stack()[0].second.view()),
+                                 std::regex(R"(\d{4}/\d\d/\d\d-\d\d:\d\d:\d\d)")));
+}
+
+// --- reading and writing by description -----------------------------------------------------
+
+class DataTest : public ClientTest {
+protected:
+    void SetUp() override {
+        ClientTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        ASSERT_EQ(m_client.connect(), eNoErr);
+    }
+    std::string path(const char *leaf) const { return (m_home.path() / leaf).string(); }
+
+    WCRedisClient m_client{"data", ""};
+};
+
+TEST_F(DataTest, ReadTakesTheLastSourcePresentAndStillReadsTheFile) {
+    WriteFile(path("in.txt"), "from file");
+    m_probe->command({"SET", "k", "from key"});
+    std::string text;
+    const char *source = nullptr;
+    YAML::Node const node = YAML::Load("{path: '" + path("in.txt") + "', key: k}");
+    EXPECT_EQ(m_client.read_data(node, text, source), eNoErr);
+    EXPECT_EQ(text, "from key");
+    EXPECT_STREQ(source, "key");
+
+    // With the file missing, the key still decides the result.
+    YAML::Node const missing = YAML::Load("{path: '" + path("none.txt") + "', key: k}");
+    EXPECT_EQ(m_client.read_data(missing, text), eNoErr);
+}
+
+TEST_F(DataTest, ReadServesEachSource) {
+    WriteFile(path("in.txt"), std::string("line\nwith\0zero", 14));
+    m_probe->command({"HSET", "h", "f", "hashed"});
+    m_probe->command({"RPUSH", "l", "first", "last"});
+    struct Case {
+        std::string yaml;
+        std::string text;
+        const char *source;
+    };
+    Case const cases[] = {
+        {"{path: '" + path("in.txt") + "'}", std::string("line\nwith\0zero", 14), "path"},
+        {"{hash-name: h, hash-key: f}", "hashed", "hash"},
+        {"{list-left: l}", "first", "list"},
+        {"{list-right: l}", "last", "list"},
+        {"{key: absent}", "", "key"},
+    };
+    for (Case const &c : cases) {
+        std::string text = "stale";
+        const char *source = nullptr;
+        EXPECT_EQ(m_client.read_data(YAML::Load(c.yaml), text, source), eNoErr) << c.yaml;
+        EXPECT_EQ(text, c.text) << c.yaml;
+        EXPECT_STREQ(source, c.source) << c.yaml;
+    }
+}
+
+TEST_F(DataTest, ReadWithoutASourceIsMissingTarget) {
+    std::string text = "kept";
+    for (const char *yaml :
+         {"{}", "{hash-name: h}", "{key: ~}", "plain", "[key, k]", "{key: [a, b]}"}) {
+        const char *source = "x";
+        EXPECT_EQ(m_client.read_data(YAML::Load(yaml), text, source), eRedisMissingTarget) << yaml;
+        EXPECT_EQ(source, nullptr);
+    }
+    EXPECT_EQ(text, "kept");
+}
+
+TEST_F(DataTest, ReadOfAMissingFileReportsTheFileError) {
+    std::string text;
+    EXPECT_EQ(m_client.read_data(YAML::Load("{path: '" + path("none.txt") + "'}"), text),
+              eFMFileNotFound);
+    EXPECT_TRUE(text.empty());
+}
+
+TEST_F(DataTest, WriteWithoutATargetIsMissingTarget) {
+    EXPECT_EQ(m_client.write_data(std::string("x"), YAML::Load("{}")), eRedisMissingTarget);
+    EXPECT_EQ(m_client.write_data(std::string("x"), YAML::Load("text")), eRedisMissingTarget);
+    EXPECT_EQ(m_client.write_data(std::string("x"), YAML::Load("{hash-key: f}")),
+              eRedisMissingTarget);
+}
+
+TEST_F(DataTest, WriteServesEveryTargetPresent) {
+    mirel_redis_test::RedisProbe listener(m_server->port());
+    listener.command({"SUBSCRIBE", "news"});
+    YAML::Node const node = YAML::Load("{path: '" + path("out/o.txt") +
+                                       "', key: k, hash-name: h, hash-key: f, list-left: ll, "
+                                       "list-right: lr, set: s, publish: news, stdout: yes}");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(m_client.write_data(WCFixedString<31>("payload"), node), eNoErr);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "payload");
+
+    EXPECT_EQ(ReadFile(path("out/o.txt")), "payload");
+    EXPECT_EQ(m_probe->get("k"), "payload");
+    EXPECT_EQ(m_probe->hget("h", "f"), "payload");
+    EXPECT_EQ(m_probe->list({"LRANGE", "ll", "0", "-1"}), std::vector<std::string>{"payload"});
+    EXPECT_EQ(m_probe->list({"LRANGE", "lr", "0", "-1"}), std::vector<std::string>{"payload"});
+    EXPECT_EQ(m_probe->members("s"), std::set<std::string>{"payload"});
+    EXPECT_EQ(listener.next_push(), (std::vector<std::string>{"message", "news", "payload"}));
+    EXPECT_EQ(m_client.get_pending_replies(), 0u);
+}
+
+TEST_F(DataTest, WrittenKeysHashesAndSetsDieWithTheClientButListsStay) {
+    m_client.write_data(std::string("v"),
+                        YAML::Load("{key: k, hash-name: h, hash-key: f, set: s, list-left: l}"));
+    m_client.disconnect();
+    EXPECT_FALSE(m_probe->exists("k"));
+    EXPECT_FALSE(m_probe->exists("h"));
+    EXPECT_FALSE(m_probe->exists("s"));
+    EXPECT_TRUE(m_probe->exists("l"));
+}
+
+TEST_F(DataTest, WriteReportsAFileFailureAndLeavesTheTargetWhole) {
+    WriteFile(path("folder/keep.txt"), "old");
+    int const result = m_client.write_data(std::string("new"),
+                                           YAML::Load("{path: '" + path("folder") + "', key: k}"));
+    EXPECT_LT(result, 0);
+    EXPECT_EQ(ReadFile(path("folder/keep.txt")), "old");
+    EXPECT_EQ(m_probe->get("k"), "new") << "the other targets are served all the same";
+}
+
+TEST_F(DataTest, WriteKeepsBinaryData) {
+    std::string const data("a\0b", 3);
+    EXPECT_EQ(m_client.write_data(data.data(), data.size(), YAML::Load("{key: bin}")), eNoErr);
+    EXPECT_EQ(m_probe->text({"GET", "bin"}), data);
+}
+
+// --- faults ---------------------------------------------------------------------------------
+
+bool NeverCalled(const char *, const char *, void *) {
+    return true;
+}
+
+TEST_F(ClientTest, ServerKilledWhileConnectedLeavesEveryLaterCallQuiet) {
+    WCRedisClient client("victim", "");
+    ASSERT_EQ(client.connect(), eNoErr);
+    client.subscribe(client.instance_name().c_str(), &NeverCalled, nullptr);
+    ASSERT_TRUE(client.is_listening());
+    m_probe.reset();
+    m_server->kill_now();
+
+    auto const start = Clock::now();
+    client.set_value_now("k", "v");
+    EXPECT_FALSE(client.is_connected());
+    EXPECT_TRUE(client.get_value("k").empty());
+    EXPECT_EQ(client.increment_value("n", 1), -1);
+    EXPECT_EQ(client.get_type("k"), "no reply");
+    client.set_hash_item_pending("h", "f", "v");
+    client.commit_pending_commands();
+    std::string text;
+    EXPECT_EQ(client.write_data(std::string("x"), YAML::Load("{key: k}")), eNoErr);
+    EXPECT_EQ(client.read_data(YAML::Load("{key: k}"), text), eNoErr);
+    EXPECT_TRUE(WaitFor([&] { return !client.is_listening(); }));
+    client.disconnect();
+    EXPECT_EQ(client.GetError(), eRedisNotConnected);
+    EXPECT_LT(SecondsSince(start), 5.0);
+}
+
+TEST_F(ClientTest, ServerKilledBeforeTheFirstCommandAfterPendingOnes) {
+    WCRedisClient client("victim", "");
+    ASSERT_EQ(client.connect(), eNoErr);
+    for (int i = 0; i < 1000; ++i)
+        client.set_hash_item_pending("h", std::to_string(i).c_str(), "value");
+    m_probe.reset();
+    m_server->kill_now();
+    client.commit_pending_commands();
+    EXPECT_EQ(client.get_pending_replies(), 0u);
+    EXPECT_FALSE(client.is_connected());
+}
+
+TEST_F(ConfigFileTest, SilentServerTimesOutOnceAndEveryLaterCallReturnsAtOnce) {
+    mirel_test::WCSilentServer silent;
+    ASSERT_TRUE(silent.running());
+    WriteFile(default_config_path(), "bind 127.0.0.1\nport " + std::to_string(silent.port()));
+    WCRedisClient client("A", "cat");
+
+    auto const start = Clock::now();
+    EXPECT_EQ(client.connect(), eRedisConnectFailed);
+    double const connectSeconds = SecondsSince(start);
+    EXPECT_GE(connectSeconds, WCRedisClient::kTimeoutSeconds - 1.0);
+    EXPECT_LT(connectSeconds, WCRedisClient::kTimeoutSeconds + 3.0);
+    EXPECT_FALSE(client.is_connected());
+
+    auto const later = Clock::now();
+    client.set_value_now("k", "v");
+    EXPECT_TRUE(client.get_value("k").empty());
+    client.subscribe("chan", &NeverCalled, nullptr);
+    EXPECT_FALSE(client.is_listening());
+    client.disconnect();
+    EXPECT_LT(SecondsSince(later), 1.0);
+}
+
+} // namespace

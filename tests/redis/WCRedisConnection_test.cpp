@@ -1,0 +1,559 @@
+#include "redis/WCRedisConnection.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/WUAssert.h"
+#include "tests/redis/RedisTestSupport.h"
+
+namespace {
+
+using namespace MIREL_NAMESPACE_NAME;
+using namespace MIREL_NAMESPACE_NAME::Redis;
+using mirel_redis_test::RedisProbe;
+using mirel_redis_test::WaitFor;
+
+// A connection straight to the test server, without the configuration file.
+class ConnectionTest : public mirel_redis_test::RedisServerTest {
+protected:
+    void SetUp() override {
+        RedisServerTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        m_connection.set_connection_details("127.0.0.1", m_server->port());
+        ASSERT_EQ(m_connection.connect(), eNoErr);
+        ASSERT_TRUE(m_connection.is_connected());
+    }
+
+    WCRedisConnection m_connection;
+};
+
+std::atomic<int> gAssertCount{0};
+void CountAssert(const char *, int, const char *) {
+    ++gAssertCount;
+}
+
+// --- state without a server -----------------------------------------------------------------
+
+TEST(WCRedisConnectionState, StartsNotConnectedAndEveryCallReturnsItsEmptyValue) {
+    WCRedisConnection connection;
+    EXPECT_EQ(connection.GetError(), eRedisNotConnected);
+    EXPECT_FALSE(connection.is_connected());
+    EXPECT_TRUE(connection.get_value("k").empty());
+    EXPECT_EQ(connection.increment_value("k", 1), -1);
+    EXPECT_EQ(connection.increment_hash_value("k", "f", 1), -1);
+    EXPECT_EQ(connection.get_type("k"), "no reply");
+    EXPECT_FALSE(connection.is_hash_key("k", "f"));
+    EXPECT_FALSE(connection.set_value_if_not_exist("k", "v"));
+    connection.set_value_pending("k", "v");
+    EXPECT_EQ(connection.get_pending_replies(), 0u);
+    connection.set_value_now("k", "v");
+    EXPECT_TRUE(connection.get_keys_to_delete().empty());
+    connection.subscribe("channel", nullptr, nullptr);
+    EXPECT_FALSE(connection.is_listening());
+    connection.disconnect();
+    EXPECT_EQ(connection.GetError(), eRedisNotConnected);
+}
+
+TEST(WCRedisConnectionState, RefusedPortGivesConnectFailed) {
+    WCRedisConnection connection;
+    connection.set_connection_details("127.0.0.1", mirel_test::FindFreeLoopbackPort());
+    EXPECT_EQ(connection.connect(), eRedisConnectFailed);
+    EXPECT_FALSE(connection.is_connected());
+    EXPECT_FALSE(connection.IsValid());
+    connection.disconnect();
+    EXPECT_EQ(connection.GetError(), eRedisNotConnected);
+}
+
+TEST(WCRedisConnectionState, DefaultsAreLocalhostAndPort63179) {
+    WCRedisConnection connection;
+    WCFixedString<127> host;
+    int port = 0;
+    connection.get_connection_details(host, port);
+    EXPECT_EQ(host, "localhost");
+    EXPECT_EQ(port, 63179);
+}
+
+TEST(WCRedisConnectionState, NullArgumentsAreReportedAndRefused) {
+    gAssertCount = 0;
+    WTAssertHandler const previous = SetAssertHandler(&CountAssert);
+    WCRedisConnection connection;
+    connection.set_value_now(nullptr, "v");
+    connection.set_hash_item_pending("k", nullptr, "v");
+    EXPECT_TRUE(connection.get_value(nullptr).empty());
+    EXPECT_EQ(connection.increment_value(nullptr, 1), -1);
+    WTRedisStack stack;
+    WCRedisConnection::append_key_value_to_stack(nullptr, "v", stack);
+    SetAssertHandler(previous);
+    EXPECT_EQ(gAssertCount.load(), 5);
+    EXPECT_TRUE(stack.empty());
+}
+
+// --- the key/value stack --------------------------------------------------------------------
+
+TEST(WCRedisConnectionStack, FormatsEachValueType) {
+    WCRedisConnection connection;
+    connection.append_key_value_to_stack("text", "abc");
+    connection.append_key_value_to_stack("fixed", WCFixedString<15>("xyz"));
+    connection.append_key_value_to_stack("double", 1.5);
+    connection.append_key_value_to_stack("integer", std::int64_t(-42));
+    connection.append_key_value_to_stack("yes", true);
+    connection.append_key_value_to_stack("no", false);
+    connection.append_key_hex_value_to_stack("hex", 0xDEADBEEFull);
+    connection.append_key_value_to_stack("null", static_cast<const char *>(nullptr));
+
+    std::vector<std::pair<std::string, std::string>> const expected{
+        {"text", "abc"}, {"fixed", "xyz"}, {"double", "1.5000000000"},    {"integer", "-42"},
+        {"yes", "true"}, {"no", "false"},  {"hex", "0x00000000DEADBEEF"}, {"null", ""}};
+    ASSERT_EQ(connection.get_stack().size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(connection.get_stack()[i].first.view(), expected[i].first);
+        EXPECT_EQ(connection.get_stack()[i].second.view(), expected[i].second);
+    }
+}
+
+TEST(WCRedisConnectionStack, HexWritesAllSixteenDigitsMostSignificantFirst) {
+    WTRedisStack stack;
+    WCRedisConnection::append_key_hex_value_to_stack("k", 0x0123456789ABCDEFull, stack);
+    WCRedisConnection::append_key_hex_value_to_stack("k", ~0ull, stack);
+    EXPECT_EQ(stack[0].second, "0x0123456789ABCDEF");
+    EXPECT_EQ(stack[1].second, "0xFFFFFFFFFFFFFFFF");
+}
+
+TEST(WCRedisConnectionStack, CallerStackFormsLeaveTheOwnStackAlone) {
+    WCRedisConnection connection;
+    WTRedisStack mine;
+    WCRedisConnection::append_key_value_to_stack("a", std::int64_t(1), mine);
+    EXPECT_EQ(mine.size(), 1u);
+    EXPECT_TRUE(connection.get_stack().empty());
+}
+
+TEST(WCRedisConnectionStack, LongKeysAndValuesAreCut) {
+    WCRedisConnection connection;
+    std::string const key(700, 'k');
+    std::string const value(1500, 'v');
+    connection.append_key_value_to_stack(key.c_str(), value.c_str());
+    EXPECT_EQ(connection.get_stack()[0].first.size(), 511u);
+    EXPECT_EQ(connection.get_stack()[0].second.size(), 1023u);
+}
+
+// --- commands against the server ------------------------------------------------------------
+
+TEST_F(ConnectionTest, ImmediateWritesLandAtOnce) {
+    m_connection.set_value_now("s", "value");
+    m_connection.set_hash_item_now("h", "field", "hv");
+    m_connection.add_set_item_now("set", "m1");
+    m_connection.add_set_item_now("set", "m2");
+    m_connection.left_push_to_list_now("l", "b");
+    m_connection.left_push_to_list_now("l", "a");
+    m_connection.right_push_to_list_now("l", "c");
+
+    EXPECT_EQ(m_probe->get("s"), "value");
+    EXPECT_EQ(m_probe->hget("h", "field"), "hv");
+    EXPECT_EQ(m_probe->members("set"), (std::set<std::string>{"m1", "m2"}));
+    EXPECT_EQ(m_probe->list({"LRANGE", "l", "0", "-1"}), (std::vector<std::string>{"a", "b", "c"}));
+
+    m_connection.remove_value_from_set_now("set", "m1");
+    m_connection.move_value_from_set_to_set_now("set", "other", "m2");
+    m_connection.del_hash_item_now("h", "field");
+    m_connection.del_key_now("s");
+    EXPECT_TRUE(m_probe->members("set").empty());
+    EXPECT_EQ(m_probe->members("other"), (std::set<std::string>{"m2"}));
+    EXPECT_FALSE(m_probe->exists("h"));
+    EXPECT_FALSE(m_probe->exists("s"));
+}
+
+TEST_F(ConnectionTest, PendingWritesWaitForTheCommit) {
+    m_connection.set_value_pending("p", "1");
+    m_connection.set_hash_item_pending("ph", "f", "2");
+    m_connection.right_push_to_list_pending("pl", "3");
+    EXPECT_EQ(m_connection.get_pending_replies(), 3u);
+    EXPECT_FALSE(m_probe->exists("p")) << "a pending command was sent before the commit";
+
+    m_connection.commit_pending_commands();
+    EXPECT_EQ(m_connection.get_pending_replies(), 0u);
+    EXPECT_EQ(m_probe->get("p"), "1");
+    EXPECT_EQ(m_probe->hget("ph", "f"), "2");
+    EXPECT_EQ(m_probe->list({"LRANGE", "pl", "0", "-1"}), std::vector<std::string>{"3"});
+}
+
+TEST_F(ConnectionTest, ImmediateCommandAfterPendingOnesGetsItsOwnReply) {
+    m_probe->command({"SET", "b", "bee"});
+    m_connection.set_value_pending("a", "1");
+    m_connection.set_value_pending("a2", "2");
+    EXPECT_EQ(m_connection.get_value("b"), "bee");
+    EXPECT_EQ(m_connection.get_pending_replies(), 0u);
+    EXPECT_EQ(m_probe->get("a2"), "2");
+}
+
+TEST_F(ConnectionTest, CommitEmptiesTheStackEvenWithNothingPending) {
+    m_connection.append_key_value_to_stack("f", "v");
+    m_connection.commit_pending_commands();
+    EXPECT_TRUE(m_connection.get_stack().empty());
+}
+
+TEST_F(ConnectionTest, HashFromStackSendsEveryPairAndEmptiesTheStack) {
+    m_connection.append_key_value_to_stack("f1", "v1");
+    m_connection.append_key_value_to_stack("f2", 2.25);
+    m_connection.set_hash_from_stack_now("hash");
+    EXPECT_TRUE(m_connection.get_stack().empty());
+    auto const hash = m_probe->hash("hash");
+    EXPECT_EQ(hash.at("f1"), "v1");
+    EXPECT_EQ(hash.at("f2"), "2.2500000000");
+
+    m_connection.append_key_value_to_stack("f3", "v3");
+    m_connection.set_hash_from_stack_pending("hash");
+    m_connection.commit_pending_commands();
+    EXPECT_EQ(m_probe->hget("hash", "f3"), "v3");
+
+    WTRedisStack mine;
+    WCRedisConnection::append_key_value_to_stack("f4", "v4", mine);
+    m_connection.set_hash_from_stack_now("hash", mine);
+    EXPECT_EQ(mine.size(), 1u) << "the caller's stack is the caller's";
+    EXPECT_EQ(m_probe->hget("hash", "f4"), "v4");
+}
+
+TEST_F(ConnectionTest, EmptyStackSendsNothing) {
+    m_connection.set_hash_from_stack_now("never");
+    m_connection.set_values_from_stack_now();
+    EXPECT_FALSE(m_probe->exists("never"));
+    EXPECT_TRUE(m_connection.get_keys_to_delete().empty());
+}
+
+TEST_F(ConnectionTest, ValueOf1500CharactersArrivesCutTo1023) {
+    std::string const value(1500, 'x');
+    m_connection.append_key_value_to_stack("long", value.c_str());
+    m_connection.set_hash_from_stack_now("cut");
+    EXPECT_EQ(m_probe->hget("cut", "long"), std::string(1023, 'x'));
+}
+
+TEST_F(ConnectionTest, ValuesFromStackUseOneMsetAndRememberEachKey) {
+    m_connection.append_key_value_to_stack("m1", "a");
+    m_connection.append_key_value_to_stack("m2", "b");
+    m_connection.set_values_from_stack_now();
+    EXPECT_EQ(m_probe->get("m1"), "a");
+    EXPECT_EQ(m_probe->get("m2"), "b");
+    EXPECT_EQ(m_connection.get_keys_to_delete().count(WTRedisKey("m1")), 1u);
+    EXPECT_EQ(m_connection.get_keys_to_delete().count(WTRedisKey("m2")), 1u);
+}
+
+TEST_F(ConnectionTest, ReadsReturnWhatTheServerHolds) {
+    m_probe->command({"SET", "s", "text"});
+    m_probe->command({"HSET", "h", "a", "1", "b", "2"});
+    m_probe->command({"RPUSH", "l", "x", "y", "z"});
+    m_probe->command({"SADD", "set", "p", "q"});
+
+    EXPECT_EQ(m_connection.get_value("s"), "text");
+    EXPECT_TRUE(m_connection.get_value("missing").empty());
+    EXPECT_EQ(m_connection.get_hash_value("h", "b"), "2");
+    EXPECT_EQ(m_connection.get_list_value_by_index("l", "1"), "y");
+
+    WTRedisHash hash;
+    hash[WTRedisKey("a")] = "old";
+    hash[WTRedisKey("keep")] = "k";
+    m_connection.get_hash("h", hash);
+    EXPECT_EQ(hash[WTRedisKey("a")], "1") << "an existing entry gets the new value";
+    EXPECT_EQ(hash[WTRedisKey("keep")], "k");
+    EXPECT_EQ(hash.size(), 3u);
+
+    WTRedisValueList list{WTRedisValue("stale")};
+    m_connection.get_list("l", list);
+    ASSERT_EQ(list.size(), 3u) << "the list is cleared first";
+    EXPECT_EQ(list[2], "z");
+
+    WTRedisValueList members{WTRedisValue("stale")};
+    m_connection.get_set("set", members);
+    EXPECT_EQ(members.size(), 2u);
+
+    WTRedisKeySet keys{WTRedisKey("already")};
+    m_connection.get_all_keys(keys, "*");
+    EXPECT_EQ(keys.size(), 5u) << "keys are added to what is there";
+
+    EXPECT_EQ(m_connection.left_pop_list_value("l"), "x");
+    EXPECT_EQ(m_connection.right_pop_list_value("l"), "z");
+    EXPECT_TRUE(m_connection.left_pop_list_value("nothing").empty());
+}
+
+TEST_F(ConnectionTest, TypesAndExistence) {
+    m_probe->command({"SET", "s", "1"});
+    m_probe->command({"HSET", "h", "f", "1"});
+    EXPECT_EQ(m_connection.get_type("s"), "string");
+    EXPECT_EQ(m_connection.get_type("h"), "hash");
+    EXPECT_EQ(m_connection.get_type("none"), "none");
+    EXPECT_TRUE(m_connection.is_type("h", "hash"));
+    EXPECT_FALSE(m_connection.is_type("h", "has"));
+    EXPECT_FALSE(m_connection.is_type("h", nullptr));
+    EXPECT_TRUE(m_connection.is_hash_key("h", "f"));
+    EXPECT_FALSE(m_connection.is_hash_key("h", "g"));
+}
+
+TEST_F(ConnectionTest, IncrementsReturnTheNewValue) {
+    EXPECT_EQ(m_connection.increment_value("n", 5), 5);
+    EXPECT_EQ(m_connection.increment_value("n", -7), -2);
+    EXPECT_EQ(m_connection.increment_hash_value("h", "f", 3), 3);
+    m_probe->command({"SET", "text", "abc"});
+    EXPECT_EQ(m_connection.increment_value("text", 1), -1) << "an error reply is no number";
+}
+
+TEST_F(ConnectionTest, SetIfNotExistSetsOnceAndHonoursTheTtl) {
+    EXPECT_TRUE(m_connection.set_value_if_not_exist("lock", "a"));
+    EXPECT_FALSE(m_connection.set_value_if_not_exist("lock", "b"));
+    EXPECT_EQ(m_probe->get("lock"), "a");
+    EXPECT_EQ(m_probe->integer({"PTTL", "lock"}), -1);
+
+    EXPECT_TRUE(m_connection.set_value_if_not_exist("ttl", "a", 60000));
+    long long const ttl = m_probe->integer({"PTTL", "ttl"});
+    EXPECT_GT(ttl, 0);
+    EXPECT_LE(ttl, 60000);
+}
+
+TEST_F(ConnectionTest, ConditionalHashWritesCheckFirst) {
+    m_probe->command({"SET", "string", "1"});
+    m_probe->command({"HSET", "hash", "present", "1"});
+    m_connection.set_hash_item_now_if_hash_exists("string", "f", "x");
+    m_connection.set_hash_item_now_if_hash_exists("missing", "f", "x");
+    m_connection.set_hash_item_now_if_hash_exists("hash", "f", "x");
+    EXPECT_EQ(m_probe->type("string"), "string");
+    EXPECT_FALSE(m_probe->exists("missing"));
+    EXPECT_EQ(m_probe->hget("hash", "f"), "x");
+
+    m_connection.set_hash_item_now_if_key_exists("hash", "absent", "y");
+    m_connection.set_hash_item_now_if_key_exists("hash", "present", "y");
+    EXPECT_EQ(m_probe->integer({"HEXISTS", "hash", "absent"}), 0);
+    EXPECT_EQ(m_probe->hget("hash", "present"), "y");
+}
+
+TEST_F(ConnectionTest, ListRemovalByValueHonoursTheCount) {
+    m_probe->command({"RPUSH", "l", "a", "b", "a", "a"});
+    m_connection.remove_from_list_by_value_now("l", "a", 1);
+    EXPECT_EQ(m_probe->list({"LRANGE", "l", "0", "-1"}), (std::vector<std::string>{"b", "a", "a"}));
+    m_connection.remove_from_list_by_value_now("l", "a", 0);
+    EXPECT_EQ(m_probe->list({"LRANGE", "l", "0", "-1"}), std::vector<std::string>{"b"});
+}
+
+TEST_F(ConnectionTest, DelKeysPatternDeletesOnlyMatches) {
+    for (auto const *key : {"k:1", "k:2", "k:3", "other"})
+        m_probe->command({"SET", key, "v"});
+    m_connection.del_keys_pattern_now("k:*");
+    EXPECT_FALSE(m_probe->exists("k:1"));
+    EXPECT_FALSE(m_probe->exists("k:3"));
+    EXPECT_TRUE(m_probe->exists("other"));
+    m_connection.del_keys_pattern_now("nothing:*");
+    EXPECT_TRUE(m_probe->exists("other"));
+}
+
+TEST_F(ConnectionTest, LuaScriptsGetTheirKeys) {
+    m_connection.run_lua_1_params("return redis.call('SET', KEYS[1], 'one')", "l1");
+    m_connection.run_lua_2_params("redis.call('SET', KEYS[1], 'a') "
+                                  "return redis.call('SET', KEYS[2], 'b')",
+                                  "l2", "l3");
+    EXPECT_EQ(m_probe->get("l1"), "one");
+    EXPECT_EQ(m_probe->get("l2"), "a");
+    EXPECT_EQ(m_probe->get("l3"), "b");
+}
+
+TEST_F(ConnectionTest, MultiExecRunsQueuedCommandsTogether) {
+    m_connection.multi();
+    m_connection.set_value_now("t1", "1");
+    m_connection.set_value_now("t2", "2");
+    EXPECT_FALSE(m_probe->exists("t1"));
+    m_connection.exec();
+    EXPECT_EQ(m_probe->get("t1"), "1");
+    EXPECT_EQ(m_probe->get("t2"), "2");
+}
+
+TEST_F(ConnectionTest, EraseEverythingFlushesTheDatabase) {
+    m_probe->command({"SET", "a", "1"});
+    m_connection.erase_everything();
+    EXPECT_EQ(m_probe->integer({"DBSIZE"}), 0);
+}
+
+TEST_F(ConnectionTest, ClientNameIsVisibleOnTheServer) {
+    m_connection.set_client_name("my-client");
+    std::string const clients = m_probe->text({"CLIENT", "LIST"});
+    EXPECT_NE(clients.find("name=my-client"), std::string::npos) << clients;
+}
+
+TEST_F(ConnectionTest, BinarySafeValuesPassThrough) {
+    m_connection.set_value_now("blank key", "a value with\r\nline ends");
+    EXPECT_EQ(m_probe->get("blank key"), "a value with\r\nline ends");
+}
+
+// --- keys that die with the connection ------------------------------------------------------
+
+TEST_F(ConnectionTest, DisconnectDeletesCreatedKeysOnly) {
+    m_connection.set_value_now("s", "1");
+    m_connection.set_hash_item_pending("h", "f", "1");
+    m_connection.add_set_item_now("set", "m");
+    m_connection.left_push_to_list_now("list", "x");
+    m_connection.increment_value("counter", 1);
+    m_probe->command({"SET", "foreign", "1"});
+    m_connection.disconnect();
+
+    EXPECT_EQ(m_connection.GetError(), eRedisNotConnected);
+    EXPECT_FALSE(m_connection.is_connected());
+    EXPECT_FALSE(m_probe->exists("s"));
+    EXPECT_FALSE(m_probe->exists("h")) << "pending commands are committed before the DEL";
+    EXPECT_FALSE(m_probe->exists("set"));
+    EXPECT_TRUE(m_probe->exists("list")) << "list pushes are not remembered";
+    EXPECT_TRUE(m_probe->exists("counter"));
+    EXPECT_TRUE(m_probe->exists("foreign"));
+}
+
+TEST_F(ConnectionTest, ForgottenKeysSurviveTheDisconnect) {
+    m_connection.set_value_now("deleted-by-hand", "1");
+    m_connection.set_value_now("forgotten", "1");
+    m_connection.del_key_now("deleted-by-hand");
+    m_connection.remove_from_keys_to_delete("forgotten");
+    EXPECT_TRUE(m_connection.get_keys_to_delete().empty());
+    m_probe->command({"SET", "deleted-by-hand", "again"});
+    m_connection.disconnect();
+    EXPECT_TRUE(m_probe->exists("forgotten"));
+    EXPECT_TRUE(m_probe->exists("deleted-by-hand"));
+}
+
+TEST_F(ConnectionTest, NothingIsRememberedWhenDeletingIsOff) {
+    m_connection.set_should_delete_current_keys(false);
+    m_connection.set_value_now("kept", "1");
+    m_connection.set_should_delete_current_keys(true);
+    m_connection.set_value_now("gone", "1");
+    m_connection.disconnect();
+    EXPECT_TRUE(m_probe->exists("kept"));
+    EXPECT_FALSE(m_probe->exists("gone"));
+}
+
+TEST_F(ConnectionTest, DestructorCleansUpLikeDisconnect) {
+    {
+        WCRedisConnection other;
+        other.set_connection_details("127.0.0.1", m_server->port());
+        ASSERT_EQ(other.connect(), eNoErr);
+        other.set_value_now("scoped", "1");
+        other.set_hash_item_pending("scoped-hash", "f", "1");
+        EXPECT_FALSE(m_probe->exists("scoped-hash"));
+    }
+    EXPECT_FALSE(m_probe->exists("scoped"));
+    EXPECT_FALSE(m_probe->exists("scoped-hash"));
+}
+
+TEST_F(ConnectionTest, ConnectingTwiceKeepsTheConnection) {
+    m_connection.set_value_now("k", "1");
+    EXPECT_EQ(m_connection.connect(), eNoErr);
+    EXPECT_EQ(m_connection.get_keys_to_delete().size(), 1u);
+    EXPECT_EQ(m_connection.get_value("k"), "1");
+}
+
+// --- subscription ---------------------------------------------------------------------------
+
+struct Recorder {
+    std::mutex lock;
+    std::vector<std::pair<std::string, std::string>> messages;
+    std::atomic<bool> result{true};
+    WCRedisConnection *unsubscribeFrom = nullptr;
+
+    static bool Callback(const char *channel, const char *message, void *user) {
+        auto *self = static_cast<Recorder *>(user);
+        {
+            std::lock_guard<std::mutex> guard(self->lock);
+            self->messages.emplace_back(channel, message);
+        }
+        if (self->unsubscribeFrom != nullptr)
+            self->unsubscribeFrom->unsubscribe();
+        return self->result.load();
+    }
+    std::size_t count() {
+        std::lock_guard<std::mutex> guard(lock);
+        return messages.size();
+    }
+};
+
+TEST_F(ConnectionTest, SubscriptionDeliversMessagesOnItsOwnNamedConnection) {
+    Recorder recorder;
+    m_connection.subscribe("mi:chan", &Recorder::Callback, &recorder);
+    ASSERT_TRUE(m_connection.is_listening());
+    EXPECT_EQ(m_probe->subscribers("mi:chan"), 1);
+    EXPECT_NE(m_probe->text({"CLIENT", "LIST"}).find("name=mi:chan"), std::string::npos);
+
+    m_probe->command({"PUBLISH", "mi:chan", "hello"});
+    m_probe->command({"PUBLISH", "mi:chan", "world"});
+    ASSERT_TRUE(WaitFor([&] { return recorder.count() == 2; }));
+    EXPECT_EQ(recorder.messages[0], (std::pair<std::string, std::string>{"mi:chan", "hello"}));
+    EXPECT_EQ(recorder.messages[1].second, "world");
+
+    m_connection.unsubscribe();
+    EXPECT_FALSE(m_connection.is_listening());
+    EXPECT_EQ(m_probe->subscribers("mi:chan"), 0);
+}
+
+TEST_F(ConnectionTest, QuitEndsTheSubscriptionButQuitWithABlankIsAMessage) {
+    Recorder recorder;
+    m_connection.subscribe("chan", &Recorder::Callback, &recorder);
+    m_probe->command({"PUBLISH", "chan", "quit "});
+    ASSERT_TRUE(WaitFor([&] { return recorder.count() == 1; }));
+    EXPECT_EQ(recorder.messages[0].second, "quit ");
+    EXPECT_TRUE(m_connection.is_listening());
+
+    m_probe->command({"PUBLISH", "chan", "quit"});
+    EXPECT_TRUE(WaitFor([&] { return !m_connection.is_listening(); }));
+    EXPECT_TRUE(WaitFor([&] { return m_probe->subscribers("chan") == 0; }));
+    EXPECT_EQ(recorder.count(), 1u) << "\"quit\" never reaches the callback";
+}
+
+TEST_F(ConnectionTest, FalseFromTheCallbackEndsTheSubscription) {
+    Recorder recorder;
+    recorder.result = false;
+    m_connection.subscribe("chan", &Recorder::Callback, &recorder);
+    m_probe->command({"PUBLISH", "chan", "one"});
+    EXPECT_TRUE(WaitFor([&] { return !m_connection.is_listening(); }));
+    EXPECT_TRUE(WaitFor([&] { return m_probe->subscribers("chan") == 0; }));
+    m_probe->command({"PUBLISH", "chan", "two"});
+    EXPECT_EQ(recorder.count(), 1u);
+
+    // A finished subscription can be started again.
+    recorder.result = true;
+    m_connection.subscribe("chan", &Recorder::Callback, &recorder);
+    EXPECT_TRUE(m_connection.is_listening());
+    m_probe->command({"PUBLISH", "chan", "three"});
+    EXPECT_TRUE(WaitFor([&] { return recorder.count() == 2; }));
+}
+
+TEST_F(ConnectionTest, SecondSubscribeWhileListeningIsIgnored) {
+    Recorder first;
+    Recorder second;
+    m_connection.subscribe("one", &Recorder::Callback, &first);
+    m_connection.subscribe("two", &Recorder::Callback, &second);
+    EXPECT_EQ(m_probe->subscribers("two"), 0);
+    m_probe->command({"PUBLISH", "one", "m"});
+    EXPECT_TRUE(WaitFor([&] { return first.count() == 1; }));
+    EXPECT_EQ(second.count(), 0u);
+}
+
+TEST_F(ConnectionTest, UnsubscribeFromInsideTheCallbackDoesNotDeadlock) {
+    Recorder recorder;
+    recorder.unsubscribeFrom = &m_connection;
+    m_connection.subscribe("chan", &Recorder::Callback, &recorder);
+    m_probe->command({"PUBLISH", "chan", "stop please"});
+    EXPECT_TRUE(WaitFor([&] { return !m_connection.is_listening(); }));
+}
+
+TEST_F(ConnectionTest, DisconnectEndsTheSubscription) {
+    Recorder recorder;
+    m_connection.subscribe("chan", &Recorder::Callback, &recorder);
+    m_connection.disconnect();
+    EXPECT_FALSE(m_connection.is_listening());
+    EXPECT_TRUE(WaitFor([&] { return m_probe->subscribers("chan") == 0; }));
+}
+
+TEST_F(ConnectionTest, NullCallbackStillListensAndQuits) {
+    m_connection.subscribe("chan", nullptr, nullptr);
+    EXPECT_TRUE(m_connection.is_listening());
+    m_probe->command({"PUBLISH", "chan", "ignored"});
+    m_connection.unsubscribe();
+    EXPECT_FALSE(m_connection.is_listening());
+}
+
+} // namespace
