@@ -54,10 +54,8 @@ TEST(Base64, MatchesTheStandardVectors) {
 
 TEST(Base64, DecodingSkipsWhiteSpaceAndAcceptsMissingPadding) {
     std::string back;
-    EXPECT_EQ(Decode(" Zm9v\nYmFy\r\n", back), eNoErr);
-    EXPECT_EQ(back, "foobar");
-    EXPECT_EQ(Decode("Zm8", back), eNoErr);
-    EXPECT_EQ(back, "fo");
+    EXPECT_EQ(Decode(" Zm9v\nYmFy\r\nZm8", back), eNoErr);
+    EXPECT_EQ(back, "foobarfo");
 }
 
 TEST(Base64, RejectsTextThatIsNotBase64) {
@@ -75,23 +73,16 @@ TEST(Base64, RejectsTextThatIsNotBase64) {
     EXPECT_EQ(Utils::Base64Decode(nullptr, 4, nullptr, 0, written), eMemNullPointer);
 }
 
-TEST(WC16BytesID, DefaultIsAllZero) {
-    WC16BytesID id;
-    EXPECT_TRUE(id.IsDefault());
-    id = Sequential();
-    EXPECT_FALSE(id.IsDefault());
-    id.clear();
-    EXPECT_TRUE(id.IsDefault());
-}
-
 TEST(WC16BytesID, EncodeDecodeRoundTrip) {
     const WC16BytesID id = Sequential();
     const WCFixedString<31> text = id.Encode();
     EXPECT_EQ(text.size(), 24u);
     EXPECT_STREQ(text.data(), "ABEiM0RVZneImaq7zN3u/w==");
     WC16BytesID back;
+    EXPECT_TRUE(back.IsDefault());
     ASSERT_EQ(back.Decode(text.data()), eNoErr);
     EXPECT_EQ(back, id);
+    EXPECT_FALSE(back.IsDefault());
 }
 
 TEST(WC16BytesID, ShortTextLeavesTheTailZeroAndLongTextIsCut) {
