@@ -156,6 +156,11 @@ public:
     int ConvertIntToCoefs(int value, int index);
     int ConvertFracToBypassCoefs(double value, int index);
     int ReadFracFromWord(void const *source, double &value) const;
+    // The converter slots as the process side left them.
+    WTWriteFracFunc GetWriteFracConverter() const { return m_WriteFrac; }
+    WTWriteFracFunc GetWriteFixConverter() const { return m_WriteFix; }
+    WTReadFracFunc GetReadFracConverter() const { return m_ReadFrac; }
+    WTReadFracFunc GetReadFixConverter() const { return m_ReadFix; }
     int ReadIntFromWord(void const *source, int &value) const;
     // A write buffer of `count` coefficients at `offset`; null unless forced, active and not
     // bypassed. `source`, when given, is copied into it.

@@ -1,6 +1,11 @@
 #include "Code/Algorithm/linux/WUNativeModule.h"
 
 #include <dlfcn.h>
+#include <limits.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstring>
 #include <sys/stat.h>
 
 MIREL_NAMESPACE_BEGIN
@@ -47,8 +52,21 @@ WTErr ModuleOfAddress(void const *address, void *&handle, WCFixedStringBase *pat
     // RTLD_NOLOAD finds the module already in the process without loading anything; the extra
     // reference it takes is dropped at once, the module holding `address` stays loaded anyway.
     handle = ::dlopen(info.dli_fname, RTLD_NOW | RTLD_NOLOAD);
-    if (handle == nullptr)
-        return eDLLNotFound;
+    if (handle == nullptr) {
+        // The main program is not known to the loader by its file name; its handle is the
+        // one of the null name.
+        char self[4096];
+        const ssize_t length = ::readlink("/proc/self/exe", self, sizeof self - 1);
+        char resolved[PATH_MAX];
+        if (length <= 0 || ::realpath(info.dli_fname, resolved) == nullptr)
+            return eDLLNotFound;
+        self[length] = 0;
+        if (std::strcmp(self, resolved) != 0)
+            return eDLLNotFound;
+        handle = ::dlopen(nullptr, RTLD_NOW);
+        if (handle == nullptr)
+            return eDLLNotFound;
+    }
     ::dlclose(handle);
     if (path)
         *path = info.dli_fname;

@@ -1,0 +1,294 @@
+#include "Code/Algorithm/PluginInfoSelectors.h"
+
+#include <gtest/gtest.h>
+
+#include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "core/WCStMemObj.h"
+#include "tests/Code/Algorithm/WCTestAlgorithm.h"
+
+namespace {
+
+using namespace mirel_test;
+using mirel_shell::WCRecordingShell;
+using ml::WCFourCC;
+
+class Selectors : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_Alg = CreateTestAlgorithm(m_Shell);
+        ASSERT_NE(m_Alg, nullptr);
+        ASSERT_EQ(m_Shell.Start(), 0);
+    }
+    ml::PluginInstance &Instance() { return m_Shell.Instance(); }
+
+    WCRecordingShell m_Shell;
+    WCTestAlgorithm *m_Alg = nullptr;
+};
+
+TEST_F(Selectors, UnknownSelectorAnswersNotImplementedAndLeavesOutputAlone) {
+    const unsigned int unknown = WCFourCC("zzzz");
+    bool flag = true;
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), unknown, flag, 0), ml::eNotImplemented);
+    EXPECT_TRUE(flag);
+    double number = 1.25;
+    EXPECT_EQ(ml::GetPluginInfo_double(Instance(), unknown, number, 0), ml::eNotImplemented);
+    EXPECT_EQ(number, 1.25);
+    float ratio = 2.5f;
+    EXPECT_EQ(ml::GetPluginInfo_float(Instance(), unknown, ratio, 0), ml::eNotImplemented);
+    EXPECT_EQ(ratio, 2.5f);
+    std::int32_t signedValue = -3;
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), unknown, signedValue, 0), ml::eNotImplemented);
+    EXPECT_EQ(signedValue, -3);
+    std::size_t size = 4;
+    EXPECT_EQ(ml::GetPluginInfo_size_t(Instance(), unknown, size, 0), ml::eNotImplemented);
+    EXPECT_EQ(size, 4u);
+    std::uint32_t unsignedValue = 5;
+    EXPECT_EQ(ml::GetPluginInfo_uint32_t(Instance(), unknown, unsignedValue, 0),
+              ml::eNotImplemented);
+    EXPECT_EQ(unsignedValue, 5u);
+    ml::WCFixedString<63> text("kept");
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), unknown, text, 0), ml::eNotImplemented);
+    EXPECT_STREQ(text.c_str(), "kept");
+    ml::Utils::WCStMemObj memory("abc", 3);
+    EXPECT_EQ(ml::GetPluginInfo_WCStMemObj(Instance(), unknown, memory, 0), ml::eNotImplemented);
+    EXPECT_EQ(memory.GetSize(), 3u);
+    char record[16] = "untouched";
+    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), unknown, record, 0), ml::eNotImplemented);
+    EXPECT_STREQ(record, "untouched");
+
+    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), unknown, true, 0), ml::eNotImplemented);
+    EXPECT_EQ(ml::SetPluginInfo_c_str(Instance(), unknown, "x", 0), ml::eNotImplemented);
+    EXPECT_EQ(ml::SetPluginInfo_double(Instance(), unknown, 1.0, 0), ml::eNotImplemented);
+    EXPECT_EQ(ml::SetPluginInfo_int32_t(Instance(), unknown, 1, 0), ml::eNotImplemented);
+    EXPECT_EQ(ml::SetPluginInfo_size_t(Instance(), unknown, 1, 0), ml::eNotImplemented);
+    EXPECT_EQ(ml::SetPluginInfo_struct(Instance(), unknown, record, 0), ml::eNotImplemented);
+    EXPECT_EQ(ml::SetPluginInfo_uint32_t(Instance(), unknown, 1, 0), ml::eNotImplemented);
+}
+
+TEST_F(Selectors, PlugInAnswersItsOwnSelectorsThroughThePublicVirtual) {
+    double number = 0;
+    EXPECT_EQ(ml::GetPluginInfo_double(Instance(), WCFourCC("mine"), number, 0), 0);
+    EXPECT_EQ(number, 42.0);
+}
+
+TEST_F(Selectors, PrvtReachesEveryPrivateVirtualWithItsArgument) {
+    const unsigned int prvt = WCFourCC("prvt");
+    bool flag = false;
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), prvt, flag, 1), 101);
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(m_Alg->m_PrivateArg, 1);
+    double number = 0;
+    EXPECT_EQ(ml::GetPluginInfo_double(Instance(), prvt, number, 2), 102);
+    EXPECT_EQ(number, 2.5);
+    float ratio = 0;
+    EXPECT_EQ(ml::GetPluginInfo_float(Instance(), prvt, ratio, 3), 103);
+    std::int32_t signedValue = 0;
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), prvt, signedValue, 4), 104);
+    EXPECT_EQ(signedValue, -4);
+    std::size_t size = 0;
+    EXPECT_EQ(ml::GetPluginInfo_size_t(Instance(), prvt, size, 5), 105);
+    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), prvt, nullptr, 6), 106);
+    std::uint32_t unsignedValue = 0;
+    EXPECT_EQ(ml::GetPluginInfo_uint32_t(Instance(), prvt, unsignedValue, 7), 107);
+    ml::WCFixedString<63> text;
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), prvt, text, 8), 108);
+    EXPECT_STREQ(text.c_str(), "private");
+    ml::Utils::WCStMemObj memory;
+    EXPECT_EQ(ml::GetPluginInfo_WCStMemObj(Instance(), prvt, memory, 9), 109);
+    EXPECT_EQ(m_Alg->m_PrivateArg, 9);
+
+    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), prvt, true, 11), 111);
+    EXPECT_EQ(ml::SetPluginInfo_c_str(Instance(), prvt, "x", 12), 112);
+    EXPECT_EQ(ml::SetPluginInfo_double(Instance(), prvt, 1.0, 13), 113);
+    EXPECT_EQ(ml::SetPluginInfo_int32_t(Instance(), prvt, 1, 14), 114);
+    EXPECT_EQ(ml::SetPluginInfo_size_t(Instance(), prvt, 1, 15), 115);
+    EXPECT_EQ(ml::SetPluginInfo_struct(Instance(), prvt, nullptr, 16), 116);
+    EXPECT_EQ(ml::SetPluginInfo_uint32_t(Instance(), prvt, 1, 17), 117);
+    EXPECT_EQ(m_Alg->m_PrivateArg, 17);
+    // 'sofp' is the same channel as 'prvt'.
+    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), WCFourCC("sofp"), true, 18), 111);
+    EXPECT_EQ(m_Alg->m_PrivateArg, 18);
+}
+
+TEST(SelectorDefaults, PrivateChannelAnswersMinusOneUntilThePlugInTakesIt) {
+    // A plug-in that overrides none of the private virtuals.
+    class Plain : public WCTestAlgorithm {
+    public:
+        using WCTestAlgorithm::WCTestAlgorithm;
+        int GetPluginInfo_bool_Private(bool &out, std::int64_t arg) override {
+            return cALGORITHM::GetPluginInfo_bool_Private(out, arg);
+        }
+    };
+    ml::WTResContainerType *container = nullptr;
+    Plain alg(TestComponent(), container);
+    ml::PluginInstance instance(TestComponent());
+    instance.m_pAlg = &alg;
+    bool flag = false;
+    EXPECT_EQ(ml::GetPluginInfo_bool(instance, WCFourCC("prvt"), flag, 0), -1);
+}
+
+TEST_F(Selectors, ChunkIdSelectorFillsOnlyOnSuccess) {
+    ml::WCFixedString<15> id("before");
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("cost"), id, 0), 0);
+    EXPECT_STREQ(id.c_str(), "XPst");
+    id = "before";
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("cost"), id, 1),
+              ml::eIllegalChunkIndex);
+    EXPECT_STREQ(id.c_str(), "before");
+}
+
+TEST_F(Selectors, IdentityStrings) {
+    Instance().m_PluginFileName = "/plugins/Test.bundle";
+    ml::WCFixedString<1023> text;
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sPFN"), text, 0), 0);
+    EXPECT_STREQ(text.c_str(), "/plugins/Test.bundle");
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sAlN"), text, 0), 0);
+    EXPECT_STREQ(text.c_str(), "TestAlgorithm");
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sAlL"), text, 4), 0);
+    EXPECT_STREQ(text.c_str(), "Test");
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("algT"), text, 0), 0);
+    EXPECT_STREQ(text.c_str(), "Nati");
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sPTP"), text, 0),
+              ml::eCantLoadProcessFunction);
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("icnf"), text, 0),
+              ml::kErrNoGUI);
+}
+
+TEST_F(Selectors, KeyValueBooleansAreFalseUntilSet) {
+    bool flag = true;
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), WCFourCC("isml"), flag, 0), 0);
+    EXPECT_FALSE(flag);
+    m_Alg->SetPluginValue_bool("IsMidiListener", true);
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), WCFourCC("isml"), flag, 0), 0);
+    EXPECT_TRUE(flag);
+    // 'susp' is the negation of "DontSuspendProcess".
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), WCFourCC("susp"), flag, 0), 0);
+    EXPECT_TRUE(flag);
+    m_Alg->SetPluginValue_bool("DontSuspendProcess", true);
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), WCFourCC("susp"), flag, 0), 0);
+    EXPECT_FALSE(flag);
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), WCFourCC("pact"), flag, 0), 0);
+    EXPECT_TRUE(flag);
+    // An export item that does not exist: false and -25.
+    flag = true;
+    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), WCFourCC("sgpv"), flag,
+                                     reinterpret_cast<std::int64_t>("no item")),
+              ml::eNotImplemented);
+    EXPECT_FALSE(flag);
+}
+
+TEST_F(Selectors, KeyValueIntegersReadFourBytesOrReportTheMissingKey) {
+    std::int32_t value = -1;
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), WCFourCC("gncf"), value, 0), 0);
+    EXPECT_EQ(value, 2);
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), WCFourCC("maxr"), value, 0), 0);
+    EXPECT_EQ(value, 96000);
+    value = -1;
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), WCFourCC("tail"), value, 0),
+              ml::eValueNotFound);
+    EXPECT_EQ(value, -1);
+    // A value wider than four bytes does not fit.
+    m_Alg->KeyValues().Set("tail:length", std::int64_t(5));
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), WCFourCC("tail"), value, 0),
+              ml::eValueWrongSize);
+}
+
+TEST_F(Selectors, GuiSelectorsBeforeTheGuiExists) {
+    std::int32_t control = 0;
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), WCFourCC("Ctrl"), control, 0),
+              ml::kErrGUINotFullyCreated);
+    std::uint32_t count = 0;
+    for (char const *sel : {"gCon", "selc", "rgpr"})
+        EXPECT_EQ(ml::GetPluginInfo_uint32_t(Instance(), WCFourCC::FromText(sel), count, 0),
+                  ml::kErrGUINotFullyCreated)
+            << sel;
+    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), WCFourCC("ghom"), true, 0), ml::kErrNoGUI);
+}
+
+TEST_F(Selectors, ConstantsAndCounts) {
+    double states = 0;
+    EXPECT_EQ(ml::GetPluginInfo_double(Instance(), WCFourCC("pnst"), states, 0), 0);
+    EXPECT_EQ(states, 1000.0);
+    std::size_t size = 0;
+    EXPECT_EQ(ml::GetPluginInfo_size_t(Instance(), WCFourCC("cais"), size, 0), 0);
+    EXPECT_EQ(size, 312u);
+    std::uint32_t rate = 0;
+    EXPECT_EQ(ml::GetPluginInfo_uint32_t(Instance(), WCFourCC("Orrt"), rate, 0), 0);
+    EXPECT_EQ(rate, 80u);
+    std::int32_t index = 5;
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), WCFourCC("IfrN"), index,
+                                        reinterpret_cast<std::int64_t>("Gain")),
+              0);
+    EXPECT_EQ(index, -1);
+}
+
+TEST_F(Selectors, ProcessMemoryRequestReportsTheNeeds) {
+    ml::ProcessMemory::SDSPReqRes needs;
+    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), WCFourCC("reqR"), &needs, 0), 0);
+    EXPECT_EQ(needs.coefsWords, 2u);
+    EXPECT_EQ(needs.statesWords, 1u);
+    ml::ProcessMemory::WSProcessMemoryRequest request;
+    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), WCFourCC("PmRq"), &request, 0), 0);
+    EXPECT_EQ(request.coefsNum, 2u);
+    EXPECT_EQ(request.statesNum, 1u);
+    EXPECT_EQ(request.refcon, m_Alg->GetExecRefcon());
+}
+
+TEST_F(Selectors, TempoBuildsMusicInfoWithTheOtherFieldsNotGiven) {
+    EXPECT_EQ(ml::SetPluginInfo_double(Instance(), WCFourCC("temp"), 128.0, 0), 0);
+    EXPECT_EQ(m_Alg->GetMusicInfo().m_Tempo, 128.0);
+    EXPECT_EQ(m_Alg->GetMusicInfo().m_Resolution, -1.0);
+    EXPECT_EQ(m_Alg->GetMusicInfo().m_TimeSigNum, -1.0);
+    EXPECT_EQ(m_Alg->GetMusicInfo().m_TimeSigDen, -1.0);
+}
+
+TEST_F(Selectors, FailedFactoryPresetLoadDoesNotUpdate) {
+    const auto updates = m_Alg->GetNumUpdateAlgCalls();
+    EXPECT_EQ(ml::SetPluginInfo_c_str(Instance(), WCFourCC("lfps"), "Factory 1", 0),
+              ml::ePresetInfoNotFound);
+    EXPECT_EQ(m_Alg->GetNumUpdateAlgCalls(), updates);
+}
+
+TEST_F(Selectors, SettersReachTheirTargets) {
+    EXPECT_EQ(ml::SetPluginInfo_int32_t(Instance(), WCFourCC("cofs"), 40, 0), 0);
+    EXPECT_EQ(m_Alg->GetCoefsOfs(), 40);
+    EXPECT_EQ(ml::SetPluginInfo_int32_t(Instance(), WCFourCC("sofs"), 41, 0), 0);
+    EXPECT_EQ(m_Alg->GetStatesOfs(), 41);
+    EXPECT_EQ(ml::SetPluginInfo_uint32_t(Instance(), WCFourCC("side"), 2, 0), 0);
+    EXPECT_EQ(m_Alg->GetSideChainNum(), 2u);
+    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), WCFourCC("stsm"), true, 0), 0);
+    EXPECT_TRUE(m_Alg->IsShowMode());
+    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), WCFourCC("hufp"), true, 0), 0);
+    EXPECT_TRUE(m_Alg->GetPluginValue_bool("HostUsesFirstPreset", false));
+    EXPECT_EQ(ml::SetPluginInfo_c_str(Instance(), WCFourCC("dskn"), "Dark", 0), 0);
+    EXPECT_STREQ(m_Alg->GetDefaultSkin().c_str(), "Dark");
+}
+
+TEST(SelectorBadInput, NullAlgorithmIsRefusedWithNullPointer) {
+    WCRecordingAsserts asserts;
+    ml::PluginInstance instance;
+    int record = 0;
+    EXPECT_EQ(ml::SetPluginInfo_struct(instance, WCFourCC("exbf"), &record, 0),
+              ml::eMemNullPointer);
+    bool flag = false;
+    EXPECT_EQ(ml::GetPluginInfo_bool(instance, WCFourCC("byps"), flag, 0), ml::eMemNullPointer);
+    EXPECT_EQ(WCRecordingAsserts::Count(), 2);
+}
+
+TEST_F(Selectors, NullStructsAreRefused) {
+    WCRecordingAsserts asserts;
+    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), WCFourCC("reqR"), nullptr, 0),
+              ml::eMemNullPointer);
+    EXPECT_EQ(ml::SetPluginInfo_struct(Instance(), WCFourCC("exbf"), nullptr, 0),
+              ml::eMemNullPointer);
+    EXPECT_EQ(ml::SetPluginInfo_struct(Instance(), WCFourCC("musp"), nullptr, 0),
+              ml::eMemNullPointer);
+    int wrongVersion[78] = {10, 0};
+    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), WCFourCC("caui"), wrongVersion, 0),
+              ml::kErrWrongAutomationInfoVersion);
+    int noSuchControl[78] = {11, 0};
+    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), WCFourCC("caui"), noSuchControl, 0),
+              ml::eControlOutOfRange);
+}
+
+} // namespace

@@ -1,0 +1,313 @@
+#include "Code/Algorithm/cALGORITHM.h"
+
+#include <atomic>
+#include <cstring>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "tests/Code/Algorithm/WCTestAlgorithm.h"
+#include "tests/support/WCTestHome.h"
+
+namespace {
+
+using namespace mirel_test;
+using mirel_shell::WCRecordingShell;
+
+TEST(AlgorithmLifeCycle, WalksTheRequiredOrderFromConstructionToDestruction) {
+    WCTestHome home;
+    WCRecordingShell shell;
+    WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
+    ASSERT_NE(alg, nullptr);
+    ASSERT_EQ(shell.Start(), 0);
+    EXPECT_TRUE(alg->IsInstanceReady());
+    EXPECT_TRUE(alg->GetProcessActive());
+
+    const std::vector<std::string> hooks = alg->m_Hooks;
+    const std::vector<std::string> expectedHooks = {"SetExecCallBackSelf",
+                                                    "AdjustProcessCodeDescriptionsSelf",
+                                                    "InitProcessCodeSelf",
+                                                    "FinishCreateSelf",
+                                                    "InitDataSelf",
+                                                    "InitInstanceDataSelf",
+                                                    "SetProcessActiveSelf(true)",
+                                                    "InitAlgSelf"};
+    EXPECT_EQ(hooks, expectedHooks);
+
+    // The process side is asked for its locate flag, word size and converters first, in this
+    // order; the initial buffers are created, chained, sent as initialisation and freed.
+    const std::vector<int> startOps = shell.Ops();
+    const std::vector<int> expectedOps = {11, 12, 7, 8, 20, 9, 10, 21, 13, 14,
+                                          36, // both setups made equal: setup B modified
+                                          5,  5,  3, 1, 4};
+    EXPECT_EQ(startOps, expectedOps);
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
+
+    shell.ClearLog();
+    ASSERT_EQ(shell.Stop(), 0);
+    const std::vector<std::string> steps(shell.Steps().end() - 4, shell.Steps().end());
+    EXPECT_EQ(steps, (std::vector<std::string>{"SetProcessActive(false)", "dispose GUIs", "Dispose",
+                                               "destroy"}));
+    EXPECT_TRUE(shell.Ops().empty()) << "teardown sends nothing";
+    EXPECT_EQ(shell.Algorithm(), nullptr);
+}
+
+TEST(AlgorithmLifeCycle, InitialBuffersLandInTheLocatedProcessMemory) {
+    WCRecordingShell shell;
+    shell.m_CoefsBase = 5;
+    CreateTestAlgorithm(shell);
+    ASSERT_EQ(shell.Start(), 0);
+    EXPECT_EQ(shell.Algorithm()->GetCoefsOfs(), 5);
+    EXPECT_FLOAT_EQ(shell.CoefAsFloat(0), 0.5f);
+    std::int32_t word = 0;
+    std::memcpy(&word, shell.CoefMemory().data() + (5 + 1) * 4, 4);
+    EXPECT_EQ(word, 3);
+    // Nothing was written below the base the shell gave.
+    for (int i = 0; i < 5 * 4; ++i)
+        ASSERT_EQ(shell.CoefMemory()[i], 0) << "byte " << i;
+
+    ASSERT_EQ(shell.Update(), 0);
+    EXPECT_FLOAT_EQ(shell.CoefAsFloat(0), 0.25f);
+    EXPECT_EQ(shell.Algorithm()->GetNumUpdateAlgCalls(), 1u);
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
+}
+
+TEST(AlgorithmLifeCycle, InitAlgWithoutSendStillFreesTheBuffers) {
+    WCRecordingShell shell;
+    ml::cALGORITHM *alg = CreateTestAlgorithm(shell);
+    alg->InitProcessCode();
+    alg->FinishCreate();
+    alg->InitData();
+    alg->SetProcessActive(true);
+    shell.ClearLog();
+    EXPECT_EQ(alg->InitAlg(false), nullptr);
+    EXPECT_EQ(shell.Ops(), (std::vector<int>{5, 5, 3, 4}));
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
+}
+
+TEST(AlgorithmLifeCycle, AFailingProcessSideLeavesNothingToSendAndNothingLeaked) {
+    WCRecordingShell shell;
+    shell.m_FailNewBufferAfter = 0;
+    CreateTestAlgorithm(shell);
+    EXPECT_EQ(shell.Start(), 0);
+    for (int op : shell.Ops()) {
+        EXPECT_NE(op, 1) << "nothing to send";
+        EXPECT_NE(op, 3) << "nothing to chain";
+    }
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
+}
+
+TEST(AlgorithmThreads, SecondMainThreadRefKeepsTheFirst) {
+    WCRecordingShell shell;
+    ml::cALGORITHM *alg = CreateTestAlgorithm(shell);
+    EXPECT_FALSE(alg->SetMainThreadRef()) << "the shell stored it in step 3";
+    bool storedElsewhere = true;
+    bool mainElsewhere = true;
+    std::thread other([&] {
+        storedElsewhere = alg->SetMainThreadRef();
+        mainElsewhere = alg->IsCurThreadMainThread();
+    });
+    other.join();
+    EXPECT_FALSE(storedElsewhere);
+    EXPECT_FALSE(mainElsewhere);
+    EXPECT_TRUE(alg->IsCurThreadMainThread());
+}
+
+TEST(AlgorithmThreads, AnyThreadIsMainWhileNoneIsStored) {
+    ml::WTResContainerType *container = nullptr;
+    WCTestAlgorithm alg(TestComponent(), container);
+    bool main = false;
+    std::thread other([&] { main = alg.IsCurThreadMainThread(); });
+    other.join();
+    EXPECT_TRUE(main);
+    EXPECT_TRUE(alg.IsCurThreadMainThread());
+}
+
+TEST(AlgorithmThreads, ProcessLockIsRecursiveAndExcludesOtherThreads) {
+    ml::WTResContainerType *container = nullptr;
+    WCTestAlgorithm alg(TestComponent(), container);
+    alg.LockAlg();
+    EXPECT_TRUE(alg.TryLockAlg()) << "the holder takes it again";
+    bool otherGotIt = true;
+    std::thread([&] { otherGotIt = alg.TryLockAlg(); }).join();
+    EXPECT_FALSE(otherGotIt);
+    alg.UnLockAlg();
+    std::thread([&] { otherGotIt = alg.TryLockAlg(); }).join();
+    EXPECT_FALSE(otherGotIt) << "one release of two leaves it held";
+    alg.UnLockAlg();
+    std::thread([&] {
+        otherGotIt = alg.TryLockAlg();
+        if (otherGotIt)
+            alg.UnLockAlg();
+    }).join();
+    EXPECT_TRUE(otherGotIt);
+}
+
+TEST(AlgorithmThreads, UpdateAlgWaitsForTheProcessLock) {
+    WCRecordingShell shell;
+    CreateTestAlgorithm(shell);
+    ASSERT_EQ(shell.Start(), 0);
+    ml::cALGORITHM *alg = shell.Algorithm();
+    std::atomic<bool> updated{false};
+    alg->LockAlg();
+    std::thread updater([&] {
+        ml::BUFFER_HEADER *chain = alg->UpdateAlg();
+        updated = true;
+        alg->FreeBuffers(chain);
+    });
+    // The updater cannot finish while the lock is held; give it every chance to.
+    for (int i = 0; i < 50 && !updated; ++i)
+        std::this_thread::yield();
+    EXPECT_FALSE(updated);
+    alg->UnLockAlg();
+    updater.join();
+    EXPECT_TRUE(updated);
+}
+
+TEST(AlgorithmThreads, SecondLockExistsOnlyWhenAsked) {
+    WCRecordingShell shell;
+    ml::cALGORITHM *alg = CreateTestAlgorithm(shell);
+    alg->FinishCreate();
+    EXPECT_FALSE(alg->HasProcessLock());
+    alg->LockProcess(); // free without the lock
+    alg->UnLockProcess();
+
+    WCRecordingShell other;
+    ml::cALGORITHM *safe = CreateTestAlgorithm(other);
+    safe->SetPluginValue_bool("NeedProcessThreadSafe", true);
+    safe->FinishCreate();
+    EXPECT_TRUE(safe->HasProcessLock());
+}
+
+TEST(AlgorithmSampleRate, AboveTheMaximumIsRefusedAndKeepsTheRate) {
+    WCRecordingShell shell;
+    WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
+    ASSERT_EQ(shell.Start(), 0);
+    EXPECT_EQ(alg->ChangeSampleRate(96001), ml::kErrSampleRateTooHigh);
+    EXPECT_EQ(alg->GetSampleRate(), 44100);
+    EXPECT_EQ(alg->ChangeSampleRate(96000), 0);
+    EXPECT_EQ(alg->GetSampleRate(), 96000);
+    alg->m_Hooks.clear();
+    EXPECT_EQ(alg->ChangeSampleRate(96000), 0);
+    EXPECT_TRUE(alg->m_Hooks.empty()) << "the same rate changes nothing";
+    EXPECT_EQ(alg->ChangeSampleRate(-1), ml::eOutOfRangeNumber);
+    EXPECT_EQ(alg->GetSampleRate(), 96000);
+    EXPECT_TRUE(alg->TryLockAlg()) << "every path released the lock";
+    alg->UnLockAlg();
+}
+
+TEST(AlgorithmIdle, CountsEveryTickAndTheHookDecides) {
+    WCRecordingShell shell;
+    WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
+    ASSERT_EQ(shell.Start(), 0);
+    EXPECT_EQ(shell.Idle(0, 3), 0);
+    EXPECT_EQ(alg->GetNumDoIdleCalls(), 3u);
+    // The counter is in the store by function, so it always reads current.
+    EXPECT_EQ(alg->KeyValues().GetAs<std::uint64_t>("num_DoIdle_calls", 0), 3u);
+    alg->m_DoIdleResult = -7;
+    EXPECT_EQ(alg->DoIdle(0), -7);
+    EXPECT_EQ(alg->GetNumDoIdleCalls(), 4u);
+}
+
+TEST(AlgorithmExecCallBack, FixConvertersFallBackToTheFractionOnes) {
+    WCRecordingShell plain;
+    ml::cALGORITHM *alg = CreateTestAlgorithm(plain);
+    EXPECT_EQ(alg->GetWordSize(), 4);
+    EXPECT_EQ(alg->GetLocateFlag(), 1);
+    EXPECT_EQ(alg->GetWriteFixConverter(), alg->GetWriteFracConverter());
+    EXPECT_EQ(alg->GetReadFixConverter(), alg->GetReadFracConverter());
+    // The default fraction is a float word.
+    char word[8] = {};
+    alg->GetWriteFracConverter()(0.5, word);
+    float asFloat = 0;
+    std::memcpy(&asFloat, word, 4);
+    EXPECT_FLOAT_EQ(asFloat, 0.5f);
+
+    WCRecordingShell dsp;
+    dsp.m_SupplyFixConverters = true;
+    ml::cALGORITHM *fixed = CreateTestAlgorithm(dsp);
+    ASSERT_NE(fixed->GetWriteFixConverter(), fixed->GetWriteFracConverter());
+    std::int32_t q31 = 0;
+    EXPECT_EQ(fixed->GetWriteFixConverter()(0.5, &q31), 4);
+    EXPECT_EQ(q31, 0x40000000);
+    double back = 0;
+    fixed->GetReadFixConverter()(&q31, &back);
+    EXPECT_DOUBLE_EQ(back, 0.5);
+}
+
+// A process side that answers a word size of 0 and empties a converter slot.
+int BrokenProcessSide(int op, std::int64_t, void *a, void *, void *) {
+    if (op == ml::eExecWordSize)
+        *static_cast<int *>(a) = 0;
+    if (op == ml::eExecWriteFracConverter)
+        *static_cast<ml::WTWriteFracFunc *>(a) = nullptr;
+    if (op == ml::eExecNewBuffer)
+        return -1;
+    return 0;
+}
+
+TEST(AlgorithmExecCallBack, NonsenseFromTheProcessSideFallsBackToDefaults) {
+    ml::WTResContainerType *container = nullptr;
+    WCTestAlgorithm alg(TestComponent(), container);
+    EXPECT_EQ(alg.SetExecCallBack(&BrokenProcessSide, 0), 0);
+    EXPECT_EQ(alg.GetWordSize(), 4);
+    alg.InitProcessCode();
+    alg.InitData();
+    EXPECT_EQ(alg.ConvertFracToCoefs(0.25, 1), 0) << "the default converter is back";
+    EXPECT_EQ(alg.ConvertFracToCoefs(0.25, 2), ml::eOutOfRangeNumber) << "past the image";
+    EXPECT_EQ(alg.ConvertFracToCoefs(0.25, -1), ml::eOutOfRangeNumber);
+}
+
+TEST(AlgorithmExecCallBack, WithoutACallBackNothingIsSentAndNothingCrashes) {
+    ml::WTResContainerType *container = nullptr;
+    WCTestAlgorithm alg(TestComponent(), container);
+    EXPECT_EQ(alg.CallExecCallBack(0, nullptr, nullptr, nullptr), ml::eNotImplemented);
+    EXPECT_EQ(alg.NewBuffer(1, 0, 1, 0, 4, 0), nullptr);
+    ml::BUFFER_HEADER *none = nullptr;
+    EXPECT_EQ(alg.SendBuffers(none, 0), 0);
+    EXPECT_EQ(alg.SendAndFreeBuffers(none, 0, true), 0);
+    EXPECT_EQ(alg.InitAlg(true), nullptr);
+}
+
+TEST(AlgorithmIdentity, ComponentTypeDecidesNativeAndNetShell) {
+    EXPECT_TRUE(ml::cALGORITHM::DecideIsNativeFromComponentType(ml::WCFourCC("Nati")));
+    EXPECT_FALSE(ml::cALGORITHM::DecideIsNativeFromComponentType(ml::WCFourCC("NetS")));
+    EXPECT_TRUE(ml::cALGORITHM::DecideIsNetShellFromComponentType(ml::WCFourCC("NetS")));
+    EXPECT_FALSE(ml::cALGORITHM::DecideIsNetShellFromComponentType(ml::WCFourCC("????")));
+
+    ml::MirelComponentInfo info = TestComponent();
+    info.m_ComponentType = ml::WCFourCC("arti");
+    ml::WTResContainerType *container = nullptr;
+    WCTestAlgorithm artist(info, container);
+    EXPECT_TRUE(artist.IsArtist());
+    EXPECT_FALSE(artist.IsNative());
+    EXPECT_EQ(artist.GetPresetCompatibleSubComps(),
+              (std::vector<ml::WCFourCC>{ml::WCFourCC("TsAl")}));
+    EXPECT_EQ(artist.GetUndoLevel(), 1000u);
+    EXPECT_EQ(artist.GetPresetResourceNumber(), 1000);
+}
+
+TEST(AlgorithmIdentity, MirelLibHandleIsTheModuleOfTheLibrary) {
+    void *handle = nullptr;
+    EXPECT_EQ(ml::cALGORITHM::GetMirelLibHandle(handle), 0);
+    EXPECT_NE(handle, nullptr);
+}
+
+TEST(AlgorithmPlaceholders, LaterServicesAnswerAsForSomethingAbsent) {
+    WCRecordingShell shell;
+    WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
+    ASSERT_EQ(shell.Start(), 0);
+    std::size_t count = 99;
+    EXPECT_EQ(alg->GetNumFactoryPresets(count), ml::ePresetInfoNotFound);
+    EXPECT_EQ(count, 99u);
+    EXPECT_EQ(alg->GetAutomationControlIndexByName("Gain"), -1);
+    EXPECT_EQ(alg->CreateGuiAndAddToMap(nullptr, "Primary", "Primary"), ml::eNotImplemented);
+    EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Primary"), ml::kErrNoGUI);
+    EXPECT_EQ(alg->SetRedisKeyValue("k", "v"), ml::kErrRedisNotConnected);
+    double value = 0;
+    EXPECT_EQ(alg->GetParamRealWorld(0, value), ml::eOutOfRangeNumber);
+    EXPECT_TRUE(alg->GetPluginValue_bool("FinishCreateWasCalled", false));
+}
+
+} // namespace

@@ -1,0 +1,106 @@
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "Code/Algorithm/DLLMap.h"
+#include "Code/Algorithm/PluginInfoSelectors.h"
+#include "tests/support/WCTestHome.h"
+#include "tools/shell/WCRecordingShell.h"
+
+namespace {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+using mirel_shell::WCRecordingShell;
+
+TEST(GainFilterModule, BundleHoldsTheModuleWhereShellsLookForIt) {
+    const std::filesystem::path module(MIREL_EXAMPLE_MODULE);
+    EXPECT_TRUE(std::filesystem::is_regular_file(module));
+    EXPECT_EQ(module.parent_path().filename(), "Linux64");
+    EXPECT_EQ(module.parent_path().parent_path().filename(), "Contents");
+    EXPECT_EQ(module.parent_path().parent_path().parent_path().filename(), "GainFilter.bundle");
+    EXPECT_TRUE(std::filesystem::is_directory(module.parent_path().parent_path() / "Resources"));
+}
+
+TEST(GainFilterModule, LoadsWalksTheLifeCycleAndTearsDownClean) {
+    mirel_test::WCTestHome home;
+    WCRecordingShell shell;
+    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+    ml::MirelComponentInfo info;
+    ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
+    EXPECT_EQ(info.m_ComponentSubType, ml::WCFourCC("GnFl"));
+    EXPECT_STREQ(info.m_ShortName.c_str(), "GainFilter");
+    EXPECT_EQ(shell.GetModuleComponentInfo(1, info), ml::ePluginSubComponentNotFound);
+
+    ASSERT_EQ(shell.Create(info), 0);
+    ASSERT_EQ(shell.Start(), 0);
+    ml::WCFixedString<63> name;
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(shell.Instance(), ml::WCFourCC("sAlN"), name, 0), 0);
+    EXPECT_STREQ(name.c_str(), "GainFilter");
+    std::int32_t coefs = 0;
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(shell.Instance(), ml::WCFourCC("gncf"), coefs, 0), 0);
+    EXPECT_EQ(coefs, 4);
+
+    // Unity gain and a 1 kHz pole at 44.1 kHz reached the process memory.
+    EXPECT_FLOAT_EQ(shell.CoefAsFloat(0), 1.0f);
+    const double a1 = std::exp(-2.0 * M_PI * 1000.0 / 44100.0);
+    EXPECT_NEAR(shell.CoefAsFloat(2), a1, 1e-6);
+
+    // The example's own channel: gain in dB through 'prvt', argument 0.
+    EXPECT_EQ(ml::SetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), -6.0, 0), 0);
+    EXPECT_NEAR(shell.CoefAsFloat(0), std::pow(10.0, -6.0 / 20.0), 1e-6);
+    EXPECT_EQ(ml::SetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), NAN, 0),
+              ml::eOutOfRangeNumber);
+    double gain = 0;
+    EXPECT_EQ(ml::GetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), gain, 0), 0);
+    EXPECT_EQ(gain, -6.0);
+
+    EXPECT_EQ(shell.Idle(0, 3), 0);
+    EXPECT_EQ(shell.Algorithm()->GetNumDoIdleCalls(), 3u);
+    EXPECT_EQ(shell.Stop(), 0);
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
+}
+
+TEST(GainFilterModule, MissingOrForeignModulesGiveTheirCodes) {
+    mirel_test::WCTempDir dir;
+    WCRecordingShell shell;
+    EXPECT_EQ(shell.LoadModule((dir.path() / "none.so").c_str()), ml::eDLLNotFound);
+    const auto junk = dir.path() / "junk.so";
+    std::ofstream(junk) << "not a shared object";
+    EXPECT_EQ(shell.LoadModule(junk.c_str()), ml::eDLLLoadingFailed);
+    // The run-time itself loads but is no plug-in.
+    EXPECT_EQ(shell.LoadModule(MIREL_RUNTIME_LIBRARY), ml::eFuncPointerNotFound);
+    ml::MirelComponentInfo info;
+    EXPECT_EQ(shell.GetModuleComponentInfo(0, info), ml::ePluginNotLoaded);
+    EXPECT_EQ(shell.Create(info), ml::ePluginNotLoaded);
+}
+
+TEST(GainFilterModule, FactoryRefusesOtherComponents) {
+    WCRecordingShell shell;
+    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+    ml::MirelComponentInfo other;
+    other.m_ComponentSubType = ml::WCFourCC("Othr");
+    EXPECT_EQ(shell.Create(other), ml::ePluginAlgNotCreate);
+    EXPECT_EQ(shell.Algorithm(), nullptr);
+}
+
+TEST(DLLMap, LoadsOnceByNameAndReleases) {
+    ml::DLLMap map;
+    void *first = nullptr;
+    void *second = nullptr;
+    ASSERT_EQ(map.Load("GainFilter", MIREL_EXAMPLE_MODULE, first), 0);
+    ASSERT_EQ(map.Load("GainFilter", "/no/such/path.so", second), 0);
+    EXPECT_EQ(first, second);
+    EXPECT_EQ(map.Find("GainFilter"), first);
+    EXPECT_EQ(map.size(), 1u);
+    EXPECT_TRUE(map.Release("GainFilter"));
+    EXPECT_FALSE(map.Release("GainFilter"));
+    EXPECT_EQ(map.Find("GainFilter"), nullptr);
+    void *none = nullptr;
+    EXPECT_EQ(map.Load("missing", "/no/such/path.so", none), ml::eDLLNotFound);
+    EXPECT_EQ(none, nullptr);
+}
+
+} // namespace
