@@ -133,6 +133,8 @@ private:
     }
 
     template <class... TArgs>
+    WTErr EmplaceSlow(TArgs &&...args);
+    template <class... TArgs>
     WTErr ChainBlock(Block *tail, TArgs &&...args);
 
     // The consumer's block; written by the consumer, except once by the first push.
@@ -166,14 +168,30 @@ WCIdleCommandQueue<TMessage, kMaxPerIdle, kGrowthShift>::~WCIdleCommandQueue() {
 
 template <class TMessage, std::size_t kMaxPerIdle, std::size_t kGrowthShift>
 template <class... TArgs>
-WTErr WCIdleCommandQueue<TMessage, kMaxPerIdle, kGrowthShift>::Emplace(TArgs &&...args) {
+inline WTErr WCIdleCommandQueue<TMessage, kMaxPerIdle, kGrowthShift>::Emplace(TArgs &&...args) {
+    // The common case, room in the producer's block, stays small enough to inline.
+    Block *const tail = m_tailBlock.load(std::memory_order_relaxed);
+    if (tail != nullptr) {
+        std::size_t const t = tail->m_tail.load(std::memory_order_relaxed);
+        if (t - tail->m_cachedFront < tail->Capacity()) {
+            ::new (static_cast<void *>(tail->Slot(t))) TMessage(std::forward<TArgs>(args)...);
+            tail->m_tail.store(t + 1, std::memory_order_release);
+            return eNoErr;
+        }
+    }
+    return EmplaceSlow(std::forward<TArgs>(args)...);
+}
+
+template <class TMessage, std::size_t kMaxPerIdle, std::size_t kGrowthShift>
+template <class... TArgs>
+WTErr WCIdleCommandQueue<TMessage, kMaxPerIdle, kGrowthShift>::EmplaceSlow(TArgs &&...args) {
     Block *const tail = m_tailBlock.load(std::memory_order_relaxed);
     if (tail == nullptr)
         return ChainBlock(nullptr, std::forward<TArgs>(args)...);
 
+    // The block looked full by our last look at the consumer's index; look again.
     std::size_t const t = tail->m_tail.load(std::memory_order_relaxed);
-    if (t - tail->m_cachedFront == tail->Capacity())
-        tail->m_cachedFront = tail->m_front.load(std::memory_order_acquire);
+    tail->m_cachedFront = tail->m_front.load(std::memory_order_acquire);
     if (t - tail->m_cachedFront < tail->Capacity()) {
         ::new (static_cast<void *>(tail->Slot(t))) TMessage(std::forward<TArgs>(args)...);
         tail->m_tail.store(t + 1, std::memory_order_release);
@@ -267,16 +285,36 @@ template <class TMessage, std::size_t kMaxPerIdle, std::size_t kGrowthShift>
 std::size_t WCIdleCommandQueue<TMessage, kMaxPerIdle, kGrowthShift>::DoIdle() {
     std::size_t done = 0;
     while (done < kMaxPerIdle) {
-        TMessage *const message = Front();
-        if (message == nullptr)
+        // Front settles on a block with messages; they are then taken as one run, and the
+        // consumer's index is published once per run rather than once per message.
+        if (Front() == nullptr)
             break;
-        if (message->execute()) {
+        Block *const block = m_frontBlock.load(std::memory_order_relaxed);
+        std::size_t const first = block->m_front.load(std::memory_order_relaxed);
+        std::size_t const run = std::min(block->m_cachedTail - first, kMaxPerIdle - done);
+        std::size_t taken = 0;
+        bool busy = false;
+        try {
+            for (; taken < run; ++taken) {
+                TMessage *const message = block->Slot(first + taken);
+                if (message->execute()) {
+                    busy = true;
+                    break;
+                }
+                message->~TMessage();
+            }
+        } catch (...) {
+            // The throwing message stays at the head; those before it are gone.
+            block->m_front.store(first + taken, std::memory_order_release);
+            throw;
+        }
+        block->m_front.store(first + taken, std::memory_order_release);
+        done += taken;
+        if (busy) {
             // Busy: keep the message at the head and let others run before the next pass.
             Native::YieldThread();
             break;
         }
-        Pop();
-        ++done;
     }
     return done;
 }
