@@ -1,0 +1,319 @@
+#include "graphic_stream/WCGraphicStreamToSVG.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "Utilities/XML/Code/WriteXMLToStream.h"
+#include "graphic_stream/GraphicStreamVocabulary.h"
+
+MIREL_NAMESPACE_BEGIN
+namespace miGS {
+
+namespace {
+
+// Text from a stream may hold anything; XML takes neither control characters nor broken UTF-8,
+// so those become '?'.
+std::string CleanText(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        std::size_t length = 0;
+        if (byte >= 0x20 && byte < 0x7F)
+            length = 1;
+        else if (byte >= 0xC2 && byte <= 0xDF)
+            length = 2;
+        else if (byte >= 0xE0 && byte <= 0xEF)
+            length = 3;
+        else if (byte >= 0xF0 && byte <= 0xF4)
+            length = 4;
+        bool valid = length != 0 && i + length <= text.size();
+        for (std::size_t k = 1; valid && k < length; ++k)
+            valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+        if (valid) {
+            out.append(text.substr(i, length));
+            i += length;
+        } else {
+            out.push_back(byte == '\t' ? ' ' : '?');
+            ++i;
+        }
+    }
+    return out;
+}
+
+std::string Number(double value) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%g", value);
+    return buffer;
+}
+
+std::string HTMLColor(const SGSRGBAColor &color) {
+    WCFixedString<15> text;
+    SGSRGBAColorToHTMLColor(color, text);
+    return text.c_str();
+}
+
+} // namespace
+
+WCGraphicStreamToSVG::WCGraphicStreamToSVG(XML::CXMLElement *root) : m_Root(root) {}
+
+WCGraphicStreamToSVG::~WCGraphicStreamToSVG() = default;
+
+std::string WCGraphicStreamToSVG::GetSVGStr() const {
+    std::string text;
+    if (m_Root != nullptr)
+        XML::WriteXMLToString(text, m_Root, false, true, 0);
+    return text;
+}
+
+std::string WCGraphicStreamToSVG::NextID() {
+    return "gs" + std::to_string(++m_NextID);
+}
+
+int WCGraphicStreamToSVG::BeforeExceStream(char *) {
+    m_Parents.clear();
+    m_ExtraGroups.clear();
+    m_NextID = 0;
+    if (m_Root == nullptr)
+        throw static_cast<int>(eMemNullPointer);
+    m_Root->Clear();
+    m_Root->SetName("svg");
+    m_Parents.push_back(m_Root);
+    m_ExtraGroups.push_back(0);
+    return 0;
+}
+
+XML::CXMLElement *WCGraphicStreamToSVG::AddChild(const char *name) {
+    auto *child = new XML::CXMLElement(name);
+    Current()->push_back(child);
+    return child;
+}
+
+void WCGraphicStreamToSVG::OpenGroup(std::int64_t x, std::int64_t y) {
+    XML::CXMLElement *group = AddChild("g");
+    group->AddAttrib("id", NextID().c_str());
+    const std::string transform = "translate(" + std::to_string(x) + "," + std::to_string(y) + ")";
+    group->AddAttrib("transform", transform.c_str());
+    m_Parents.push_back(group);
+    m_ExtraGroups.push_back(0);
+}
+
+void WCGraphicStreamToSVG::CloseGroup() {
+    // The root stays; groups opened by rotations close with their frame.
+    if (m_Parents.size() <= 1)
+        return;
+    const int extra = m_ExtraGroups.back();
+    m_ExtraGroups.pop_back();
+    for (int i = 0; i <= extra && m_Parents.size() > 1; ++i)
+        m_Parents.pop_back();
+}
+
+int WCGraphicStreamToSVG::BeginStream(SGSStream &stream) {
+    if (m_Parents.size() > 1 || !m_Root->GetSubElements().empty() ||
+        m_Root->AttribExists("width")) {
+        // A stream inside a stream is drawn like a frame.
+        OpenGroup(stream.frame.rect.location.x, stream.frame.rect.location.y);
+        return 0;
+    }
+    m_Root->AddAttrib("xmlns", "http://www.w3.org/2000/svg");
+    m_Root->AddAttrib("xmlns:xlink", "http://www.w3.org/1999/xlink");
+    m_Root->AddAttrib("version", "1.1");
+    m_Root->AddAttrib("width", stream.frame.rect.size.width);
+    m_Root->AddAttrib("height", stream.frame.rect.size.height);
+    return 0;
+}
+
+int WCGraphicStreamToSVG::EndStream(SGSCommandHeader &) {
+    CloseGroup();
+    return 0;
+}
+
+int WCGraphicStreamToSVG::BeginFrame(SGSFrame &frame) {
+    OpenGroup(frame.rect.location.x, frame.rect.location.y);
+    return 0;
+}
+
+int WCGraphicStreamToSVG::EndFrame(SGSCommandHeader &) {
+    CloseGroup();
+    return 0;
+}
+
+int WCGraphicStreamToSVG::RotateFrame(SGSFrameRotate &rotate) {
+    // What follows in the frame turns around the given point: a group of its own carries the
+    // rotation and closes with the frame.
+    XML::CXMLElement *group = AddChild("g");
+    group->AddAttrib("id", NextID().c_str());
+    const std::string transform = "rotate(" + std::to_string(rotate.angleDegrees) + "," +
+                                  std::to_string(rotate.xOffset) + "," +
+                                  std::to_string(rotate.yOffset) + ")";
+    group->AddAttrib("transform", transform.c_str());
+    m_Parents.push_back(group);
+    ++m_ExtraGroups.back();
+    return 0;
+}
+
+int WCGraphicStreamToSVG::ResourcesBaseURL(SGSData &data) {
+    WCGraphicStreamEngineBase::ResourcesBaseURL(data);
+    const std::string base =
+        "file://" + CleanText(GetResourcesBaseURL().view()) + "Contents/Resources/PNG_";
+    m_Root->SetAttrib("xml:base", base.c_str());
+    return 0;
+}
+
+int WCGraphicStreamToSVG::Remark(SGSData &data) {
+    XML::CXMLElement *desc = AddChild("desc");
+    desc->SetText(CleanText(GetDataText(data)));
+    return 0;
+}
+
+int WCGraphicStreamToSVG::DrawImage(SGSDrawImage &image) {
+    if (image.ResID == -1)
+        return 0;
+    std::string href;
+    if (image.ResID == -100) {
+        const SGSData *path = GetLatestDataOfPurpose(eGSPurposeText);
+        if (path == nullptr)
+            return 0;
+        href = CleanText(GetDataText(*path));
+    } else {
+        href = std::to_string(image.ResID) + ".png";
+    }
+    const WSFrameState *frame = GetTopFrameState();
+    std::int32_t width = frame != nullptr ? frame->m_Frame.rect.size.width : 0;
+    std::int32_t height = frame != nullptr ? frame->m_Frame.rect.size.height : 0;
+    if (image.draw_rect.size.width != 0 && image.draw_rect.size.height != 0) {
+        width = image.draw_rect.size.width;
+        height = image.draw_rect.size.height;
+    }
+    XML::CXMLElement *element = AddChild("image");
+    element->AddAttrib("id", NextID().c_str());
+    element->AddAttrib("x", image.draw_rect.location.x);
+    element->AddAttrib("y", image.draw_rect.location.y);
+    element->AddAttrib("width", width);
+    element->AddAttrib("height", height);
+    element->AddAttrib("href", href.c_str());
+    element->AddAttrib("xlink:href", href.c_str());
+    return 0;
+}
+
+int WCGraphicStreamToSVG::DrawTheText(SGSDrawText &text) {
+    const SGSData *data = GetLatestDataOfPurpose(eGSPurposeText);
+    if (data == nullptr)
+        return 0;
+    const WSFrameState *frame = GetTopFrameState();
+    const std::int64_t width = frame != nullptr ? frame->m_Frame.rect.size.width : 0;
+    const std::int64_t height = frame != nullptr ? frame->m_Frame.rect.size.height : 0;
+    const SGSFont &font = GetFont();
+
+    const char *anchor = "middle";
+    std::int64_t x = width / 2;
+    if (text.hAlign == eGSAlignLeft) {
+        anchor = "start";
+        x = 0;
+    } else if (text.hAlign == eGSAlignRight) {
+        anchor = "end";
+        x = width;
+    }
+    const char *baseline = "middle";
+    std::int64_t y = height / 2;
+    if (text.vAlign == eGSAlignTop) {
+        baseline = "hanging";
+        y = 0;
+    } else if (text.vAlign == eGSAlignBottom) {
+        baseline = "bottom";
+        y = height;
+    }
+
+    XML::CXMLElement *element = AddChild("text");
+    element->SetText(CleanText(GetDataText(*data)));
+    element->AddAttrib("id", NextID().c_str());
+    element->AddAttrib("x", std::to_string(x).c_str());
+    element->AddAttrib("y", std::to_string(y).c_str());
+    element->AddAttrib("font-family",
+                       CleanText(FixedFieldText(font.name, sizeof font.name - 1)).c_str());
+    element->AddAttrib("font-size", font.size);
+    const std::string style =
+        std::string("text-anchor:") + anchor + ";dominant-baseline:" + baseline;
+    element->AddAttrib("style", style.c_str());
+    element->AddAttrib("fill", HTMLColor(font.color).c_str());
+    return 0;
+}
+
+int WCGraphicStreamToSVG::DrawVertices(SGSDrawVertices &vertices) {
+    const SGSData *data = GetLatestDataOfPurpose(eGSPurposePoint2D);
+    std::size_t dimensions = 2;
+    if (data == nullptr) {
+        data = GetLatestDataOfPurpose(eGSPurposePoint3D);
+        dimensions = 3;
+    }
+    const void *payload = data != nullptr ? GetDataPayload(*data) : nullptr;
+    if (payload == nullptr || (data->type != eGSTypeInt16 && data->type != eGSTypeFloat))
+        return 0;
+    const std::size_t count = static_cast<std::size_t>(data->num_elements) / dimensions;
+
+    std::string points;
+    points.reserve(count * 12);
+    const auto *bytes = static_cast<const unsigned char *>(payload);
+    // A fan's first vertex is its centre, which is not part of the outline.
+    const std::size_t first = vertices.method == eGSTriangleFan ? 1 : 0;
+    for (std::size_t i = first; i < count; ++i) {
+        double xy[2];
+        for (std::size_t k = 0; k < 2; ++k) {
+            const std::size_t index = i * dimensions + k;
+            if (data->type == eGSTypeInt16) {
+                std::int16_t value;
+                std::memcpy(&value, bytes + index * sizeof value, sizeof value);
+                xy[k] = value;
+            } else {
+                float value;
+                std::memcpy(&value, bytes + index * sizeof value, sizeof value);
+                xy[k] = value;
+            }
+        }
+        if (!points.empty())
+            points.push_back(' ');
+        points += Number(xy[0]) + "," + Number(xy[1]);
+    }
+
+    double scaleX = vertices.scale.h;
+    double scaleY = vertices.scale.v;
+    const SGSSize &logical = vertices.logical_size;
+    const WSFrameState *frame = GetTopFrameState();
+    if (logical.width > 0 && logical.height > 0 && frame != nullptr) {
+        scaleX *= static_cast<double>(frame->m_Frame.rect.size.width) / logical.width;
+        scaleY *= static_cast<double>(frame->m_Frame.rect.size.height) / logical.height;
+    }
+
+    XML::CXMLElement *group = AddChild("g");
+    group->AddAttrib("id", NextID().c_str());
+    const std::string viewBox =
+        "0 0 " + std::to_string(logical.width) + " " + std::to_string(logical.height);
+    group->AddAttrib("viewBox", viewBox.c_str());
+    group->AddAttrib("preserveAspectRatio", "none");
+    const std::string transform =
+        "translate(0,0) scale(" + Number(scaleX) + "," + Number(scaleY) + ")";
+    group->AddAttrib("transform", transform.c_str());
+
+    const bool closed = vertices.method == eGSPolygon || vertices.method == eGSTriangleFan;
+    auto *shape = new XML::CXMLElement(closed ? "polygon" : "polyline");
+    group->push_back(shape);
+    shape->AddAttrib("id", NextID().c_str());
+    shape->AddAttrib("points", points.c_str());
+    const std::string color = HTMLColor(vertices.draw_color);
+    shape->AddAttrib("stroke", color.c_str());
+    shape->AddAttrib("stroke-width", Number(vertices.stroke_width).c_str());
+    shape->AddAttrib("stroke-pattern", static_cast<int>(vertices.stroke_pattern));
+    shape->AddAttrib("vector-effect", "non-scaling-stroke");
+    shape->AddAttrib("fill", closed ? color.c_str() : "none");
+    if (vertices.draw_color.alpha != 255) {
+        const std::string opacity = Number(vertices.draw_color.alpha / 255.0);
+        shape->AddAttrib("stroke-opacity", opacity.c_str());
+        shape->AddAttrib("fill-opacity", opacity.c_str());
+    }
+    return 0;
+}
+
+} // namespace miGS
+MIREL_NAMESPACE_END

@@ -1,0 +1,79 @@
+// Runs the gs-dump command on stream files in a temporary folder.
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/WCTestHome.h"
+
+namespace {
+
+std::string ReadFile(const std::filesystem::path &path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+int RunDump(const std::string &arguments) {
+    const std::string command = std::string("'") + MIREL_GS_DUMP + "' " + arguments;
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string Quote(const std::filesystem::path &path) {
+    return "'" + path.string() + "'";
+}
+
+const std::filesystem::path kDemo = std::filesystem::path(MIREL_GS_TEST_DATA) / "demo.gs";
+
+} // namespace
+
+TEST(GSDumpTool, PrintsTheReviewedYamlOfAStreamFile) {
+    mirel_test::WCTempDir dir;
+    const auto out = dir.path() / "demo.yaml";
+    ASSERT_EQ(RunDump(Quote(kDemo) + " -o " + Quote(out)), 0);
+    EXPECT_EQ(ReadFile(out),
+              ReadFile(std::filesystem::path(MIREL_GS_TEST_DATA) / "demo_compact.yaml"));
+    ASSERT_EQ(RunDump("--full " + Quote(kDemo) + " -o " + Quote(out)), 0);
+    EXPECT_EQ(ReadFile(out),
+              ReadFile(std::filesystem::path(MIREL_GS_TEST_DATA) / "demo_full.yaml"));
+}
+
+TEST(GSDumpTool, WritesSvgAndChecksums) {
+    mirel_test::WCTempDir dir;
+    const auto svg = dir.path() / "demo.svg";
+    ASSERT_EQ(RunDump("--svg " + Quote(kDemo) + " -o " + Quote(svg)), 0);
+    EXPECT_EQ(ReadFile(svg).rfind("<svg ", 0), 0u);
+    const auto yaml = dir.path() / "sums.yaml";
+    const auto counts = dir.path() / "counts.txt";
+    ASSERT_EQ(
+        RunDump("--checksums " + Quote(kDemo) + " -o " + Quote(yaml) + " 2> " + Quote(counts)), 0);
+    EXPECT_NE(ReadFile(yaml).find("checksum: "), std::string::npos);
+    EXPECT_NE(ReadFile(counts).find("0 WCGraphicStreamToYAML.m_count_missing"), std::string::npos);
+}
+
+TEST(GSDumpTool, CorruptStreamLeavesTheOutputAlone) {
+    mirel_test::WCTempDir dir;
+    const std::string stream = ReadFile(kDemo);
+    const auto cut = dir.path() / "cut.gs";
+    std::ofstream(cut, std::ios::binary) << stream.substr(0, stream.size() - 8);
+    const auto out = dir.path() / "out.yaml";
+    std::ofstream(out) << "kept\n";
+    EXPECT_EQ(RunDump(Quote(cut) + " -o " + Quote(out) + " 2> /dev/null"), 3);
+    EXPECT_EQ(ReadFile(out), "kept\n");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
+                            std::filesystem::directory_iterator()),
+              2);
+}
+
+TEST(GSDumpTool, MissingFileAndBadArgumentsHaveTheirExitCodes) {
+    mirel_test::WCTempDir dir;
+    EXPECT_EQ(RunDump(Quote(dir.path() / "none.gs") + " 2> /dev/null"), 2);
+    EXPECT_EQ(RunDump("--bogus " + Quote(kDemo) + " 2> /dev/null"), 1);
+    EXPECT_EQ(RunDump("2> /dev/null"), 1);
+}

@@ -1,0 +1,162 @@
+#include "graphic_stream/WCGraphicStreamToSVG.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "GSTestSupport.h"
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "tests/support/WCTestHome.h"
+
+using namespace MIREL_NAMESPACE_NAME;
+using namespace MIREL_NAMESPACE_NAME::miGS;
+
+namespace {
+
+// Depth-first list of the elements of a tree with a given name.
+void Collect(const XML::CXMLElement *element, const char *name,
+             std::vector<const XML::CXMLElement *> &out) {
+    if (element->GetName().compare(name) == 0)
+        out.push_back(element);
+    for (const XML::CXMLElement *child : element->GetSubElements())
+        Collect(child, name, out);
+}
+
+std::vector<const XML::CXMLElement *> Elements(const XML::CXMLElement &root, const char *name) {
+    std::vector<const XML::CXMLElement *> out;
+    Collect(&root, name, out);
+    return out;
+}
+
+std::string Attrib(const XML::CXMLElement *element, const char *name) {
+    std::string value;
+    element->GetAttrib(name, value);
+    return value;
+}
+
+struct WSDemoSVG {
+    WCGraphicStreamBinaryWriter m_Writer;
+    XML::CXMLElement m_Root;
+    WCGraphicStreamToSVG m_SVG{&m_Root};
+    WTErr m_Result;
+    WSDemoSVG() {
+        gs_test::WriteDemoStream(m_Writer);
+        m_Result = m_SVG.ExecStream(m_Writer.GetStreamPtr(), m_Writer.GetStreamSize());
+    }
+};
+
+} // namespace
+
+TEST(WCGraphicStreamToSVG, RootCarriesNamespacesSizeAndResourceBase) {
+    WSDemoSVG demo;
+    ASSERT_EQ(demo.m_Result, eNoErr);
+    EXPECT_STREQ(demo.m_Root.GetName().c_str(), "svg");
+    EXPECT_EQ(Attrib(&demo.m_Root, "xmlns"), "http://www.w3.org/2000/svg");
+    EXPECT_EQ(Attrib(&demo.m_Root, "xmlns:xlink"), "http://www.w3.org/1999/xlink");
+    EXPECT_EQ(Attrib(&demo.m_Root, "width"), "320");
+    EXPECT_EQ(Attrib(&demo.m_Root, "height"), "200");
+    EXPECT_EQ(Attrib(&demo.m_Root, "xml:base"),
+              "file:///usr/lib/plugins/Demo.bundle/Contents/Resources/PNG_");
+    EXPECT_EQ(Elements(demo.m_Root, "desc").front()->GetText(), "background");
+}
+
+TEST(WCGraphicStreamToSVG, FramesAreTranslatedGroupsWithUniqueIds) {
+    WSDemoSVG demo;
+    const auto groups = Elements(demo.m_Root, "g");
+    ASSERT_GE(groups.size(), 3u);
+    EXPECT_EQ(Attrib(groups[0], "transform"), "translate(20,30)");
+    EXPECT_EQ(Attrib(groups[1], "transform"), "rotate(135,32,32)");
+    std::set<std::string> ids;
+    for (const auto *name : {"g", "image", "text", "polyline", "polygon"})
+        for (const XML::CXMLElement *element : Elements(demo.m_Root, name))
+            EXPECT_TRUE(ids.insert(Attrib(element, "id")).second) << Attrib(element, "id");
+}
+
+TEST(WCGraphicStreamToSVG, ImagesReferToTheirResourceNumber) {
+    WSDemoSVG demo;
+    const auto images = Elements(demo.m_Root, "image");
+    ASSERT_EQ(images.size(), 3u);
+    EXPECT_EQ(Attrib(images[0], "href"), "1000.png");
+    EXPECT_EQ(Attrib(images[1], "width"), "64");
+    EXPECT_EQ(Attrib(images[1], "height"), "64");
+    // The image drawn after the rotation lies inside the rotation group.
+    const auto *rotation = Elements(demo.m_Root, "g")[1];
+    ASSERT_EQ(rotation->GetSubElements().size(), 1u);
+    EXPECT_EQ(rotation->GetSubElements().front(), images[2]);
+}
+
+TEST(WCGraphicStreamToSVG, ImageWithoutResourceAddsNothing) {
+    WCGraphicStreamBinaryWriter writer;
+    {
+        WCStGSStreamStructWriter stream(writer, SGSStream());
+        SGSDrawImage image;
+        image.ResID = -1;
+        writer.DrawPNG(image);
+    }
+    XML::CXMLElement root;
+    WCGraphicStreamToSVG svg(&root);
+    ASSERT_EQ(svg.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_TRUE(Elements(root, "image").empty());
+}
+
+TEST(WCGraphicStreamToSVG, TextTakesFontAndAlignment) {
+    WSDemoSVG demo;
+    const auto texts = Elements(demo.m_Root, "text");
+    ASSERT_EQ(texts.size(), 1u);
+    EXPECT_EQ(texts[0]->GetText(), "-12.5 dB");
+    EXPECT_EQ(Attrib(texts[0], "font-family"), "DejaVu Sans");
+    EXPECT_EQ(Attrib(texts[0], "font-size"), "11");
+    EXPECT_EQ(Attrib(texts[0], "style"), "text-anchor:start;dominant-baseline:hanging");
+    EXPECT_EQ(Attrib(texts[0], "fill"), "#e6e6e6");
+}
+
+TEST(WCGraphicStreamToSVG, VerticesBecomePolylinesAndPolygons) {
+    WSDemoSVG demo;
+    const auto lines = Elements(demo.m_Root, "polyline");
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(Attrib(lines[0], "points"), "0,35 40,27.5 80,20 120,12.5 160,5");
+    EXPECT_EQ(Attrib(lines[0], "stroke"), "#00c8ff");
+    EXPECT_EQ(Attrib(lines[0], "vector-effect"), "non-scaling-stroke");
+    const auto *group = Elements(demo.m_Root, "g")[4];
+    EXPECT_EQ(Attrib(group, "viewBox"), "0 0 160 70");
+    EXPECT_EQ(Attrib(group, "preserveAspectRatio"), "none");
+    const auto polygons = Elements(demo.m_Root, "polygon");
+    ASSERT_EQ(polygons.size(), 1u);
+    EXPECT_EQ(Attrib(polygons[0], "points"), "0,60 160,60 160,70 0,70");
+}
+
+TEST(WCGraphicStreamToSVG, BrokenTextIsCleanedForXml) {
+    WCGraphicStreamBinaryWriter writer;
+    {
+        WCStGSStreamStructWriter stream(writer, SGSStream());
+        writer.Font("Sans", 10, WCRGBAColor());
+        writer.DrawTheText("a\x01<b>&\xff\xc3", 1);
+    }
+    XML::CXMLElement root;
+    WCGraphicStreamToSVG svg(&root);
+    ASSERT_EQ(svg.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
+    EXPECT_EQ(Elements(root, "text").front()->GetText(), "a?<b>&??");
+    EXPECT_NE(svg.GetSVGStr().find("a?&lt;b&gt;&amp;??"), std::string::npos);
+}
+
+TEST(WCGraphicStreamToSVG, RealRendererTurnsItIntoAPng) {
+    if (std::system("command -v rsvg-convert > /dev/null 2>&1") != 0)
+        GTEST_SKIP() << "rsvg-convert is not installed (Debian package librsvg2-bin)";
+    // The renderer's font cache goes to the temporary home.
+    mirel_test::WCTestHome home;
+    WSDemoSVG demo;
+    ASSERT_EQ(demo.m_Result, eNoErr);
+    const std::filesystem::path svgPath = home.path() / "demo.svg";
+    const std::filesystem::path pngPath = home.path() / "demo.png";
+    std::ofstream(svgPath) << demo.m_SVG.GetSVGStr();
+    const std::string command = "rsvg-convert -o '" + pngPath.string() + "' '" + svgPath.string() +
+                                "' 2> '" + (home.path() / "errors.txt").string() + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    std::ifstream png(pngPath, std::ios::binary);
+    char signature[8] = {};
+    png.read(signature, 8);
+    EXPECT_EQ(std::string(signature + 1, 3), "PNG");
+}
