@@ -11,6 +11,7 @@ packages=(
   libboost-filesystem-dev libboost-regex-dev libboost-thread-dev libboost-dev
   redis-server redis-tools
   clang libclang-rt-14-dev
+  librsvg2-bin
 )
 
 missing=()
