@@ -1,0 +1,9 @@
+# Hash writes through the Redis connection, against redis-benchmark on the same server.
+mirel_add_bench(redis_benchmark
+  SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/redis_benchmark.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/../tests/support/WCRedisServerFixture.cpp
+  LIBS
+    mirel_redis
+    Threads::Threads
+)
