@@ -57,17 +57,42 @@ WTErr ScanPacked(const std::string &packed, Add add) {
     return eNoErr;
 }
 
+// Assigns `name`, cutting it at capacity on a UTF-8 character boundary.
+void AssignName(CXMLElement::WTName &target, const char *name) noexcept {
+    if (name == nullptr) {
+        target.clear();
+        return;
+    }
+    std::uint64_t length = std::strlen(name);
+    if (length > target.capacity()) {
+        length = target.capacity();
+        // Step back over continuation bytes (10xxxxxx) to the start of the cut character.
+        while (length > 0 && (static_cast<unsigned char>(name[length]) & 0xC0u) == 0x80u)
+            --length;
+    }
+    target.assign(name, length);
+}
+
 } // namespace
+
+void CXMLElement::SetName(const char *name) noexcept {
+    AssignName(m_name, name);
+}
 
 CXMLElement::CXMLElement() noexcept : WUValidatable(eNoErr) {}
 
-CXMLElement::CXMLElement(const char *name) : WUValidatable(eNoErr), m_name(name) {}
+CXMLElement::CXMLElement(const char *name) : WUValidatable(eNoErr) {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, const char *text)
-    : WUValidatable(eNoErr), m_name(name), m_text(text != nullptr ? text : "") {}
+    : WUValidatable(eNoErr), m_text(text != nullptr ? text : "") {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, const char *text, std::uint64_t length)
-    : WUValidatable(eNoErr), m_name(name) {
+    : WUValidatable(eNoErr) {
+    SetName(name);
     if (text != nullptr)
         m_text.assign(text, length);
 }
@@ -76,25 +101,39 @@ CXMLElement::CXMLElement(const char *name, const unsigned char *text)
     : CXMLElement(name, reinterpret_cast<const char *>(text)) {}
 
 CXMLElement::CXMLElement(const char *name, short value, WTStreamManipulator manipulator)
-    : WUValidatable(eNoErr), m_name(name), m_text(PrintWith(value, manipulator)) {}
+    : WUValidatable(eNoErr), m_text(PrintWith(value, manipulator)) {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, unsigned short value, WTStreamManipulator manipulator)
-    : WUValidatable(eNoErr), m_name(name), m_text(PrintWith(value, manipulator)) {}
+    : WUValidatable(eNoErr), m_text(PrintWith(value, manipulator)) {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, int value, WTStreamManipulator manipulator)
-    : WUValidatable(eNoErr), m_name(name), m_text(PrintWith(value, manipulator)) {}
+    : WUValidatable(eNoErr), m_text(PrintWith(value, manipulator)) {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, unsigned int value, WTStreamManipulator manipulator)
-    : WUValidatable(eNoErr), m_name(name), m_text(PrintWith(value, manipulator)) {}
+    : WUValidatable(eNoErr), m_text(PrintWith(value, manipulator)) {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, std::int64_t value, WTStreamManipulator manipulator)
-    : WUValidatable(eNoErr), m_name(name), m_text(PrintWith(value, manipulator)) {}
+    : WUValidatable(eNoErr), m_text(PrintWith(value, manipulator)) {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, double value, WTStreamManipulator manipulator)
-    : WUValidatable(eNoErr), m_name(name), m_text(PrintWith(value, manipulator)) {}
+    : WUValidatable(eNoErr), m_text(PrintWith(value, manipulator)) {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const char *name, bool value)
-    : WUValidatable(eNoErr), m_name(name), m_text(value ? "true" : "false") {}
+    : WUValidatable(eNoErr), m_text(value ? "true" : "false") {
+    SetName(name);
+}
 
 CXMLElement::CXMLElement(const CXMLElement &other) : WUValidatable(other.GetError()) {
     CopyFrom(other);

@@ -53,9 +53,10 @@ public:
     CXMLElement &operator=(CXMLElement &&other) noexcept;
     ~CXMLElement() override;
 
-    // Name, cut at 63 characters.
+    // Name, cut at 63 bytes; a cut never splits a UTF-8 sequence, so a cut name still writes as
+    // well-formed text.
     const WTName &GetName() const noexcept { return m_name; }
-    void SetName(const char *name) noexcept { m_name = name; }
+    void SetName(const char *name) noexcept;
 
     const std::string &GetText() const noexcept { return m_text; }
     std::string &GetText() noexcept { return m_text; }

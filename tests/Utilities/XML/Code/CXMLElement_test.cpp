@@ -122,6 +122,18 @@ TEST(CXMLElementText, ConstructorsPrintValues) {
     EXPECT_TRUE(CXMLElement("e").IsValid());
 }
 
+TEST(CXMLElementText, LongNamesAreCutOnACharacterBoundary) {
+    // 31 two-byte characters and a third byte: 63 bytes would end inside the 32nd character.
+    std::string name = "a";
+    for (int i = 0; i < 40; ++i)
+        name += "\xC3\xA9";
+    CXMLElement element(name.c_str());
+    EXPECT_EQ(element.GetName().size(), 63u);
+    CXMLElement cut((std::string("ab") + name.substr(1)).c_str());
+    EXPECT_EQ(cut.GetName().size(), 62u);
+    EXPECT_EQ(cut.GetName().view().back(), '\xA9');
+}
+
 class CXMLElementTree : public ::testing::Test {
 protected:
     void SetUp() override {
