@@ -18,7 +18,6 @@ WCStCachePath::WCStCachePath(WCStPath const &source) : WCStPath(eUserDomain, eMi
         return;
     }
     try {
-        boost::system::error_code failure;
         boost::filesystem::path absolute = boost::filesystem::absolute(BoostPath(source));
         // Lexical only: the twin must not depend on links, and ".." must not climb out of the
         // cache.

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <istream>
+#include <map>
 #include <new>
 #include <sstream>
 
 #include <boost/filesystem/operations.hpp>
+#include <yaml-cpp/eventhandler.h>
 #include <yaml-cpp/yaml.h>
 
 #include "files/WTPathType.h"
@@ -64,23 +66,110 @@ void SortByName(WCStFolderIterator::WTPathVector &ioPaths) {
     std::sort(ioPaths.begin(), ioPaths.end());
 }
 
-int ReadNamesFromDocuments(std::vector<YAML::Node> const &documents,
-                           WCStFolderIterator::WTNameVector &outNames) {
-    WCStFolderIterator::WTNameVector names;
-    for (auto const &document : documents) {
-        if (!document.IsMap())
-            continue;
-        YAML::Node const order = document["List Order"];
-        if (!order || !order.IsSequence())
-            continue;
-        for (auto const &entry : order) {
-            if (entry.IsScalar())
-                names.push_back(entry.Scalar());
-        }
+// Collects the names of "List Order" sequences from parser events. Events are used instead of
+// loading whole documents because the loader of the YAML library can, on some broken input, keep
+// producing empty documents without reading on; counting documents against the length of the
+// text stops that.
+class WCListOrderHandler final : public YAML::EventHandler {
+public:
+    struct WSTooManyDocuments {};
+
+    WCListOrderHandler(WCStFolderIterator::WTNameVector &outNames, std::size_t maxDocuments)
+        : m_names(outNames), m_maxDocuments(maxDocuments) {}
+
+    void OnDocumentStart(YAML::Mark const &) override {
+        if (++m_documents > m_maxDocuments)
+            throw WSTooManyDocuments{};
+        m_stack.clear();
     }
-    outNames.insert(outNames.end(), std::make_move_iterator(names.begin()),
-                    std::make_move_iterator(names.end()));
-    return eNoErr;
+    void OnDocumentEnd() override {}
+    void OnNull(YAML::Mark const &, YAML::anchor_t) override { Leaf(nullptr); }
+    void OnAlias(YAML::Mark const &, YAML::anchor_t anchor) override {
+        auto const found = m_anchoredScalars.find(anchor);
+        Leaf(found != m_anchoredScalars.end() ? &found->second : nullptr);
+    }
+    void OnScalar(YAML::Mark const &, std::string const &, YAML::anchor_t anchor,
+                  std::string const &value) override {
+        if (anchor != YAML::NullAnchor)
+            m_anchoredScalars[anchor] = value;
+        Leaf(&value);
+    }
+    void OnSequenceStart(YAML::Mark const &, std::string const &, YAML::anchor_t,
+                         YAML::EmitterStyle::value) override {
+        Open(eSequence);
+    }
+    void OnSequenceEnd() override { Close(); }
+    void OnMapStart(YAML::Mark const &, std::string const &, YAML::anchor_t,
+                    YAML::EmitterStyle::value) override {
+        Open(eMap);
+    }
+    void OnMapEnd() override { Close(); }
+
+private:
+    enum WEKind { eMap, eSequence };
+    enum WERole { eIgnored, eRootMap, eListOrder };
+    struct WSLevel {
+        WEKind m_kind;
+        WERole m_role;
+        bool m_expectKey = true;
+        bool m_keyIsListOrder = false;
+    };
+
+    // Where a new node lands: the role its container gives it.
+    WERole RoleOfNextNode(WEKind kind) const {
+        if (m_stack.empty())
+            return kind == eMap ? eRootMap : eIgnored;
+        WSLevel const &top = m_stack.back();
+        if (top.m_role == eRootMap && !top.m_expectKey && top.m_keyIsListOrder && kind == eSequence)
+            return eListOrder;
+        return eIgnored;
+    }
+    // A node is done: in a map, keys and values alternate.
+    void NodeDone(std::string const *keyText) {
+        if (m_stack.empty() || m_stack.back().m_kind != eMap)
+            return;
+        WSLevel &top = m_stack.back();
+        if (top.m_expectKey)
+            top.m_keyIsListOrder = keyText != nullptr && *keyText == "List Order";
+        top.m_expectKey = !top.m_expectKey;
+    }
+    void Leaf(std::string const *text) {
+        if (!m_stack.empty() && m_stack.back().m_role == eListOrder && text != nullptr)
+            m_names.push_back(*text);
+        NodeDone(text);
+    }
+    void Open(WEKind kind) { m_stack.push_back(WSLevel{kind, RoleOfNextNode(kind)}); }
+    void Close() {
+        if (!m_stack.empty())
+            m_stack.pop_back();
+        NodeDone(nullptr);
+    }
+
+    WCStFolderIterator::WTNameVector &m_names;
+    std::size_t const m_maxDocuments;
+    std::size_t m_documents = 0;
+    std::vector<WSLevel> m_stack;
+    std::map<YAML::anchor_t, std::string> m_anchoredScalars;
+};
+
+int ReadNames(std::istream &stream, std::size_t maxDocuments,
+              WCStFolderIterator::WTNameVector &outNames) {
+    try {
+        WCStFolderIterator::WTNameVector names;
+        WCListOrderHandler handler(names, maxDocuments);
+        YAML::Parser parser(stream);
+        while (parser.HandleNextDocument(handler)) {
+        }
+        outNames.insert(outNames.end(), std::make_move_iterator(names.begin()),
+                        std::make_move_iterator(names.end()));
+        return eNoErr;
+    } catch (YAML::Exception const &) {
+        return eFMReadFailed;
+    } catch (WCListOrderHandler::WSTooManyDocuments const &) {
+        return eFMReadFailed;
+    } catch (std::bad_alloc const &) {
+        return eMemOutOfMemory;
+    }
 }
 
 void BuildTree(bfs::path const &folder, FileFilterFunctor const &filter,
@@ -269,20 +358,23 @@ int WCStFolderIterator::ParseSettingsFile(WCStPath const &path, WTNameVector &ou
 }
 
 int WCStFolderIterator::ReadItemOrderFromIstream(std::istream &stream, WTNameVector &outNames) {
+    // The length of a stream is not known beforehand; a stream that is not seekable is read
+    // into memory so the same guard applies.
     try {
-        return ReadNamesFromDocuments(YAML::LoadAll(stream), outNames);
-    } catch (YAML::Exception const &) {
-        return eFMReadFailed;
+        std::ostringstream whole;
+        whole << stream.rdbuf();
+        return ReadItemOrderFromString(whole.str(), outNames);
     } catch (std::bad_alloc const &) {
         return eMemOutOfMemory;
     }
 }
 
 int WCStFolderIterator::ReadItemOrderFromString(std::string const &text, WTNameVector &outNames) {
+    // Every document but the first needs a three-character marker.
+    std::size_t const maxDocuments = text.size() / 3 + 2;
     try {
-        return ReadNamesFromDocuments(YAML::LoadAll(text), outNames);
-    } catch (YAML::Exception const &) {
-        return eFMReadFailed;
+        std::istringstream stream(text);
+        return ReadNames(stream, maxDocuments, outNames);
     } catch (std::bad_alloc const &) {
         return eMemOutOfMemory;
     }

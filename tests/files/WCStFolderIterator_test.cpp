@@ -115,6 +115,26 @@ TEST(ReadItemOrder, ReadsStreamsAndLeavesNamesOnFailure) {
     EXPECT_EQ(names.size(), 3u);
 }
 
+TEST(ReadItemOrder, InputThatMakesEndlessDocumentsIsRefused) {
+    // Broken flow text after a document once made the YAML reader loop without reading on.
+    std::vector<std::string> names;
+    EXPECT_EQ(Iterator::ReadItemOrderFromString(
+                  "--- {List Order: [c, missing]}, *a[x], {y: z}, a]}\n", names),
+              eFMReadFailed);
+    EXPECT_TRUE(names.empty());
+}
+
+TEST(ReadItemOrder, FollowsAnchorsAndIgnoresOtherKeys) {
+    std::vector<std::string> names;
+    EXPECT_EQ(Iterator::ReadItemOrderFromString("Before: &x first\n"
+                                                "List Order: [*x, {List Order: [inner]}, last]\n"
+                                                "? [complex, key]\n"
+                                                ": List Order\n",
+                                                names),
+              eNoErr);
+    EXPECT_EQ(names, (std::vector<std::string>{"first", "last"}));
+}
+
 TEST(OrderItemsInFolder, KeepsTheRestInTheirOrder) {
     Iterator::WTPathVector paths;
     for (char const *name : {"/f/a", "/f/b", "/f/c", "/f/d", "/f/e"})
