@@ -1,4 +1,4 @@
-# The stream engine and the YAML exporter over arbitrary bytes.
+# The stream engine and its exporters over arbitrary bytes.
 mirel_add_fuzz(graphic_stream_fuzz
   SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/graphic_stream_fuzz.cpp
   LIBS mirel_graphic_stream)

@@ -1,6 +1,6 @@
-// Walks arbitrary bytes as a graphic stream with the plain engine, the frame checksum walk and
-// the YAML exporter. A walk may only end well or with one of the two stream faults; anything else,
-// and any read outside the buffer, is a finding.
+// Walks arbitrary bytes as a graphic stream with the plain engine, the frame checksum walk, the
+// YAML and SVG exporters and the graph extractor. A walk may only end well or with one of the two
+// stream faults; anything else, and any read outside the buffer, is a finding.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -8,7 +8,10 @@
 #include <streambuf>
 #include <vector>
 
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "graphic_stream/WCGSGraphExtractor.h"
 #include "graphic_stream/WCGraphicStreamEngineBase.h"
+#include "graphic_stream/WCGraphicStreamToSVG.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 
 using namespace MIREL_NAMESPACE_NAME;
@@ -59,6 +62,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     full.SetReportStream(quiet);
     CheckResult(full.ExecStreamWithAllChecksums(stream, size, checksums));
     (void)full.GetYamlStr();
+
+    // The other exporters take the same bytes.
+    XML::CXMLElement root;
+    WCGraphicStreamToSVG svg(&root);
+    CheckResult(svg.ExecStream(stream, size));
+    (void)svg.GetSVGStr();
+    std::vector<GraphInfo> graphs;
+    WCGSGraphExtractor extractor(graphs);
+    CheckResult(extractor.ExecStream(stream, size));
 
     // Nothing above may write into the stream.
     if (size != 0 && std::memcmp(exact.data(), buffer, size) != 0)

@@ -465,6 +465,19 @@ SGSData *WCGraphicStreamEngineBase::GetLatestDataOfPurpose(std::int32_t purpose)
     return nullptr;
 }
 
+SGSData *WCGraphicStreamEngineBase::GetLatestVertexData(std::size_t &dimensions) const noexcept {
+    SGSData *flat = GetLatestDataOfPurpose(eGSPurposePoint2D);
+    SGSData *deep = GetLatestDataOfPurpose(eGSPurposePoint3D);
+    // Both lie in the stream being walked, so the later record has the higher address.
+    if (deep != nullptr && (flat == nullptr || reinterpret_cast<std::uintptr_t>(deep) >
+                                                   reinterpret_cast<std::uintptr_t>(flat))) {
+        dimensions = 3;
+        return deep;
+    }
+    dimensions = 2;
+    return flat;
+}
+
 void WCGraphicStreamEngineBase::SetLatestData(SGSData *data) {
     if (data == nullptr)
         return;

@@ -137,6 +137,9 @@ public:
     // The data record last seen with that purpose in this walk, or null.
     SGSData *GetLatestDataOfPurpose(std::int32_t purpose) const noexcept;
     void SetLatestData(SGSData *data);
+    // The later of the latest 2-D and 3-D vertex records, with its dimension, or null: the
+    // vertices a draw record uses.
+    SGSData *GetLatestVertexData(std::size_t &dimensions) const noexcept;
     // Where a data record's payload is: behind it, through its pointer when pointers are
     // followed, or null.
     const void *GetDataPayload(const SGSData &data) const noexcept;

@@ -242,12 +242,8 @@ int WCGraphicStreamToSVG::DrawTheText(SGSDrawText &text) {
 }
 
 int WCGraphicStreamToSVG::DrawVertices(SGSDrawVertices &vertices) {
-    const SGSData *data = GetLatestDataOfPurpose(eGSPurposePoint2D);
     std::size_t dimensions = 2;
-    if (data == nullptr) {
-        data = GetLatestDataOfPurpose(eGSPurposePoint3D);
-        dimensions = 3;
-    }
+    const SGSData *data = GetLatestVertexData(dimensions);
     const void *payload = data != nullptr ? GetDataPayload(*data) : nullptr;
     if (payload == nullptr || (data->type != eGSTypeInt16 && data->type != eGSTypeFloat))
         return 0;
