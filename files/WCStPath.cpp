@@ -25,10 +25,31 @@ bfs::path WithoutTrailingSlash(std::string text) {
     return bfs::path(std::move(text));
 }
 
+// True when no element of `tail` is empty, "." or "..".
+bool IsPlainTail(std::string_view tail) {
+    if (tail.empty())
+        return false;
+    std::size_t start = 0;
+    for (;;) {
+        std::size_t const slash = tail.find('/', start);
+        std::string_view const element = tail.substr(start, slash - start);
+        if (element.empty() || element == "." || element == "..")
+            return false;
+        if (slash == std::string_view::npos)
+            return true;
+        start = slash + 1;
+    }
+}
+
 // Appends a relative tail element by element: ".." climbs, "." and empty elements are skipped,
 // so "a/b" + "../c" is "a/c" whatever the file system holds.
 void AppendTail(bfs::path &ioPath, char const *tail) {
     std::string_view rest(tail);
+    // The common tail is plain names: one append, no copies of elements.
+    if (IsPlainTail(rest)) {
+        ioPath /= tail;
+        return;
+    }
     while (!rest.empty()) {
         auto const slash = rest.find('/');
         std::string_view const element = rest.substr(0, slash);
