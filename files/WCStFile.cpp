@@ -1,5 +1,6 @@
 #include "files/WCStFile.h"
 
+#include <cerrno>
 #include <exception>
 #include <new>
 
@@ -268,6 +269,12 @@ int WCStFileCreate::Commit() {
     if (error == eNoErr && m_flags == eFMCreateNew) {
         // A hard link fails when the name was taken meanwhile, where a rename would replace.
         bfs::create_hard_link(staged, target, failure);
+        boost::system::error_code probe;
+        if (failure && failure.value() != EEXIST && !bfs::exists(target, probe)) {
+            // Volumes without hard links: a rename, right after the check, is the best left.
+            failure.clear();
+            bfs::rename(staged, target, failure);
+        }
         if (failure)
             error = FMErrorFromBoost(failure, eFMCreateFailed);
     } else if (error == eNoErr) {

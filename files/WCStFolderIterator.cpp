@@ -52,7 +52,9 @@ void Collect(bfs::path const &folder, FileFilterFunctor const &filter,
         WCStPath item = MakePath(entry->path());
         bool const passes = filter(item);
         // symlink_status: a link to a folder is listed but never entered.
-        bool const descend = depth != 0 && bfs::is_directory(entry->symlink_status()) &&
+        boost::system::error_code statusFailure;
+        bool const descend = depth != 0 &&
+                             bfs::is_directory(entry->symlink_status(statusFailure)) &&
                              (enterBundles || !IsBundlePath(item));
         if (passes)
             outPaths.push_back(std::move(item));
