@@ -57,8 +57,8 @@ private:
     ThreadMutexInited &m_mutex;
 };
 
-// A spin-free lock in one 32-bit word: 0 free, 1 taken. Not recursive: a holder that obtains it
-// again waits for itself.
+// A lock in one 32-bit word: 0 free, 1 taken. Not recursive: a holder that obtains it again
+// fails (or, with more tries, waits for itself). It does not spin: between tries it sleeps.
 class WCAtomicLock {
 public:
     // [any-thread] One compare-and-swap from 0 to 1; when it fails, up to tries - 1 further
