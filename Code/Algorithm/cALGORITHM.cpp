@@ -169,10 +169,9 @@ int cALGORITHM::FinishCreate() {
         m_ProcessLock.init();
     m_AutomationManager.Init(this);
     m_Broadcaster.insert(&m_ShellListener);
-    int err = m_AutomationManager.FinishCreate();
-    const int selfErr = FinishCreateSelf();
-    if (selfErr != eNoErr || err == eNoErr)
-        err = selfErr;
+    m_AutomationManager.FinishCreate();
+    // The plug-in's own step decides the result.
+    const int err = FinishCreateSelf();
     Report("alg state", "created");
     Report("active_setup", m_ActiveSetup == eSetupA ? "SETUP_A" : "SETUP_B");
     InitExportItemMap();
