@@ -767,7 +767,23 @@ void WCRedisConnection::unsubscribe() {
 }
 
 int WCRedisConnection::subscribe_thread_entry(void *connection) {
-    static_cast<WCRedisConnection *>(connection)->subscribe_thread_implementation();
+    auto *self = static_cast<WCRedisConnection *>(connection);
+    try {
+        self->subscribe_thread_implementation();
+    } catch (...) {
+        // Out of memory for a message: end the subscription cleanly, since subscribe and
+        // unsubscribe wait for the record to be reset.
+        redisContext *context = nullptr;
+        {
+            std::lock_guard<std::mutex> guard(self->m_subscriptionLock);
+            context = self->m_subscriptionContext;
+            self->m_subscriptionContext = nullptr;
+        }
+        if (context != nullptr)
+            redisFree(context);
+        self->finish_subscription();
+        return eExceptionErr;
+    }
     return eNoErr;
 }
 
@@ -862,7 +878,12 @@ void WCRedisConnection::subscribe_thread_implementation() {
                 if (from == channel)
                     m_listening = false;
             } else if (callback != nullptr) {
-                m_listening = callback(from.c_str(), message.c_str(), user);
+                try {
+                    m_listening = callback(from.c_str(), message.c_str(), user);
+                } catch (...) {
+                    // A callback that throws has no way to go on; treat it as a false answer.
+                    m_listening = false;
+                }
             }
         }
         if (!m_listening.load())

@@ -45,7 +45,8 @@ struct WSRedisKeyLess {
 };
 using WTRedisKeySet = std::set<WTRedisKey, WSRedisKeyLess>;
 
-// Receives one message of a subscription on the subscribe thread; false ends the subscription.
+// [subscribe-thread] Receives one message of a subscription; false ends the subscription, and
+// so does an exception.
 using WTSubscriptionCallback = bool (*)(const char *channel, const char *message, void *user);
 
 // Frees a hiredis reply.

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -426,6 +427,19 @@ TEST_F(ConnectionTest, FalseFromTheCallbackEndsTheSubscription) {
     EXPECT_TRUE(m_connection.is_listening());
     m_probe->command({"PUBLISH", "chan", "three"});
     EXPECT_TRUE(WaitFor([&] { return recorder.count() == 2; }));
+}
+
+bool ThrowingCallback(const char *, const char *, void *) {
+    throw std::runtime_error("callback failed");
+}
+
+TEST_F(ConnectionTest, ThrowingCallbackEndsTheSubscriptionCleanly) {
+    m_connection.subscribe("chan", &ThrowingCallback, nullptr);
+    m_probe->command({"PUBLISH", "chan", "boom"});
+    EXPECT_TRUE(WaitFor([&] { return !m_connection.is_listening(); }));
+    EXPECT_TRUE(WaitFor([&] { return m_probe->subscribers("chan") == 0; }));
+    m_connection.set_value_now("still", "works");
+    EXPECT_EQ(m_probe->get("still"), "works");
 }
 
 TEST_F(ConnectionTest, UnsubscribeFromInsideTheCallbackDoesNotDeadlock) {
