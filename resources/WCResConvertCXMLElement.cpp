@@ -1,0 +1,58 @@
+#include "resources/WCResConvertCXMLElement.h"
+
+#include <memory>
+#include <new>
+
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "Utilities/XML/Code/CXMLTreeBuilder.h"
+
+MIREL_NAMESPACE_BEGIN
+
+namespace RM {
+
+int WCResConvertCXMLElement::ConvertAfterLoad(WSResDataBlock &data) {
+    std::unique_ptr<XML::CXMLElement> root(new (std::nothrow) XML::CXMLElement());
+    if (!root)
+        return eMemNewFailed;
+    int err = eNoErr;
+    {
+        XML::CXMLTreeBuilder builder(root.get());
+        err = builder.BuildFromWCStMemObj(data.m_MemObj);
+    }
+    if (err == eNoErr && data.m_MemObj.Empty())
+        err = eXMLTreeEmpty;
+    if (err == eNoErr && !root->IsValid())
+        err = root->GetError() != eNoErr ? root->GetError() : eXMLTreeNotValid;
+    if (err != eNoErr)
+        return err;
+    data.m_pData = root.release();
+    data.m_DataSize = 1;
+    data.m_Form = kResFormCXMLElement;
+    data.m_MemObj.DisposePtr();
+    return eNoErr;
+}
+
+int WCResConvertCXMLElement::ConvertBeforeWrite(WSResDataBlock &data) {
+    if (data.m_Form != kResFormCXMLElement || data.m_pData == nullptr)
+        return eMemNullPointer;
+    XML::CXMLTreeBuilder builder(static_cast<XML::CXMLElement *>(data.m_pData));
+    const int err = builder.WriteToWCStMemObj(data.m_MemObj);
+    if (err == eNoErr)
+        data.m_Form = kResFormMemObj;
+    return err;
+}
+
+int WCResConvertCXMLElement::Release(WSResDataBlock &data) {
+    // After a write the form names the bytes, but the pointer is still the tree.
+    if (data.m_DataSize == 1 && data.m_pData != data.m_MemObj.GetPtr())
+        delete static_cast<XML::CXMLElement *>(data.m_pData);
+    data.m_MemObj.DisposePtr();
+    data.m_pData = nullptr;
+    data.m_DataSize = 0;
+    data.m_Form << kResFormReleasedSuffix;
+    return eNoErr;
+}
+
+} // namespace RM
+
+MIREL_NAMESPACE_END

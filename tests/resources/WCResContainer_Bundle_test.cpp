@@ -1,0 +1,384 @@
+#include "resources/WCResContainer_Bundle.h"
+
+#include <gtest/gtest.h>
+
+#include "core/WCStMemObj.h"
+#include "resources/ResourceManager.h"
+#include "tests/resources/ResourcesTestSupport.h"
+
+namespace {
+
+using namespace MIREL_NAMESPACE_NAME;
+using resources_test::BundleTest;
+using resources_test::MakeZip;
+using resources_test::ReadFile;
+using resources_test::WriteFile;
+
+using IDList = std::vector<WCFixedString<31>>;
+namespace fs = std::filesystem;
+
+std::vector<std::string> Strings(const IDList &list) {
+    std::vector<std::string> out;
+    for (const auto &item : list)
+        out.emplace_back(item.c_str());
+    return out;
+}
+
+class BundleFiles : public BundleTest {};
+
+TEST_F(BundleFiles, LoadsFromTheTypeFolderWithTheConfiguredExtension) {
+    Put("resource_config.yaml", "Extensions:\n  PNG_: .png\n");
+    Put("PNG_/knob.png", "knob bytes");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("PNG_", "knob"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "knob bytes");
+    EXPECT_STREQ(resource->m_Data.m_Form.c_str(), "WCStMemeObj");
+    // The default converter hands out the memory object's own bytes.
+    EXPECT_EQ(resource->m_Data.m_pData, resource->m_Data.m_MemObj.GetPtr());
+    EXPECT_EQ(RM::ReleaseResource(resource), eNoErr);
+}
+
+TEST_F(BundleFiles, UnknownTypeUsesTheIdAloneAsFileName) {
+    Put("DATA/1001", "no extension");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("DATA", short(1001)), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "no extension");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleFiles, ZipInTheBundleContentsIsReadBeforeTheOneInResources) {
+    MakeZip(Resources().parent_path() / "IMG_.zip", {{"a.img", "from contents"}});
+    MakeZip(Resources() / "IMG_.zip", {{"a.img", "from resources"}, {"b.img", "only here"}});
+    Put("extensions.txt", "IMG_ .img\n");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("IMG_", "a"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "from contents");
+    RM::ReleaseResource(resource);
+    // The zip chosen for the type is kept; the other one is not merged in.
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("IMG_", "b"), resource), eRMResNotFound);
+}
+
+TEST_F(BundleFiles, ZipEntryNameIsNotGivenTheExtensionTwice) {
+    MakeZip(Resources() / "IMG_.zip", {{"a.img", "one"}});
+    Put("extensions.txt", "IMG_ .img");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("IMG_", "a.img"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "one");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleFiles, TypeFolderWinsOverZipOfTheSameType) {
+    Put("extensions.txt", "IMG_ .img");
+    Put("IMG_/a.img", "from folder");
+    MakeZip(Resources() / "IMG_.zip", {{"a.img", "from zip"}});
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("IMG_", "a"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "from folder");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleFiles, RedirectionStandsInForAMissingFile) {
+    Put("resource_config.yaml", "Extensions:\n  PNG_: .png\n"
+                                "Redirection:\n  PNG_/knob2.png: ../Shared/knob.png\n");
+    Put("Shared/knob.png", "shared knob");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("PNG_", "knob2"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "shared knob");
+    FM::WCStPath actual;
+    FM::WCStPath theoretical;
+    ASSERT_EQ(RM::GetPathToActualFile(container, WCResKey("PNG_", "knob2"), actual), eNoErr);
+    ASSERT_EQ(RM::GetPathToTheoreticalFile(container, WCResKey("PNG_", "knob2"), theoretical),
+              eNoErr);
+    EXPECT_TRUE(actual.IsFile());
+    EXPECT_EQ(theoretical.GetLeaf(), "knob2.png");
+    EXPECT_FALSE(theoretical.IsExist());
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleFiles, RedirectionToAMissingFileIsNotFound) {
+    Put("resource_config.yaml", "Redirection:\n  TXT_/x: nowhere.txt\n");
+    Put("TXT_/y", "y");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("TXT_", "x"), resource), eRMResNotFound);
+    EXPECT_EQ(resource, nullptr);
+}
+
+TEST_F(BundleFiles, ExtensionsTextFileIsIgnoredWhenTheYAMLExists) {
+    Put("resource_config.yaml", "Extensions:\n  TXT_: .yml\n");
+    Put("extensions.txt", "TXT_ .txt\n");
+    Put("TXT_/a.yml", "yaml chose me");
+    Put("TXT_/a.txt", "text file chose me");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "yaml chose me");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleFiles, KeysDifferingInTypeCaseShareOneRecord) {
+    Put("PNG_/k", "upper");
+    Container *container = Open();
+    Resource *first = nullptr;
+    Resource *second = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("PNG_", "k"), first), eNoErr);
+    // The file lookup keeps the case of the key that asked first, so this one is never asked.
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("png_", "k"), second), eNoErr);
+    EXPECT_EQ(first, second);
+    EXPECT_EQ(first->m_RetainCount, 2);
+    RM::ReleaseResource(first);
+    RM::ReleaseResource(second);
+}
+
+class BundleBadInput : public BundleTest {};
+
+TEST_F(BundleBadInput, MissingTypeFolderAndZipIsFileNotFoundAndMapUnchanged) {
+    Put("TXT_/a", "a");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("NONE", "a"), resource), eFMFileNotFound);
+    EXPECT_EQ(resource, nullptr);
+    WSResourceManagerInfo info;
+    ASSERT_EQ(RM::GetResourceManagerInfo(info, container), eNoErr);
+    EXPECT_EQ(info.m_TotalResources, 0u);
+    EXPECT_FALSE(RM::DoesResourceExist(container, WCResKey("NONE", "a")));
+}
+
+TEST_F(BundleBadInput, CorruptZipIsResNotFoundAndARepairedOneIsReadLater) {
+    Put("BIN_.zip", "PK\x03\x04 this is not really a zip at all");
+    Container *container = Open();
+    Resource *loaded = nullptr;
+    Resource *resource = nullptr;
+    Put("OK__/a", "fine");
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("OK__", "a"), loaded), eNoErr);
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("BIN_", "a"), resource), eRMResNotFound);
+    std::uint64_t size = 0;
+    EXPECT_EQ(RM::GetRawResSize(container, WCResKey("BIN_", "a"), size), eRMResNotFound);
+    IDList ids;
+    EXPECT_EQ(RM::GetResIDList(container, "BIN_", ids), eRMResNotFound);
+    EXPECT_TRUE(ids.empty());
+    WSResourceManagerInfo info;
+    RM::GetResourceManagerInfo(info, container);
+    EXPECT_EQ(info.m_TotalResources, 1u);
+    EXPECT_EQ(Text(loaded), "fine");
+
+    MakeZip(Resources() / "BIN_.zip", {{"a", "repaired"}});
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("BIN_", "a"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "repaired");
+    RM::ReleaseResource(resource);
+    RM::ReleaseResource(loaded);
+}
+
+TEST_F(BundleBadInput, BrokenYAMLLeavesAnEmptyConfigurationAndTheBundleUsable) {
+    Put("resource_config.yaml", "Extensions: [unclosed\n  - : :\n");
+    Put("extensions.txt", "TXT_ .txt\n");
+    Put("TXT_/a", "plain");
+    Put("TXT_/a.txt", "by extension");
+    Container *container = Open();
+    ASSERT_NE(container, nullptr);
+    EXPECT_EQ(WCResContainer_Base::FromHandle(container)->GetConfigurationError(),
+              eRMInvalidResContainer);
+    Resource *resource = nullptr;
+    // No extension came from anywhere: the text file is not a fallback for a broken YAML.
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "plain");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleBadInput, WrongShapeOfAMapRefusesTheWholeConfiguration) {
+    Put("resource_config.yaml", "Extensions:\n  TXT_: .txt\nAttributes: [1, 2]\n");
+    Put("TXT_/a", "plain");
+    Container *container = Open();
+    EXPECT_EQ(WCResContainer_Base::FromHandle(container)->GetConfigurationError(),
+              eRMInvalidResContainer);
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
+    EXPECT_EQ(Text(resource), "plain");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleBadInput, KeysThatWouldLeaveTheBundleAreRefused) {
+    Put("TXT_/a", "a");
+    WriteFile(Bundle().parent_path() / "secret", "outside");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("TXT_", "../../../secret"), resource),
+              eRMInvalidResID);
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("..", "secret"), resource), eRMInvalidResID);
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("TXT_", ""), resource), eRMInvalidResID);
+    FM::WCStPath path;
+    EXPECT_EQ(RM::GetPathToTheoreticalFile(container, WCResKey("TXT_", "a/b"), path),
+              eRMInvalidResID);
+    IDList ids;
+    EXPECT_EQ(RM::GetResIDList(container, "../Resources", ids), eRMInvalidResID);
+}
+
+class BundleListing : public BundleTest {};
+
+TEST_F(BundleListing, IDsAreSortedFilteredByExtensionAndCut) {
+    Put("extensions.txt", "PNG_ .png");
+    Put("PNG_/b.png", "");
+    Put("PNG_/a.png", "");
+    Put("PNG_/notes.txt", "");
+    Put("PNG_/.hidden.png", "");
+    Put(std::string("PNG_/") + std::string(40, 'x') + ".png", "");
+    Container *container = Open();
+    IDList ids{WCFixedString<31>("kept")};
+    ASSERT_EQ(RM::GetResIDList(container, "PNG_", ids), eNoErr);
+    EXPECT_EQ(Strings(ids), (std::vector<std::string>{"kept", "a", "b", std::string(31, 'x')}));
+}
+
+TEST_F(BundleListing, FolderHidesTheZipAltogether) {
+    Put("extensions.txt", "IMG_ .img");
+    Put("IMG_/a.img", "");
+    MakeZip(Resources() / "IMG_.zip", {{"a.img", ""}, {"z.img", ""}});
+    Container *container = Open();
+    IDList ids;
+    ASSERT_EQ(RM::GetResIDList(container, "IMG_", ids), eNoErr);
+    EXPECT_EQ(Strings(ids), (std::vector<std::string>{"a"}));
+}
+
+TEST_F(BundleListing, ZipEntriesGiveIDsWithoutExtension) {
+    Put("extensions.txt", "IMG_ .img");
+    MakeZip(Resources() / "IMG_.zip",
+            {{"c.img", ""}, {"Sub/a.img", ""}, {"readme.txt", ""}, {"c.img.bak", ""}});
+    Container *container = Open();
+    IDList ids;
+    ASSERT_EQ(RM::GetResIDList(container, "IMG_", ids), eNoErr);
+    EXPECT_EQ(Strings(ids), (std::vector<std::string>{"a", "c"}));
+}
+
+TEST_F(BundleListing, ShortFormKeepsOnlyNumbers) {
+    Put("XML_/1000", "");
+    Put("XML_/1001", "");
+    Put("XML_/abc", "");
+    Put("XML_/70000", "");
+    Container *container = Open();
+    std::vector<short> ids;
+    ASSERT_EQ(RM::GetResIDList(container, "XML_", ids), eNoErr);
+    EXPECT_EQ(ids, (std::vector<short>{1000, 1001}));
+}
+
+TEST_F(BundleListing, TypesComeFromFoldersAndZipsWithoutDuplicates) {
+    Put("PNG_/a", "");
+    Put("XML_/b", "");
+    MakeZip(Resources() / "PNG_.zip", {{"a", ""}});
+    MakeZip(Resources().parent_path() / "WAV_.zip", {{"a", ""}});
+    MakeZip(Resources() / (std::string(40, 'L') + ".zip"), {{"a", ""}});
+    Put("resource_config.yaml", "");
+    Container *container = Open();
+    IDList types;
+    ASSERT_EQ(RM::GetResTypeList(container, types), eNoErr);
+    EXPECT_EQ(Strings(types), (std::vector<std::string>{"PNG_", "WAV_", "XML_"}));
+}
+
+class BundleChanges : public BundleTest {};
+
+TEST_F(BundleChanges, AddedResourceIsWrittenToItsTheoreticalPath) {
+    Put("extensions.txt", "TXT_ .txt");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::AddResourceCopyData(container, WCResKey("TXT_", "new"), "fresh", 5, resource),
+              eNoErr);
+    EXPECT_NE(resource->m_Flags & RM::kResFlagAddedNotOnDisk, 0u);
+    ASSERT_EQ(RM::WriteResource(resource), eNoErr);
+    EXPECT_EQ(ReadFile(Resources() / "TXT_" / "new.txt"), "fresh");
+    EXPECT_EQ(resource->m_Flags & RM::kResFlagAddedNotOnDisk, 0u);
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleChanges, AddingAKeyThatIsStoredIsRefused) {
+    Put("TXT_/a", "stored");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    EXPECT_EQ(RM::AddResource(container, WCResKey("TXT_", "a"), "x", 1, resource), eRMResExists);
+    EXPECT_EQ(RM::AddOrReplaceResource(container, WCResKey("TXT_", "a"), "new", 3, resource),
+              eNoErr);
+    EXPECT_EQ(Text(resource), "new");
+    ASSERT_EQ(RM::WriteResource(resource), eNoErr);
+    EXPECT_EQ(ReadFile(Resources() / "TXT_" / "a"), "new");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleChanges, AddOnALoadedKeyReplacesItsData) {
+    Put("TXT_/a", "stored");
+    Container *container = Open();
+    Resource *loaded = nullptr;
+    Resource *added = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), loaded), eNoErr);
+    static const char kCallerData[] = "caller";
+    ASSERT_EQ(RM::AddResource(container, WCResKey("TXT_", "a"), kCallerData, 6, added), eNoErr);
+    EXPECT_EQ(added, loaded);
+    EXPECT_EQ(loaded->m_Data.m_pData, kCallerData);
+    EXPECT_EQ(loaded->m_RetainCount, 2);
+    RM::ReleaseResource(added);
+    RM::ReleaseResource(loaded);
+}
+
+TEST_F(BundleChanges, DeferredWriteWaitsForTheContainer) {
+    Container *container = nullptr;
+    Put("TXT_/keep", "k");
+    container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::AddResourceCopyData(container, WCResKey("TXT_", "later"), "late", 4, resource,
+                                      RM::kResLoadDeferredWrite),
+              eNoErr);
+    ASSERT_EQ(RM::WriteResource(resource), eNoErr);
+    EXPECT_FALSE(fs::exists(Resources() / "TXT_" / "later"));
+    ASSERT_EQ(RM::WriteResContainer(container), eNoErr);
+    EXPECT_EQ(ReadFile(Resources() / "TXT_" / "later"), "late");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleChanges, MarkedResourceIsDeletedAtItsLastRelease) {
+    Put("TXT_/gone", "bye");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "gone"), resource), eNoErr);
+    ASSERT_EQ(RM::MarkResourceForDelete(resource), eNoErr);
+    EXPECT_FALSE(RM::DoesResourceExist(container, WCResKey("TXT_", "gone")));
+    EXPECT_TRUE(fs::exists(Resources() / "TXT_" / "gone"));
+    RM::ReleaseResource(resource);
+    EXPECT_FALSE(fs::exists(Resources() / "TXT_" / "gone"));
+}
+
+TEST_F(BundleChanges, UpdateReplacesBytesOfRawResourcesOnly) {
+    Put("TXT_/a", "old");
+    Container *container = Open();
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
+    ASSERT_EQ(RM::UpdateResource(resource, "newer", 5), eNoErr);
+    EXPECT_EQ(Text(resource), "newer");
+    EXPECT_EQ(RM::UpdateResource(resource, nullptr, 3), eMemNullPointer);
+    EXPECT_EQ(Text(resource), "newer");
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(BundleChanges, AttributesComeFromTextAndPersistAsYAML) {
+    Put("attributes.txt", "PNG_:knob:frames 64\n");
+    Put("PNG_/knob", "");
+    Container *container = Open();
+    WCFixedString<127> value;
+    ASSERT_EQ(RM::GetResourceAttrib(container, WCResKey("PNG_", "knob"), "frames", value), eNoErr);
+    EXPECT_EQ(value, "64");
+    EXPECT_FALSE(RM::HasResourceAttrib(container, WCResKey("PNG_", "knob"), "width"));
+    EXPECT_EQ(RM::GetResourceAttrib(container, WCResKey("PNG_", "knob"), "width", value),
+              eRMResNotFound);
+    ASSERT_EQ(RM::SetResourceAttrib(container, WCResKey("PNG_", "knob"), "width", "32"), eNoErr);
+    ASSERT_EQ(RM::WriteResContainer(container), eNoErr);
+    RM::CloseResContainer(container);
+
+    container = Open();
+    ASSERT_EQ(RM::GetResourceAttrib(container, WCResKey("PNG_", "knob"), "width", value), eNoErr);
+    EXPECT_EQ(value, "32");
+    ASSERT_EQ(RM::GetResourceAttrib(container, WCResKey("PNG_", "knob"), "frames", value), eNoErr);
+    EXPECT_EQ(value, "64");
+}
+
+} // namespace
