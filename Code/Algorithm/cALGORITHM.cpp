@@ -273,12 +273,7 @@ BUFFER_HEADER *cALGORITHM::UpdateAlg() {
         WCStAlgLocker lock(*this);
         chain = UpdateAlgSelf();
         // Repeating the side-chain state is what makes a stored -1 take effect later.
-        if (m_SideChainActive != -1) {
-            CallExecCallBack(eExecSideChain,
-                             reinterpret_cast<void *>(std::intptr_t(m_SideChainActive)), nullptr,
-                             nullptr);
-            m_Broadcaster.ActiveSideChainChanged(m_SideChainActive > 0);
-        }
+        ChangeSideChainActive(m_SideChainActive);
         m_LinkGroups.AtUpdateAlg();
         m_UpdateAlgRequired = false;
     }

@@ -192,6 +192,13 @@ public:
     EPluginSetup GetActiveSetup() const { return m_ActiveSetup; }
     bool GetBypass() const { return m_Bypass; }
     BUFFER_HEADER *SetBypass(bool value);
+    // [main-thread] SetMuteSelf's chain is sent (operation 0) and freed.
+    int SetMute(bool value);
+    bool GetMute() const { return m_Mute; }
+    // -1 only stores; any other value goes to the process side (operation 74) and to the
+    // listeners, then is stored. UpdateAlg repeats the stored value, so a -1 takes effect later.
+    virtual void ChangeSideChainActive(signed char value);
+    signed char GetSideChainActive() const { return m_SideChainActive; }
     int GetNumChunks() const { return 1; }
     virtual int GetIndexedChunkID(int index, WCFourCC &id) const;
     float GetMinOutInRatio() const { return m_MinOutInRatio; }

@@ -67,6 +67,23 @@ BUFFER_HEADER *cALGORITHM::SetBypass(bool value) {
     return nullptr;
 }
 
+int cALGORITHM::SetMute(bool value) {
+    m_Mute = value;
+    BUFFER_HEADER *chain = SetMuteSelf(value);
+    const int err = SendAndFreeBuffers(chain, eExecSendBuffers, true);
+    Report("isMute", value ? "true" : "false");
+    return err;
+}
+
+void cALGORITHM::ChangeSideChainActive(signed char value) {
+    if (value != -1) {
+        CallExecCallBack(eExecSideChain, reinterpret_cast<void *>(std::intptr_t(value)), nullptr,
+                         nullptr);
+        m_Broadcaster.ActiveSideChainChanged(value > 0);
+    }
+    m_SideChainActive = value;
+}
+
 int cALGORITHM::GetIndexedChunkID(int index, WCFourCC &id) const {
     if (index != 0)
         return eIllegalChunkIndex;

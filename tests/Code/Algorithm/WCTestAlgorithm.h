@@ -170,6 +170,12 @@ protected:
         return 0;
     }
     void DisposeSelf() override { m_Hooks.push_back("DisposeSelf"); }
+    // Muting silences the one state word.
+    BUFFER_HEADER *SetMuteSelf(bool mute) override {
+        return mute ? NewBuffer(ml::KPAPI_PROCESS_MEMORY::eBufferStates, GetMemOpWrite(), 0,
+                                GetStatesOfs(), 1, 0)
+                    : nullptr;
+    }
     int ChangeSampleRateSelf() override {
         m_Hooks.push_back("ChangeSampleRateSelf");
         return 0;

@@ -197,6 +197,42 @@ TEST(AlgorithmSampleRate, AboveTheMaximumIsRefusedAndKeepsTheRate) {
     alg->UnLockAlg();
 }
 
+TEST(AlgorithmSideChain, MinusOneOnlyStoresAndUpdateAlgRepeatsTheValue) {
+    WCRecordingShell shell;
+    CreateTestAlgorithm(shell);
+    ASSERT_EQ(shell.Start(), 0);
+    ml::cALGORITHM *alg = shell.Algorithm();
+    shell.ClearLog();
+    alg->ChangeSideChainActive(-1);
+    EXPECT_TRUE(shell.Calls().empty());
+    EXPECT_EQ(alg->GetSideChainActive(), -1);
+    alg->ChangeSideChainActive(1);
+    ASSERT_EQ(shell.Calls().size(), 1u);
+    EXPECT_EQ(shell.Calls()[0].op, ml::eExecSideChain);
+    EXPECT_EQ(shell.Calls()[0].arg1, 1);
+    shell.ClearLog();
+    ASSERT_EQ(shell.Update(), 0);
+    std::size_t repeats = 0;
+    for (auto const &call : shell.Calls())
+        if (call.op == ml::eExecSideChain && call.arg1 == 1)
+            ++repeats;
+    EXPECT_EQ(repeats, 1u);
+}
+
+TEST(AlgorithmMute, MuteChainIsSentAndFreed) {
+    WCRecordingShell shell;
+    CreateTestAlgorithm(shell);
+    ASSERT_EQ(shell.Start(), 0);
+    shell.ClearLog();
+    EXPECT_EQ(shell.Algorithm()->SetMute(true), 0);
+    EXPECT_TRUE(shell.Algorithm()->GetMute());
+    EXPECT_EQ(shell.Ops(), (std::vector<int>{5, 0, 4}));
+    shell.ClearLog();
+    EXPECT_EQ(shell.Algorithm()->SetMute(false), 0);
+    EXPECT_TRUE(shell.Ops().empty()) << "nothing to send when the hook builds nothing";
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
+}
+
 TEST(AlgorithmIdle, CountsEveryTickAndTheHookDecides) {
     WCRecordingShell shell;
     WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
