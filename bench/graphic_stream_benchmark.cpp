@@ -145,7 +145,7 @@ public:
     std::map<std::string, double> m_Times;
     void ReportRuns(const std::vector<Run> &runs) override {
         for (const Run &run : runs)
-            m_Times[run.benchmark_name()] = run.GetAdjustedRealTime();
+            m_Times[run.benchmark_name()] = run.GetAdjustedCPUTime();
         ConsoleReporter::ReportRuns(runs);
     }
 };
@@ -155,7 +155,7 @@ void PrintRatio(const WCRatioReporter &reporter, const char *what, const char *m
     const auto m = reporter.m_Times.find(measured);
     const auto f = reporter.m_Times.find(floor);
     if (m != reporter.m_Times.end() && f != reporter.m_Times.end() && f->second > 0)
-        std::printf("%s: %.1fx the time of %s\n", what, m->second / f->second, floor);
+        std::printf("%s: %.1fx the CPU time of %s\n", what, m->second / f->second, floor);
 }
 
 } // namespace
