@@ -6,6 +6,7 @@
 #include "Utilities/XML/Code/PugiXML.h"
 #include "Utilities/XML/Code/PugiXMLHelpers.h"
 #include "Utilities/XML/Code/WUAtoi.h"
+#include "Utilities/XML/Code/XMLPathHelpers.h"
 #include "tests/Utilities/XML/Code/XMLTestSupport.h"
 
 namespace {
@@ -195,6 +196,19 @@ TEST(XMLHelpersStrings, VectorsDropEmptyTokensAndCDATAEntitiesRoundTrip) {
     EXPECT_TRUE(flag);
     ML::PugiXML::ReadFromXML_SetBoolTrueIfSubElementExists(doc.child("r"), "None", flag);
     EXPECT_TRUE(flag); // never cleared
+}
+
+TEST(XMLHelpersPaths, InvalidTextKeepsThePath) {
+    ML::FM::WCStPath path("/tmp/kept");
+    CXMLElement empty("P");
+    EXPECT_EQ(ML::XML::ReadFromXML_WTPathRef(&empty, path), ML::eNoErr);
+    EXPECT_EQ(path.GetNativePathString().compare("/tmp/kept"), 0);
+    CXMLElement other("P", "/opt/new place");
+    ML::XML::ReadFromXML_WTPathRef(&other, path);
+    EXPECT_EQ(path.GetNativePathString().compare("/opt/new place"), 0);
+    CXMLElement out("P");
+    ML::XML::WriteToXML_WTPathRef(&out, path);
+    EXPECT_EQ(out.GetText(), "/opt/new place");
 }
 
 TEST(WUAtoiTable, WholeNumbersOnly) {
