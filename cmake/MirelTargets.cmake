@@ -20,7 +20,13 @@ function(mirel_add_runtime name)
   get_property(layers GLOBAL PROPERTY MIREL_LAYERS)
   file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/mirel_runtime_anchor.cpp "// anchors the shared run-time\n")
   add_library(${name} SHARED ${CMAKE_CURRENT_BINARY_DIR}/mirel_runtime_anchor.cpp)
-  target_link_libraries(${name} PUBLIC "$<LINK_LIBRARY:WHOLE_ARCHIVE,${layers}>")
+  # Every object of every layer goes in, whether or not another layer calls it. The layers are
+  # linked privately only for their packages: no archive member is pulled twice because the
+  # objects already define every symbol, and users of the shared library never see the archives.
+  foreach(layer IN LISTS layers)
+    target_sources(${name} PRIVATE $<TARGET_OBJECTS:${layer}>)
+  endforeach()
+  target_link_libraries(${name} PRIVATE ${layers})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION})
 endfunction()
