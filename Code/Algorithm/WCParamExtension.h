@@ -1,0 +1,31 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+#include "core/MirelNamespace.h"
+
+MIREL_NAMESPACE_BEGIN
+
+// What a plug-in attaches to a parameter beyond its value: one block of data per setup, which
+// follows the active setup when it changes. Created by a factory named in the parameter XML and
+// owned by the parameter. [main-thread]
+class WCParamExtension {
+public:
+    virtual ~WCParamExtension() = default;
+    // Called when the active setup changes, so the extension shows the new setup's data.
+    virtual void TakeSetupData(int setup) { m_ActiveSetup = setup == 1 ? 1 : 0; }
+    int GetActiveSetup() const { return m_ActiveSetup; }
+
+private:
+    int m_ActiveSetup = 0;
+};
+
+// Data a parameter keeps for drawing its graph, one per setup. [main-thread]
+class WCGraphDataBase {
+public:
+    virtual ~WCGraphDataBase() = default;
+};
+
+MIREL_NAMESPACE_END
