@@ -119,14 +119,3 @@ TEST(GraphicStreamVocabulary, ColoursPrintAsHtml) {
     SGSRGBAColorToHTMLColor(SGSRGBAColor{0x0A, 0xFF, 0x80, 0x10}, text);
     EXPECT_STREQ(text.c_str(), "#0aff80");
 }
-
-TEST(GraphicStreamVocabulary, DataRecordDescribesItself) {
-    SGSData data;
-    data.type = eGSTypeChar;
-    data.purpose = eGSPurposeText;
-    data.num_elements = 5;
-    data.header.size = 36;
-    WCFixedString<127> text;
-    SGSDataToText(data, text);
-    EXPECT_STREQ(text.c_str(), "DataHere char/Text 5 elements, 36 bytes");
-}
