@@ -234,10 +234,6 @@ WCFixedStringBase &WCFixedStringBase::append_random_chars(std::uint64_t count) n
 WCFixedStringBase &WCFixedStringBase::operator<<(const WCFixedStringBase &other) noexcept {
     return append(other.data(), other.size());
 }
-WCFixedStringBase &WCFixedStringBase::operator<<(char ch) noexcept {
-    put(ch);
-    return *this;
-}
 WCFixedStringBase &WCFixedStringBase::operator<<(short value) noexcept {
     append_signed(value);
     return *this;

@@ -48,7 +48,10 @@ public:
 
     // Appending, under the truncation rule.
     WCFixedStringBase &operator<<(const WCFixedStringBase &other) noexcept;
-    WCFixedStringBase &operator<<(char ch) noexcept;
+    WCFixedStringBase &operator<<(char ch) noexcept {
+        put(ch);
+        return *this;
+    }
     WCFixedStringBase &operator<<(short value) noexcept;
     WCFixedStringBase &operator<<(int value) noexcept;
     WCFixedStringBase &operator<<(unsigned int value) noexcept;
@@ -154,7 +157,7 @@ public:
     void to_lower() noexcept;
     void to_upper() noexcept;
 
-protected:
+    // Public, so a string can be built over a caller's own buffer: WCFixedStringBase s(buf, 63).
     ~WCFixedStringBase() = default;
 
 private:

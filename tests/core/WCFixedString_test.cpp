@@ -83,6 +83,10 @@ TEST(WCFixedString, AssigningEmptiesFirstAndSurvivesItsOwnText) {
     base = base;
     EXPECT_STREQ(s.data(), "same");
 
+    char buffer[8];
+    WCFixedStringBase over(buffer, sizeof buffer - 1); // a string over the caller's storage
+    over << "abcdefghij";
+    EXPECT_STREQ(buffer, "abcdefg");
     S15 own("hello world");
     own.assign(own.data() + 6);
     EXPECT_STREQ(own.data(), "world");
