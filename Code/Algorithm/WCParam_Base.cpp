@@ -24,6 +24,9 @@ void WCParam_Base::SetScale(double min, double max, double res, std::int32_t num
                             WTScaleFunctionsMap const *userScales) {
     min = Finite(min);
     max = Finite(max);
+    m_ScaleMin = min;
+    m_ScaleMax = max;
+    m_ScaleResolution = std::isfinite(res) ? res : 1.0;
     m_ScaleType = typeName != nullptr ? typeName : "";
     m_Scale = sSCALE_INFO();
     m_Scale.extra = Finite(var);

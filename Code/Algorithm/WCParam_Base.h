@@ -98,6 +98,10 @@ public:
     std::int32_t GetNumStates() const noexcept { return m_NumStates; }
     double GetStateStep() const noexcept { return m_StateStep; }
     sSCALE_INFO const &GetScaleInfo() const noexcept { return m_Scale; }
+    // The range as SetScale took it, after non-finite ends became 0; tools write it back.
+    double GetScaleMin() const noexcept { return m_ScaleMin; }
+    double GetScaleMax() const noexcept { return m_ScaleMax; }
+    double GetScaleResolution() const noexcept { return m_ScaleResolution; }
     WCFixedStringBase const &GetScaleType() const noexcept { return m_ScaleType; }
     WTScaleFunction GetForwardFunction() const noexcept { return m_Forward; }
     WTScaleFunction GetInverseFunction() const noexcept { return m_Inverse; }
@@ -139,6 +143,9 @@ protected:
     double m_ResetValue = 0.0;
     double m_InitialValue = 0.0;
     DisplayFunctionProxy m_DisplayFunction;
+    double m_ScaleMin = 0.0;
+    double m_ScaleMax = 0.0;
+    double m_ScaleResolution = 1.0;
 };
 
 MIREL_NAMESPACE_END

@@ -56,6 +56,15 @@ struct sCONTROL_PARAM : public WCParam_Base {
     std::vector<ControlledLinkGroup> m_ControlledLinkGroups;
     // The display table of "DisplayRealWorldString": index = real-world value.
     std::vector<WCFixedString<127>> m_DisplayStrings;
+    // The names the parameter XML used, kept so tools can write the parameter back.
+    WCFixedString<127> m_DisplayFunctionName;
+    WCFixedString<127> m_MouseDeltaFunctionName;
+    WCFixedString<127> m_ExtensionClassName;
+    WCFixedString<127> m_ExtensionDataType;
+    WCFixedString<127> m_DrawClassName;
+    WCFixedString<127> m_DrawDataType;
+    WCFixedString<31> m_StateDataType;
+    std::vector<int> m_OmitFromMap;
 };
 
 MIREL_NAMESPACE_END
