@@ -54,13 +54,16 @@ struct WCPoint2D {
         return *this;
     }
     constexpr bool operator==(const WCPoint2D &o) const noexcept = default;
-
-    // Arithmetic shift of both coordinates; a shift outside the width of T is clamped into it.
-    constexpr WCPoint2D operator>>(short shift) const noexcept requires std::is_integral_v<T> {
-        constexpr int kMaxShift = static_cast<int>(sizeof(T)) * 8 - 1;
-        const int s = shift < 0 ? 0 : (shift > kMaxShift ? kMaxShift : shift);
-        return WCPoint2D(static_cast<T>(x >> s), static_cast<T>(y >> s));
-    }
 };
+
+// Arithmetic shift of both coordinates; a shift outside the width of T is clamped into it. A free
+// function, so that instantiating a point of a floating type never touches it.
+template <typename T>
+requires std::is_integral_v<T>
+constexpr WCPoint2D<T> operator>>(const WCPoint2D<T> &p, short shift) noexcept {
+    constexpr int kMaxShift = static_cast<int>(sizeof(T)) * 8 - 1;
+    const int s = shift < 0 ? 0 : (shift > kMaxShift ? kMaxShift : shift);
+    return WCPoint2D<T>(static_cast<T>(p.x >> s), static_cast<T>(p.y >> s));
+}
 
 MIREL_NAMESPACE_END

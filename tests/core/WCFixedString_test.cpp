@@ -79,8 +79,8 @@ TEST(WCFixedString, AssigningEmptiesFirstAndSurvivesItsOwnText) {
     s = static_cast<const char *>(nullptr);
     EXPECT_TRUE(s.empty());
     s = "same";
-    WCFixedStringBase &base = s;
-    base = base;
+    WCFixedStringBase &base = s, &alias = s;
+    base = alias; // self-assignment is a no-op
     EXPECT_STREQ(s.data(), "same");
 
     char buffer[8];
