@@ -4,6 +4,7 @@
 #include <memory>
 #include <new>
 #include <ostream>
+#include <vector>
 
 #include "resources/WCResConvertObj.h"
 
@@ -227,12 +228,16 @@ int WCResContainer_Base::ReleaseAllResources() {
     WTResMap records;
     records.swap(m_ResMap);
     // Variants first, so no base is disposed of while a variant still points at its data.
-    for (auto &[key, resource] : records)
+    std::vector<WTResourceType *> bases;
+    bases.reserve(records.size());
+    for (auto &[key, resource] : records) {
         if (resource->m_pParent != nullptr)
             DestroyRecord(resource);
-    for (auto &[key, resource] : records)
-        if (resource->m_pParent == nullptr)
-            DestroyRecord(resource);
+        else
+            bases.push_back(resource);
+    }
+    for (WTResourceType *resource : bases)
+        DestroyRecord(resource);
     return eNoErr;
 }
 

@@ -53,9 +53,12 @@ WCResContainer_Base *WCResourceManager::FindLocked(const WCResContainerInfo &inf
     return nullptr;
 }
 
-bool WCResourceManager::ContainsLocked(const WCResContainer_Base *container) const {
-    // By address only: a stale handle must never be read.
-    return std::find(m_Containers.begin(), m_Containers.end(), container) != m_Containers.end();
+WCResContainer_Base *WCResourceManager::FindHandleLocked(WTResContainerType *handle) const {
+    // Compared as handles, never cast: a stale handle must not be read.
+    for (WCResContainer_Base *open : m_Containers)
+        if (static_cast<WTResContainerType *>(open) == handle)
+            return open;
+    return nullptr;
 }
 
 int WCResourceManager::OpenLocked(const WCResContainerInfo &info, WTResContainerType *&outContainer,
@@ -123,10 +126,11 @@ int WCResourceManager::AttachResContainer(WTNativeDLLRefType *const module,
 int WCResourceManager::CloseResContainer(WTResContainerType *&ioContainer) {
     if (ioContainer == nullptr)
         return eMemNullPointer;
-    WCResContainer_Base *container = WCResContainer_Base::FromHandle(ioContainer);
+    WTResContainerType *handle = ioContainer;
     ioContainer = nullptr;
     miThread::WCStThreadMutexLocker lock(m_Mutex);
-    if (!ContainsLocked(container))
+    WCResContainer_Base *container = FindHandleLocked(handle);
+    if (container == nullptr)
         return eRMInvalidNativeResContainer;
     if (container->m_RetainCount > 1) {
         --container->m_RetainCount;
@@ -142,7 +146,7 @@ bool WCResourceManager::IsOpenResContainer(WTResContainerType *container) {
     if (container == nullptr)
         return false;
     miThread::WCStThreadMutexLocker lock(m_Mutex);
-    return ContainsLocked(WCResContainer_Base::FromHandle(container));
+    return FindHandleLocked(container) != nullptr;
 }
 
 std::int32_t WCResourceManager::GetRetainCount(const FM::WCStPath &path) {
@@ -154,15 +158,15 @@ std::int32_t WCResourceManager::GetRetainCount(const FM::WCStPath &path) {
 
 std::int32_t WCResourceManager::GetRetainCount(WTResContainerType *container) {
     miThread::WCStThreadMutexLocker lock(m_Mutex);
-    WCResContainer_Base *open = WCResContainer_Base::FromHandle(container);
-    return container && ContainsLocked(open) ? open->m_RetainCount : -1;
+    const WCResContainer_Base *open = container ? FindHandleLocked(container) : nullptr;
+    return open ? open->m_RetainCount : -1;
 }
 
 int WCResourceManager::GetInfo(WSResourceManagerInfo &outInfo, WTResContainerType *container) {
     outInfo = WSResourceManagerInfo();
     miThread::WCStThreadMutexLocker lock(m_Mutex);
     for (WCResContainer_Base *open : m_Containers) {
-        if (container != nullptr && open != WCResContainer_Base::FromHandle(container))
+        if (container != nullptr && static_cast<WTResContainerType *>(open) != container)
             continue;
         ++outInfo.m_NumContainers;
         outInfo.m_TotalContainerRetain += static_cast<std::uint64_t>(open->m_RetainCount);

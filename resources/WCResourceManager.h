@@ -56,7 +56,8 @@ private:
     // Under the lock: enters a new container or retains the open one of the same path.
     int OpenLocked(const WCResContainerInfo &info, WTResContainerType *&outContainer,
                    int invalidError);
-    bool ContainsLocked(const WCResContainer_Base *container) const;
+    // Under the lock: the open container of a handle, or null.
+    WCResContainer_Base *FindHandleLocked(WTResContainerType *handle) const;
 
     miThread::ThreadMutexInited m_Mutex;
     // Sorted by path.
