@@ -16,20 +16,42 @@ std::atomic<bool> g_counting{false};
 std::atomic<int> g_allocations{0};
 } // namespace
 
-// GCC pairs the free below with the replaced new and warns; the pair is malloc and free.
+// Every form is replaced, so whatever one form allocates its matching form frees. GCC pairs the
+// frees with the replaced news and warns; each pair is malloc and free.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-void *operator new(std::size_t size) {
+void *operator new(std::size_t size, std::nothrow_t const &) noexcept {
     if (g_counting)
         ++g_allocations;
-    if (void *p = std::malloc(size ? size : 1))
+    return std::malloc(size ? size : 1);
+}
+void *operator new(std::size_t size) {
+    if (void *p = operator new(size, std::nothrow))
         return p;
     throw std::bad_alloc();
+}
+void *operator new[](std::size_t size) {
+    return operator new(size);
+}
+void *operator new[](std::size_t size, std::nothrow_t const &tag) noexcept {
+    return operator new(size, tag);
 }
 void operator delete(void *p) noexcept {
     std::free(p);
 }
 void operator delete(void *p, std::size_t) noexcept {
+    std::free(p);
+}
+void operator delete(void *p, std::nothrow_t const &) noexcept {
+    std::free(p);
+}
+void operator delete[](void *p) noexcept {
+    std::free(p);
+}
+void operator delete[](void *p, std::size_t) noexcept {
+    std::free(p);
+}
+void operator delete[](void *p, std::nothrow_t const &) noexcept {
     std::free(p);
 }
 #pragma GCC diagnostic pop
