@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 #include <ctime>
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
@@ -167,6 +168,10 @@ int cALGORITHM::FinishCreate() {
     StartRedisReporting();
     if (GetPluginValue_bool("NeedProcessThreadSafe", false))
         m_ProcessLock.init();
+    // A missing parameter XML leaves no parameters; its code stays in GetParameterListError and
+    // the plug-in's own step still decides the result.
+    (void)PrepareParameterVec();
+    ScaleAllParams(-1);
     m_AutomationManager.Init(this);
     m_Broadcaster.insert(&m_ShellListener);
     m_AutomationManager.FinishCreate();
@@ -183,10 +188,47 @@ int cALGORITHM::FinishCreate() {
 
 void cALGORITHM::InitExportItemMap() {
     InitExportItemMapSelf();
+    m_ExportItems.add_item("track_name",
+                           std::make_unique<WCExportItem_call_alg_set_func_with_const_char>(
+                               [this](char const *text) { return SetTrackName(text); }));
+    m_ExportItems.add_item("track_volume",
+                           std::make_unique<WCExportItem_call_alg_set_func_with_const_char>(
+                               [this](char const *text) {
+                                   char *end = nullptr;
+                                   const double volume = std::strtod(text, &end);
+                                   return end == text ? eValueWrongSize : SetTrackVolume(volume);
+                               }));
+    m_ExportItems.add_item_pattern(
+        WCExportItem_ControlRealWorldToState::kPattern,
+        std::make_unique<WCExportItem_ControlRealWorldToState>(
+            [this](std::int64_t control, double &inOut) {
+                return ControlStateFromRealWorldValue(control, inOut);
+            }));
 }
 
 void cALGORITHM::Init_Key_Values() {
     Init_Key_Values_Self();
+    // Capabilities a plug-in may have set in its own step keep its value.
+    for (char const *key :
+         {"StaticSidechain", "NotifyTouchReleaseOnPresetLoad", "GUI_resize_supported",
+          "GUI_screen_oversize_supported", "IsMirelEditModeEnabled", "ShowAllHTMLs",
+          "HideAllHTMLs", "ShowAllChildWindows", "HideAllChildWindows", "GUI_System_ExecuteCopy",
+          "GUI_System_ExecuteSwitch", "ARASupport"}) {
+        if (!m_KeyValues.Has(key))
+            m_KeyValues.Set(key, false);
+    }
+    // The edit mode exists only where its diagnostics folder does; none is configured here.
+    if (!m_KeyValues.Has("EnableMirelEditMode"))
+        m_KeyValues.Set("EnableMirelEditMode", false);
+    for (char const *key : {"inputs:stem", "sidechain_inputs:stem", "outputs:stem",
+                            "through_delay", "tail:length"}) {
+        if (!m_KeyValues.Has(key))
+            m_KeyValues.Set(key, std::int32_t(0));
+    }
+    if (!m_KeyValues.Has("channels:num:max"))
+        m_KeyValues.SetFunc("channels:num:max", [this] {
+            return WCKeyValue::Value(std::max(m_DSPReqRes.inputs, m_DSPReqRes.outputs));
+        });
     // Registered by function, so a read always sees the current value.
     m_KeyValues.SetFunc("num_DoIdle_calls", [this] { return WCKeyValue::Value(m_NumDoIdleCalls); });
     m_KeyValues.SetFunc("num_UpdateAlg_calls",
@@ -284,7 +326,14 @@ BUFFER_HEADER *cALGORITHM::UpdateAlg() {
 int cALGORITHM::DoIdle(short level) {
     ++m_NumDoIdleCalls;
     int err = m_MeterManager.UpdateDisplay();
-    // Parameter displays at or above `level` refresh here once parameters exist.
+    for (auto &param : m_Params) {
+        if (param.GetUpdateFlags() < static_cast<std::uint32_t>(level < 0 ? 0 : level))
+            continue;
+        // Bit 2 of the update flags asks for a new value text.
+        if ((param.GetUpdateFlags() & 2u) != 0)
+            param.UpdateValueString(m_ActiveSetup);
+        param.SetUpdateFlags(0);
+    }
     const int selfErr = DoIdleSelf(level);
     if (selfErr != eNoErr)
         err = selfErr;

@@ -11,10 +11,13 @@
 #include "Code/Algorithm/MirelComponentInfo.h"
 #include "Code/Algorithm/WCAlgorithmBroadcaster.h"
 #include "Code/Algorithm/WCAutomationManager.h"
+#include "Code/Algorithm/WCExportItemsContainer.h"
 #include "Code/Algorithm/WCKeyValue.h"
 #include "Code/Algorithm/WCLinkGroups.h"
 #include "Code/Algorithm/WCMeterManager.h"
 #include "Code/Algorithm/WCMusicInfo.h"
+#include "Code/Algorithm/WSParamMaps.h"
+#include "Code/Algorithm/sCONTROL_PARAM.h"
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
 #include "core/WCFourCC.h"
@@ -230,8 +233,21 @@ public:
     // Writes a key of this instance in Redis; -21001 while the instance reports nowhere.
     virtual int SetRedisKeyValue(char const *key, char const *value);
 
-    // ---- parameters (the parameter work fills these) ---------------------------------------
-    std::uint64_t GetNumParams() const { return 0; }
+    // ---- parameters ------------------------------------------------------------------------
+    // The parameters in XML order; the index is the parameter id. Built once by FinishCreate.
+    std::uint64_t GetNumParams() const { return m_Params.size(); }
+    // Null for an id beyond the list.
+    sCONTROL_PARAM *GetParam(std::uint64_t id);
+    sCONTROL_PARAM const *GetParam(std::uint64_t id) const;
+    std::vector<sCONTROL_PARAM> const &GetParams() const { return m_Params; }
+    // The maps the parameter XML names, kept for the GUIs.
+    WSParamMaps const &GetParamMaps() const { return m_ParamMaps; }
+    // The code BuildParameterList gave, 0 when the parameters read.
+    int GetParameterListError() const { return m_ParameterListError; }
+    // [main-thread] Real world from the initial values; -1 both setups, the active one first.
+    void ScaleAllParams(int setup);
+    // [main-thread] State back from real world; -1 the active setup.
+    void UnscaleAllParams(int setup);
     // -19 for an id beyond the list.
     int GetParamRealWorld(std::uint64_t id, double &value) const;
     int RealWorldToState(std::uint64_t id, double &inOut) const;
@@ -254,8 +270,15 @@ public:
     // Copies the value when it fits: 0, or -29 absent, -30 too large, -4003 null buffer.
     int GetPluginValueBinary(char const *key, void *buffer, std::uint64_t size) const;
     int GetPluginValueStr(char const *key, WCFixedStringBase &out) const;
-    // Export items: none until the key/value work adds them.
     bool IsExportItemSupported(char const *key) const;
+    // Writes to an export item the key names, or else to the store; -4003 for null data.
+    int SetPluginValueBinary(char const *key, void const *data, std::uint64_t size);
+    WCExportItemsContainer &ExportItems() { return m_ExportItems; }
+    // The track the host put the instance on, as "track_name" and "track_volume" receive it.
+    int SetTrackName(char const *name);
+    int SetTrackVolume(double volume);
+    WCFixedStringBase const &GetTrackName() const { return m_TrackName; }
+    double GetTrackVolume() const { return m_TrackVolume; }
 
     // ---- presets (the presets work fills these) --------------------------------------------
     virtual Preset::CPresetsManager *GetPresetsManager() { return m_pPresetsManager; }
@@ -385,6 +408,26 @@ protected:
     virtual void AdjustProcessCodeDescriptionsSelf() {}
     virtual void InitExportItemMapSelf() {}
     virtual void Init_Key_Values_Self() {}
+    virtual int PrepareDisplayFunctionsMapSelf() { return 0; }
+    virtual int PrepareScaleFunctionsMapSelf() { return 0; }
+    virtual int PrepareMouseDeltaFunctionsMapSelf() { return 0; }
+    virtual int PrepareDrawClassFactoryMapSelf() { return 0; }
+    virtual int PrepareParamExtensionFactoryMapSelf() { return 0; }
+    virtual int SetTrackNameSelf(char const *) { return 0; }
+    // The text of the parameter XML: the "ParamXML" resource with the preset resource number.
+    // A plug-in that carries its parameters another way overrides it.
+    virtual int ReadParamXML(Utils::WCStMemObj &out) const;
+
+    // Fills the five maps (built-ins, then each ...Self hook) and builds the parameter list.
+    int PrepareParameterVec();
+    int PrepareDisplayFunctionsMap();
+    int PrepareScaleFunctionsMap();
+    int PrepareMouseDeltaFunctionsMap();
+    int PrepareDrawClassFactoryMap();
+    int PrepareParamExtensionFactoryMap();
+    // Reads the parameter XML into the list; the resource's error leaves the list empty.
+    int BuildParameterList();
+    WSParamMaps &ParamMaps() { return m_ParamMaps; }
 
     // Construction and lifecycle steps.
     void ResetAllmembers();
@@ -465,6 +508,12 @@ private:
     GUIMap m_GUIMap;
     Redis::WCMirelRedisReporter *m_pReporter = nullptr;
     WCKeyValue m_KeyValues;
+    WCExportItemsContainer m_ExportItems;
+    std::vector<sCONTROL_PARAM> m_Params;
+    WSParamMaps m_ParamMaps;
+    int m_ParameterListError = 0;
+    WCFixedString<127> m_TrackName;
+    double m_TrackVolume = 0.0;
     WTResContainerType *m_pResContainer = nullptr;
     std::uint64_t m_NumDoIdleCalls = 0;
     std::uint64_t m_NumUpdateAlgCalls = 0;

@@ -44,15 +44,43 @@ bool cALGORITHM::HasPluginValue(char const *key) const {
 }
 
 int cALGORITHM::GetPluginValueBinary(char const *key, void *buffer, std::uint64_t size) const {
-    return m_KeyValues.GetBinary(key, buffer, size);
+    // The store accepts a larger buffer; what it lacks, or what does not fit, goes on to the
+    // export items, which insist on the exact size.
+    const int err = m_KeyValues.GetBinary(key, buffer, size);
+    if (err == eNoErr || err == eMemNullPointer)
+        return err;
+    return m_ExportItems.get_value_binary(key, buffer, size);
+}
+
+int cALGORITHM::SetPluginValueBinary(char const *key, void const *data, std::uint64_t size) {
+    if (data == nullptr)
+        return eMemNullPointer;
+    if (key == nullptr)
+        return eValueNotFound;
+    if (m_ExportItems.is_item_supported(key))
+        return m_ExportItems.set_value_binary(key, data, size);
+    m_KeyValues.Set(key, std::string(static_cast<char const *>(data), size));
+    return eNoErr;
 }
 
 int cALGORITHM::GetPluginValueStr(char const *key, WCFixedStringBase &out) const {
-    return m_KeyValues.GetStr(key, out);
+    if (m_KeyValues.Has(key))
+        return m_KeyValues.GetStr(key, out);
+    return m_ExportItems.get_value_str(key, out);
 }
 
-bool cALGORITHM::IsExportItemSupported(char const *) const {
-    return false;
+bool cALGORITHM::IsExportItemSupported(char const *key) const {
+    return m_ExportItems.is_item_supported(key);
+}
+
+int cALGORITHM::SetTrackName(char const *name) {
+    m_TrackName = name;
+    return SetTrackNameSelf(m_TrackName.c_str());
+}
+
+int cALGORITHM::SetTrackVolume(double volume) {
+    m_TrackVolume = volume;
+    return eNoErr;
 }
 
 // ---- setups, bypass, chunks -----------------------------------------------------------------
@@ -155,29 +183,6 @@ int cALGORITHM::UpdateHostTrackState(bool monitoring) {
 
 int cALGORITHM::SetRedisKeyValue(char const *, char const *) {
     return m_pReporter == nullptr ? kErrRedisNotConnected : eNotImplemented;
-}
-
-// ---- parameters -----------------------------------------------------------------------------
-
-int cALGORITHM::GetParamRealWorld(std::uint64_t id, double &) const {
-    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
-}
-
-int cALGORITHM::RealWorldToState(std::uint64_t id, double &) const {
-    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
-}
-
-int cALGORITHM::StateToRealWorld(std::uint64_t id, double &) const {
-    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
-}
-
-int cALGORITHM::GetParamIDFromName(char const *, std::uint64_t &) const {
-    return eValueNotFound;
-}
-
-int cALGORITHM::GetParamGraphData(std::uint64_t id, void *&data) const {
-    data = nullptr;
-    return id < GetNumParams() ? eNoErr : eOutOfRangeNumber;
 }
 
 // ---- presets --------------------------------------------------------------------------------

@@ -1,0 +1,135 @@
+// cALGORITHM: the parameter list, built from the parameter XML with the five name-keyed maps,
+// and the conversions shells and tools ask of it.
+
+#include <cstring>
+
+#include "Code/Algorithm/WUDisplayFunctions.h"
+#include "Code/Algorithm/WUParametersXML.h"
+#include "Code/Algorithm/cALGORITHM.h"
+#include "core/WCStMemObj.h"
+
+MIREL_NAMESPACE_BEGIN
+
+sCONTROL_PARAM *cALGORITHM::GetParam(std::uint64_t id) {
+    return id < m_Params.size() ? &m_Params[id] : nullptr;
+}
+
+sCONTROL_PARAM const *cALGORITHM::GetParam(std::uint64_t id) const {
+    return id < m_Params.size() ? &m_Params[id] : nullptr;
+}
+
+int cALGORITHM::PrepareDisplayFunctionsMap() {
+    DisplayFunctions::AddBuiltIns(m_ParamMaps.displayFunctions);
+    return PrepareDisplayFunctionsMapSelf();
+}
+
+int cALGORITHM::PrepareScaleFunctionsMap() {
+    return PrepareScaleFunctionsMapSelf();
+}
+
+int cALGORITHM::PrepareMouseDeltaFunctionsMap() {
+    return PrepareMouseDeltaFunctionsMapSelf();
+}
+
+int cALGORITHM::PrepareDrawClassFactoryMap() {
+    return PrepareDrawClassFactoryMapSelf();
+}
+
+int cALGORITHM::PrepareParamExtensionFactoryMap() {
+    return PrepareParamExtensionFactoryMapSelf();
+}
+
+int cALGORITHM::PrepareParameterVec() {
+    int err = PrepareDisplayFunctionsMap();
+    const int steps[] = {PrepareScaleFunctionsMap(), PrepareMouseDeltaFunctionsMap(),
+                         PrepareDrawClassFactoryMap(), PrepareParamExtensionFactoryMap()};
+    for (int step : steps) {
+        if (err == eNoErr)
+            err = step;
+    }
+    const int buildErr = BuildParameterList();
+    return err != eNoErr ? err : buildErr;
+}
+
+int cALGORITHM::ReadParamXML(Utils::WCStMemObj &out) const {
+    return ReadResourceToMemObj("ParamXML", GetPresetResourceNumber(), out);
+}
+
+int cALGORITHM::BuildParameterList() {
+    // The list is built once; after that its size never changes, so pointers into it stay valid.
+    if (!m_Params.empty())
+        return eNoErr;
+    Utils::WCStMemObj text;
+    int err = ReadParamXML(text);
+    if (err == eNoErr)
+        err = ParamXML::ReadParametersXMLFromText(static_cast<char const *>(text.GetPtr()),
+                                                  text.GetSize(), m_ParamMaps, m_Params);
+    m_ParameterListError = err;
+    return err;
+}
+
+void cALGORITHM::ScaleAllParams(int setup) {
+    const int active = m_ActiveSetup == eSetupB ? 1 : 0;
+    for (auto &param : m_Params) {
+        if (setup == -1) {
+            param.InitRealWorldAndUpdate(active);
+            param.InitRealWorldAndUpdate(1 - active);
+        } else {
+            param.InitRealWorldAndUpdate(setup);
+        }
+    }
+}
+
+void cALGORITHM::UnscaleAllParams(int setup) {
+    const int which = setup == -1 ? (m_ActiveSetup == eSetupB ? 1 : 0) : setup;
+    for (auto &param : m_Params)
+        param.UpdateStateFromRealWorld(which);
+}
+
+int cALGORITHM::GetParamRealWorld(std::uint64_t id, double &value) const {
+    sCONTROL_PARAM const *param = GetParam(id);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    value = param->GetRealWorld(m_ActiveSetup);
+    return eNoErr;
+}
+
+int cALGORITHM::RealWorldToState(std::uint64_t id, double &inOut) const {
+    sCONTROL_PARAM const *param = GetParam(id);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    inOut = param->RealWorldToState(inOut);
+    return eNoErr;
+}
+
+int cALGORITHM::StateToRealWorld(std::uint64_t id, double &inOut) const {
+    sCONTROL_PARAM const *param = GetParam(id);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    inOut = param->StateToRealWorld(inOut);
+    return eNoErr;
+}
+
+int cALGORITHM::GetParamIDFromName(char const *name, std::uint64_t &id) const {
+    if (name == nullptr)
+        return eValueNotFound;
+    const WCFixedString<127> cut(name);
+    for (std::uint64_t i = 0; i < m_Params.size(); ++i) {
+        if (m_Params[i].m_Name == cut) {
+            id = i;
+            return eNoErr;
+        }
+    }
+    return eValueNotFound;
+}
+
+int cALGORITHM::GetParamGraphData(std::uint64_t id, void *&data) const {
+    data = nullptr;
+    sCONTROL_PARAM const *param = GetParam(id);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    data = param->m_GraphData[m_ActiveSetup == eSetupB ? 1 : 0].get();
+    return eNoErr;
+}
+
+MIREL_NAMESPACE_END

@@ -1,0 +1,208 @@
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Code/Algorithm/PluginInfoSelectors.h"
+#include "Code/Algorithm/PluginInstance.h"
+#include "Code/Algorithm/cALGORITHM.h"
+#include "core/WCStMemObj.h"
+
+namespace {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+
+const char *kParamXML = R"(<ParamXML>
+  <Parameter Name="Gain">
+    <Scale><ScaleType Type="linear"/><Minimum>-24</Minimum><Maximum>12</Maximum>
+      <Resolution>0.1</Resolution></Scale>
+    <InitialValue>-6</InitialValue><DisplayFunction>DisplayGainWithDB</DisplayFunction>
+  </Parameter>
+  <Parameter Name="Cutoff">
+    <Scale><ScaleType Type="Octaves"/></Scale><InitialValue Type="State">500</InitialValue>
+    <DisplayFunction>Hertz</DisplayFunction>
+  </Parameter>
+</ParamXML>)";
+
+double Octaves(double state, ml::sSCALE_INFO *) {
+    return 20.0 * state;
+}
+double InverseOctaves(double value, ml::sSCALE_INFO *) {
+    return value / 20.0;
+}
+
+// A plug-in that carries its parameter XML as text and adds a scale kind and a display.
+class WCParamAlgorithm : public ml::cALGORITHM {
+public:
+    WCParamAlgorithm(ml::MirelComponentInfo const &info, ml::WTResContainerType *&container,
+                     const char *xml)
+        : cALGORITHM(info, container), m_XML(xml) {}
+    std::uint64_t m_Updates = 0;
+
+protected:
+    int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
+        if (m_XML == nullptr)
+            return cALGORITHM::ReadParamXML(out);
+        return out.Assign(m_XML, std::strlen(m_XML));
+    }
+    int PrepareScaleFunctionsMapSelf() override {
+        ParamMaps().scaleFunctions[ml::WTParamMapKey("Octaves")] = {Octaves, InverseOctaves};
+        return 0;
+    }
+    int PrepareDisplayFunctionsMapSelf() override {
+        ParamMaps().displayFunctions[ml::WTParamMapKey("Hertz")] = [](double, double rw,
+                                                                      ml::WCFixedStringBase &out) {
+            out = "";
+            out << static_cast<int>(rw) << " Hz";
+        };
+        return 0;
+    }
+    ml::BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override {
+        ++m_Updates;
+        return nullptr;
+    }
+    ml::BUFFER_HEADER *UpdateAlgSelf() override { return nullptr; }
+    ml::BUFFER_HEADER *InitAlgSelf() override { return nullptr; }
+    int DoIdleSelf(short) override { return 0; }
+    ml::BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
+
+private:
+    const char *m_XML;
+};
+
+struct WSMade {
+    explicit WSMade(const char *xml) : alg(info, container, xml) { instance.m_pAlg = &alg; }
+    ml::MirelComponentInfo info;
+    ml::WTResContainerType *container = nullptr;
+    WCParamAlgorithm alg;
+    ml::PluginInstance instance;
+};
+
+TEST(AlgorithmParameters, FinishCreateBuildsAndScalesTheList) {
+    WSMade made(kParamXML);
+    EXPECT_EQ(made.alg.FinishCreate(), 0);
+    auto &alg = made.alg;
+    ASSERT_EQ(alg.GetNumParams(), 2u);
+    EXPECT_EQ(alg.GetParameterListError(), 0);
+    double value = 0;
+    EXPECT_EQ(ml::GetPluginInfo_double(made.instance, ml::WCFourCC("prwv"), value, 0), 0);
+    EXPECT_DOUBLE_EQ(value, -6.0);
+    EXPECT_NEAR(alg.GetParam(0)->GetState(1), 500.0, 1e-9) << "both setups scaled";
+    value = 12.0;
+    EXPECT_EQ(ml::GetPluginInfo_double(made.instance, ml::WCFourCC("psfr"), value, 0), 0);
+    EXPECT_DOUBLE_EQ(value, 1000.0);
+    value = 500.0;
+    EXPECT_EQ(ml::GetPluginInfo_double(made.instance, ml::WCFourCC("prfs"), value, 1), 0);
+    EXPECT_DOUBLE_EQ(value, 10000.0) << "the plug-in's own scale kind";
+    EXPECT_EQ(ml::GetPluginInfo_double(made.instance, ml::WCFourCC("prwv"), value, 2),
+              ml::eOutOfRangeNumber);
+
+    std::size_t id = 99;
+    EXPECT_EQ(ml::GetPluginInfo_size_t(made.instance, ml::WCFourCC("pifn"), id,
+                                       reinterpret_cast<std::int64_t>("Cutoff")),
+              0);
+    EXPECT_EQ(id, 1u);
+    EXPECT_NE(ml::GetPluginInfo_size_t(made.instance, ml::WCFourCC("pifn"), id,
+                                       reinterpret_cast<std::int64_t>("Nope")),
+              0);
+    EXPECT_EQ(alg.GetPluginValue_int32_t("GetNumParams", 0), 2);
+}
+
+TEST(AlgorithmParameters, IdleWritesTheValueTexts) {
+    WSMade made(kParamXML);
+    made.alg.FinishCreate();
+    EXPECT_EQ(made.alg.DoIdle(0), 0);
+    EXPECT_STREQ(made.alg.GetParam(0)->GetValueString().c_str(), "-6.0 dB");
+    EXPECT_STREQ(made.alg.GetParam(1)->GetValueString().c_str(), "10000 Hz");
+    EXPECT_EQ(made.alg.GetParam(0)->GetUpdateFlags(), 0u);
+}
+
+TEST(AlgorithmParameters, MissingOrBrokenXMLLeavesNoParameters) {
+    for (const char *xml : {static_cast<const char *>(nullptr), "", "<ParamXML><Parameter"}) {
+        WSMade made(xml);
+        EXPECT_EQ(made.alg.FinishCreate(), 0) << "the plug-in's own step decides the result";
+        EXPECT_EQ(made.alg.GetNumParams(), 0u);
+        EXPECT_NE(made.alg.GetParameterListError(), 0);
+        double value = 0;
+        EXPECT_EQ(ml::GetPluginInfo_double(made.instance, ml::WCFourCC("prwv"), value, 0),
+                  ml::eOutOfRangeNumber);
+    }
+    WSMade none(nullptr);
+    none.alg.FinishCreate();
+    EXPECT_EQ(none.alg.GetParameterListError(), ml::eRMContainerNotFound);
+}
+
+TEST(AlgorithmKeyValues, FinishCreateAddsTheListedKeys) {
+    WSMade made(kParamXML);
+    made.alg.SetPluginValue_bool("ARASupport", true);
+    made.alg.FinishCreate();
+    for (const char *key : {"StaticSidechain",
+                            "NotifyTouchReleaseOnPresetLoad",
+                            "GUI_resize_supported",
+                            "GUI_screen_oversize_supported",
+                            "EnableMirelEditMode",
+                            "IsMirelEditModeEnabled",
+                            "ShowAllHTMLs",
+                            "HideAllHTMLs",
+                            "ShowAllChildWindows",
+                            "HideAllChildWindows",
+                            "GetNumAutomationControls",
+                            "GUI_System_ExecuteCopy",
+                            "GUI_System_ExecuteSwitch",
+                            "GetNumParams",
+                            "num_DoIdle_calls",
+                            "num_UpdateAlg_calls",
+                            "num_InitData_calls",
+                            "optimalRefreshRate",
+                            "ARASupport",
+                            "inputs:num",
+                            "sidechain_inputs:num",
+                            "outputs:num",
+                            "inputs:stem",
+                            "sidechain_inputs:stem",
+                            "outputs:stem",
+                            "samplerate",
+                            "samplerate:max",
+                            "coefs:num",
+                            "coefs:offset",
+                            "through_delay",
+                            "tail:length",
+                            "globalbypass",
+                            "has_link_groups",
+                            "channels:num:max",
+                            "FinishCreateWasCalled"})
+        EXPECT_TRUE(made.alg.HasPluginValue(key)) << key;
+    EXPECT_TRUE(made.alg.GetPluginValue_bool("ARASupport", false)) << "set before, kept";
+    made.alg.DoIdle(0);
+    made.alg.DoIdle(0);
+    EXPECT_EQ(made.alg.GetPluginValue_int32_t("num_DoIdle_calls", 0), 2) << "reads current";
+}
+
+TEST(AlgorithmKeyValues, BinaryAccessFallsThroughToExportItems) {
+    WSMade made(kParamXML);
+    made.alg.FinishCreate();
+    auto &alg = made.alg;
+    bool supported = false;
+    EXPECT_EQ(ml::GetPluginInfo_bool(made.instance, ml::WCFourCC("sgpv"), supported,
+                                     reinterpret_cast<std::int64_t>("track_name")),
+              0);
+    EXPECT_TRUE(supported);
+    EXPECT_TRUE(alg.HasPluginValue("track_volume"));
+    EXPECT_EQ(alg.SetPluginValueBinary("track_name", "Bass", 4), 0);
+    EXPECT_STREQ(alg.GetTrackName().c_str(), "Bass");
+    EXPECT_EQ(alg.SetPluginValueBinary("track_volume", "-3.5", 4), 0);
+    EXPECT_EQ(alg.GetTrackVolume(), -3.5);
+    EXPECT_EQ(alg.SetPluginValueBinary("track_name", nullptr, 4), ml::eMemNullPointer);
+
+    EXPECT_EQ(alg.SetPluginValueBinary("free key", "xyz", 3), 0) << "other keys go to the store";
+    char text[8] = {};
+    EXPECT_EQ(alg.GetPluginValueBinary("free key", text, sizeof text), 0)
+        << "the store takes a larger buffer";
+    EXPECT_STREQ(text, "xyz");
+    EXPECT_EQ(alg.GetPluginValueBinary("free key", text, 2), ml::eValueNotFound)
+        << "too small: on to the items, which have no such key";
+    EXPECT_EQ(alg.GetPluginValueBinary("nothing", text, 8), ml::eValueNotFound);
+    EXPECT_EQ(alg.GetPluginValueBinary("free key", nullptr, 8), ml::eMemNullPointer);
+}
+
+} // namespace
