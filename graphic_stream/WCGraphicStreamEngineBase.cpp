@@ -1,7 +1,9 @@
 #include "graphic_stream/WCGraphicStreamEngineBase.h"
 
 #include <cstring>
+#include <exception>
 #include <limits>
+#include <new>
 
 #include "graphic_stream/GSChecksum.h"
 #include "graphic_stream/GraphicStreamVocabulary.h"
@@ -224,6 +226,13 @@ WTErr WCGraphicStreamEngineBase::ExecStream(char *stream, std::uint64_t length) 
         m_CurrentRecord = nullptr;
         m_EndTime = std::chrono::steady_clock::now();
         return code;
+    } catch (const std::bad_alloc &) {
+        m_CurrentRecord = nullptr;
+        return eMemOutOfMemory;
+    } catch (const std::exception &) {
+        // Only a painter's own library can throw here; the walk reports it like any fault.
+        m_CurrentRecord = nullptr;
+        return eExceptionErr;
     }
 }
 

@@ -23,8 +23,10 @@ namespace miGS {
 // Every record is checked against the buffer before it is dispatched: a record that does not fit,
 // is shorter than its layout, has a size that is zero, negative or not a multiple of 4, or a data
 // payload beyond its record, stops the walk with kGSErrBadRecordSize; an illegal command stops it
-// with kGSErrIllegalCommand. Nothing else is thrown out of a walk. The buffer must start at a
-// 4-byte boundary, which every memory object and heap block does.
+// with kGSErrIllegalCommand. A code an operation throws as int ends the walk with that code, an
+// exception of an override ends it with eExceptionErr (eMemOutOfMemory when memory ran out);
+// nothing is thrown out of a walk. The buffer must start at a 4-byte boundary, which every memory
+// object and heap block does.
 //
 // DataPtr records carry a pointer of the writing process. The engine follows such pointers only
 // after FollowDataPointers(true), which a painter of streams written in its own process sets; for

@@ -1,5 +1,6 @@
 #include "graphic_stream/WCGraphicStreamEngineBase.h"
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -360,4 +361,21 @@ TEST(WCGraphicStreamEngineBase, FrameChecksumsPointAtTheChangedFrame) {
     EXPECT_EQ(mismatches[0].m_FrameIndex, 1u);
     EXPECT_EQ(mismatches[1].m_FrameIndex, 0u);
     EXPECT_EQ(again[2], actual[2]);
+}
+
+TEST(WCGraphicStreamEngineBase, FaultsOfOverridesEndTheWalkWithACode) {
+    struct WCThrowing : WCGraphicStreamEngineBase {
+        bool m_ThrowInt = true;
+        int DrawImage(SGSDrawImage &) override {
+            if (m_ThrowInt)
+                throw static_cast<int>(eGMInvalidImage);
+            throw std::runtime_error("painter failed");
+        }
+    } engine;
+    WCGraphicStreamBinaryWriter writer;
+    WriteSmallStream(writer);
+    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eGMInvalidImage);
+    engine.m_ThrowInt = false;
+    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eExceptionErr);
+    EXPECT_EQ(engine.GetCurrentRecord(), nullptr);
 }
