@@ -84,7 +84,8 @@ int SubCompTypeScanner::BuildSubComponentList(WTResContainerType *container,
         return eXMLTreeNotValid;
 
     std::map<std::string, WSSubCompType> types;
-    for (const pugi::xml_node type : root.child("SubComponentTypeList").children("SubComponentType"))
+    for (const pugi::xml_node type :
+         root.child("SubComponentTypeList").children("SubComponentType"))
         types.try_emplace(Text(type, "Name"),
                           WSSubCompType{Text(type, "ProcessCodeMatch"), Text(type, "FeatureFlag")});
 

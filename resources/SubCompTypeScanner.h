@@ -31,8 +31,8 @@ public:
     // code for a missing resource, eXMLTreeNotValid for text that does not parse or whose root
     // has no "SubComponentList".
     static int BuildSubComponentList(WTResContainerType *container,
-                                     const MirelComponentInfo &bundleInfo,
-                                     const WSOptions &options, WCMirelComponentInfoList &outList);
+                                     const MirelComponentInfo &bundleInfo, const WSOptions &options,
+                                     WCMirelComponentInfoList &outList);
 };
 
 MIREL_NAMESPACE_END

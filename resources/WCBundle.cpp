@@ -1,6 +1,6 @@
 #include "resources/WCBundle.h"
 
-#include <string_view>
+#include <filesystem>
 
 #include "resources/linux/WUDynamicLibrary.h"
 
@@ -25,16 +25,15 @@ WCBundle::WCBundle(const FM::WCStPath &modulePath) : m_ExecutablePath(modulePath
 }
 
 void WCBundle::Locate() {
-    m_BundlePath = m_ExecutablePath.GetParent();
-    for (FM::WCStPath folder = m_ExecutablePath.GetParent(); !folder.GetLeaf().empty();
-         folder = folder.GetParent()) {
-        const std::string_view leaf = folder.GetLeaf().view();
-        if (leaf.size() > 7 && leaf.substr(leaf.size() - 7) == ".bundle") {
-            m_BundlePath = folder;
+    const std::filesystem::path module(m_ExecutablePath.GetNativePathString().c_str());
+    m_BundlePath = FM::WCStPath(module.parent_path().string());
+    for (std::filesystem::path folder = module.parent_path();
+         folder.has_relative_path() && folder != folder.parent_path();
+         folder = folder.parent_path()) {
+        if (folder.extension() == ".bundle") {
+            m_BundlePath = FM::WCStPath(folder.string());
             return;
         }
-        if (folder.GetParent() == folder)
-            return;
     }
 }
 

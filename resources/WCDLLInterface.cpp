@@ -17,7 +17,9 @@ WCDLLInterface::WCDLLInterface(const FM::WCStPath &modulePath,
         m_ProcAddressMap[name] = Native::FindSymbol(m_Handle, name.c_str());
 }
 
-WCDLLInterface::~WCDLLInterface() { Native::CloseLibrary(m_Handle); }
+WCDLLInterface::~WCDLLInterface() {
+    Native::CloseLibrary(m_Handle);
+}
 
 void *WCDLLInterface::GetProcAddress(const std::string &name) const {
     const auto found = m_ProcAddressMap.find(name);

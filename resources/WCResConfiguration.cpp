@@ -14,6 +14,67 @@ namespace RM {
 
 namespace {
 
+// Whether the bytes are well-formed UTF-8 (no overlong forms, surrogates or values past U+10FFFF).
+bool IsUTF8(std::string_view text) {
+    const auto *p = reinterpret_cast<const unsigned char *>(text.data());
+    const auto *end = p + text.size();
+    while (p < end) {
+        const unsigned char lead = *p++;
+        if (lead < 0x80)
+            continue;
+        int more = 0;
+        std::uint32_t value = 0;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            more = 1;
+            value = lead & 0x1F;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            more = 2;
+            value = lead & 0x0F;
+        } else if (lead >= 0xF0 && lead <= 0xF4) {
+            more = 3;
+            value = lead & 0x07;
+        } else {
+            return false;
+        }
+        if (end - p < more)
+            return false;
+        for (int i = 0; i < more; ++i, ++p) {
+            if ((*p & 0xC0) != 0x80)
+                return false;
+            value = (value << 6) | (*p & 0x3F);
+        }
+        if ((more == 2 && (value < 0x800 || (value >= 0xD800 && value <= 0xDFFF))) ||
+            (more == 3 && (value < 0x10000 || value > 0x10FFFF)))
+            return false;
+    }
+    return true;
+}
+
+// The longest prefix of at most `limit` bytes that does not split a character.
+std::string_view CutUTF8(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit)
+        return text;
+    std::size_t cut = limit;
+    while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+        --cut;
+    return text.substr(0, cut);
+}
+
+// Enters one pair, cut to the map's lengths at character boundaries; false for text that is not
+// UTF-8 (or holds a zero byte), which the configuration could not write back as it was read.
+template <class Map>
+bool EnterPair(std::string_view key, std::string_view value, Map &outMap) {
+    if (!IsUTF8(key) || !IsUTF8(value) || key.find('\0') != std::string_view::npos ||
+        value.find('\0') != std::string_view::npos)
+        return false;
+    typename Map::key_type fixedKey;
+    typename Map::mapped_type fixedValue;
+    fixedKey = CutUTF8(key, fixedKey.capacity());
+    fixedValue = CutUTF8(value, fixedValue.capacity());
+    outMap[fixedKey] = fixedValue;
+    return true;
+}
+
 // Reads a whole small file; false when it is missing, too large or unreadable.
 bool ReadSmallFile(const FM::WCStPath &path, std::string &outText) {
     if (!path.IsFile())
@@ -36,10 +97,9 @@ void ReadYAMLMap(const YAML::Node &root, const char *name, Map &outMap) {
     if (!node.IsMap())
         throw int(eRMInvalidResContainer);
     for (const auto &entry : node) {
-        if (!entry.first.IsScalar() || !entry.second.IsScalar())
+        if (!entry.first.IsScalar() || !entry.second.IsScalar() ||
+            !EnterPair(entry.first.Scalar(), entry.second.Scalar(), outMap))
             throw int(eRMInvalidResContainer);
-        outMap[typename Map::key_type(entry.first.Scalar())] =
-            typename Map::mapped_type(entry.second.Scalar());
     }
 }
 
@@ -49,9 +109,10 @@ void ReadPairsInto(const std::string &text, Map &outMap) {
     std::string key;
     std::string value;
     while (stream >> key >> value)
-        outMap[typename Map::key_type(key)] = typename Map::mapped_type(value);
+        (void)EnterPair(key, value, outMap);
 }
 
+// Quoted throughout: plain scalars would lose control characters and trailing blanks.
 template <class Map>
 void EmitSorted(YAML::Emitter &out, const char *name, const Map &map) {
     if (map.empty())
@@ -63,7 +124,7 @@ void EmitSorted(YAML::Emitter &out, const char *name, const Map &map) {
     std::sort(sorted.begin(), sorted.end());
     out << YAML::Key << name << YAML::Value << YAML::BeginMap;
     for (const auto &[key, value] : sorted)
-        out << YAML::Key << key << YAML::Value << value;
+        out << YAML::Key << YAML::DoubleQuoted << key << YAML::Value << YAML::DoubleQuoted << value;
     out << YAML::EndMap;
 }
 

@@ -36,8 +36,9 @@ struct WUFNV1aHash {
 // - Extensions: type to the extension of its files, with the dot;
 // - Attributes: "type:id:name" to a value.
 // "resource_config.yaml" holds the three maps at top level; without it "extensions.txt" and
-// "attributes.txt" give the last two as whitespace-separated pairs. Keys and values are cut at the
-// maps' lengths. Not locked: the owning container guards it.
+// "attributes.txt" give the last two as whitespace-separated pairs. Keys and values are UTF-8,
+// cut at the maps' lengths without splitting a character. Not locked: the owning container guards
+// it.
 class WCResConfiguration {
 public:
     static constexpr const char *kYAMLFileName = "resource_config.yaml";
@@ -56,10 +57,10 @@ public:
     // are not asked then). Unreadable text files leave their map empty and are not an error.
     int ReadFromFolder(const FM::WCStPath &resourcesFolder);
     // Parses the YAML text into new maps and swaps them in only on success. eRMInvalidResContainer
-    // for text that is not YAML, a top level that is not a map, or a named entry that is not a map
-    // of scalars.
+    // for text that is not YAML, a top level that is not a map, a named entry that is not a map
+    // of scalars, or a scalar that is not UTF-8.
     int ReadFromYAML(const std::string &text);
-    // Whitespace-separated pairs; a key without a value is dropped.
+    // Whitespace-separated pairs; a key without a value, or a pair that is not UTF-8, is dropped.
     static void ReadPairs(const std::string &text, WTExtensionMap &outMap);
     static void ReadPairs(const std::string &text, WTAttributeMap &outMap);
     // The three maps as a YAML document, keys sorted so the file is stable.

@@ -118,3 +118,21 @@ TEST(WCResConfiguration, WrittenYAMLReadsBackTheSame) {
 }
 
 } // namespace
+
+namespace {
+
+using namespace MIREL_NAMESPACE_NAME;
+
+TEST(WCResConfiguration, TextIsCutWithoutSplittingACharacterAndBadUTF8IsRefused) {
+    RM::WCResConfiguration config;
+    // 14 ASCII bytes then a two-byte character: the 15-byte extension keeps the ASCII only.
+    ASSERT_EQ(config.ReadFromYAML("Extensions:\n  T: .abcdefghijklm\xC3\xA9\n"), eNoErr);
+    EXPECT_EQ(config.GetExtension(WCFixedString<31>("T")), ".abcdefghijklm");
+    EXPECT_EQ(config.ReadFromYAML("Extensions:\n  T: .x\xC3\x28\n"), eRMInvalidResContainer);
+    EXPECT_EQ(config.GetExtension(WCFixedString<31>("T")), ".abcdefghijklm");
+    RM::WCResConfiguration::WTExtensionMap map;
+    RM::WCResConfiguration::ReadPairs("A .a\nB .\xFF\n", map);
+    EXPECT_EQ(map.size(), 1u);
+}
+
+} // namespace
