@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
@@ -30,6 +31,14 @@ public:
     bool Has(char const *key) const;
     std::optional<Value> Get(char const *key) const;
     void Clear() { m_values.clear(); }
+    // The keys in their order, for dumps.
+    std::vector<Key> Keys() const {
+        std::vector<Key> keys;
+        keys.reserve(m_values.size());
+        for (auto const &entry : m_values)
+            keys.push_back(entry.first);
+        return keys;
+    }
     std::size_t size() const { return m_values.size(); }
 
     // Reads a value converted to T, or `fallback` when absent; never stores anything.

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "Code/Algorithm/CPresetInfo.h"
@@ -259,13 +261,45 @@ public:
     // ---- key/value store -------------------------------------------------------------------
     WCKeyValue &KeyValues() { return m_KeyValues; }
     WCKeyValue const &KeyValues() const { return m_KeyValues; }
+    // Each form reads whatever type the key holds, converted, or the fallback when absent (and
+    // stores nothing). The _ptr forms read the pointed value at each read; the pointer must
+    // outlive the key. The _func forms call the function at each read.
     bool GetPluginValue_bool(char const *key, bool fallback) const;
     std::int32_t GetPluginValue_int32_t(char const *key, std::int32_t fallback) const;
+    std::uint32_t GetPluginValue_uint32_t(char const *key, std::uint32_t fallback) const;
+    std::int64_t GetPluginValue_int64_t(char const *key, std::int64_t fallback) const;
+    std::uint64_t GetPluginValue_uint64_t(char const *key, std::uint64_t fallback) const;
+    float GetPluginValue_float(char const *key, float fallback) const;
     double GetPluginValue_double(char const *key, double fallback) const;
+    std::string GetPluginValue_c_str(char const *key, char const *fallback) const;
     void SetPluginValue_bool(char const *key, bool value);
     void SetPluginValue_int32_t(char const *key, std::int32_t value);
+    void SetPluginValue_uint32_t(char const *key, std::uint32_t value);
+    void SetPluginValue_int64_t(char const *key, std::int64_t value);
+    void SetPluginValue_uint64_t(char const *key, std::uint64_t value);
+    void SetPluginValue_float(char const *key, float value);
     void SetPluginValue_double(char const *key, double value);
     void SetPluginValue_c_str(char const *key, char const *value);
+    void SetPluginValue_bool_ptr(char const *key, bool *value);
+    void SetPluginValue_int32_t_ptr(char const *key, std::int32_t *value);
+    void SetPluginValue_uint32_t_ptr(char const *key, std::uint32_t *value);
+    void SetPluginValue_int64_t_ptr(char const *key, std::int64_t *value);
+    void SetPluginValue_uint64_t_ptr(char const *key, std::uint64_t *value);
+    void SetPluginValue_float_ptr(char const *key, float *value);
+    void SetPluginValue_double_ptr(char const *key, double *value);
+    void SetPluginValue_bool_func(char const *key, std::function<bool()> func);
+    void SetPluginValue_int32_t_func(char const *key, std::function<std::int32_t()> func);
+    void SetPluginValue_uint32_t_func(char const *key, std::function<std::uint32_t()> func);
+    void SetPluginValue_int64_t_func(char const *key, std::function<std::int64_t()> func);
+    void SetPluginValue_uint64_t_func(char const *key, std::function<std::uint64_t()> func);
+    void SetPluginValue_float_func(char const *key, std::function<float()> func);
+    void SetPluginValue_double_func(char const *key, std::function<double()> func);
+    // The text goes to an export item of the key when one takes it, else to the store.
+    int SetPluginValueStr(char const *key, char const *text);
+    // The value's type and byte size, from the store or else the export items; -29 when neither.
+    int GetPluginValueInfo(char const *key, WTKeyValueType &type, std::uint64_t &size) const;
+    // All keys of the store as one JSON object, key to value.
+    int GetAllPluginValues(Utils::WCStMemObj &out) const;
     bool HasPluginValue(char const *key) const;
     // Copies the value when it fits: 0, or -29 absent, -30 too large, -4003 null buffer.
     int GetPluginValueBinary(char const *key, void *buffer, std::uint64_t size) const;

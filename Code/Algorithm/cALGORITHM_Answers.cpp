@@ -11,34 +11,6 @@ MIREL_NAMESPACE_BEGIN
 
 // ---- key/value store ------------------------------------------------------------------------
 
-bool cALGORITHM::GetPluginValue_bool(char const *key, bool fallback) const {
-    return m_KeyValues.GetAs<bool>(key, fallback);
-}
-
-std::int32_t cALGORITHM::GetPluginValue_int32_t(char const *key, std::int32_t fallback) const {
-    return m_KeyValues.GetAs<std::int32_t>(key, fallback);
-}
-
-double cALGORITHM::GetPluginValue_double(char const *key, double fallback) const {
-    return m_KeyValues.GetAs<double>(key, fallback);
-}
-
-void cALGORITHM::SetPluginValue_bool(char const *key, bool value) {
-    m_KeyValues.Set(key, value);
-}
-
-void cALGORITHM::SetPluginValue_int32_t(char const *key, std::int32_t value) {
-    m_KeyValues.Set(key, value);
-}
-
-void cALGORITHM::SetPluginValue_double(char const *key, double value) {
-    m_KeyValues.Set(key, value);
-}
-
-void cALGORITHM::SetPluginValue_c_str(char const *key, char const *value) {
-    m_KeyValues.Set(key, std::string(value ? value : ""));
-}
-
 bool cALGORITHM::HasPluginValue(char const *key) const {
     return m_KeyValues.Has(key) || IsExportItemSupported(key);
 }

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstring>
 #include <string>
 
@@ -203,6 +204,56 @@ TEST(AlgorithmKeyValues, BinaryAccessFallsThroughToExportItems) {
         << "too small: on to the items, which have no such key";
     EXPECT_EQ(alg.GetPluginValueBinary("nothing", text, 8), ml::eValueNotFound);
     EXPECT_EQ(alg.GetPluginValueBinary("free key", nullptr, 8), ml::eMemNullPointer);
+}
+
+} // namespace
+
+namespace {
+
+TEST(AlgorithmKeyValues, PointerAndFunctionFormsReadCurrentAndConvert) {
+    WSMade made(nullptr);
+    auto &alg = made.alg;
+    std::uint64_t counter = 3;
+    float ratio = 0.5f;
+    alg.SetPluginValue_uint64_t_ptr("counter", &counter);
+    alg.SetPluginValue_float_func("ratio", [&ratio] { return ratio; });
+    counter = 9;
+    ratio = 2.5f;
+    EXPECT_EQ(alg.GetPluginValue_int32_t("counter", 0), 9);
+    EXPECT_EQ(alg.GetPluginValue_double("ratio", 0), 2.5);
+    EXPECT_EQ(alg.GetPluginValue_c_str("counter", ""), "9");
+    alg.SetPluginValue_c_str("text", "17");
+    EXPECT_EQ(alg.GetPluginValue_uint32_t("text", 0), 17u);
+    EXPECT_EQ(alg.GetPluginValue_int64_t("absent", -5), -5);
+    EXPECT_FALSE(alg.HasPluginValue("absent"));
+    alg.SetPluginValue_bool_ptr("null pointer", nullptr);
+    EXPECT_FALSE(alg.HasPluginValue("null pointer")) << "a null pointer stores nothing";
+
+    ml::WTKeyValueType type{};
+    std::uint64_t size = 0;
+    EXPECT_EQ(alg.GetPluginValueInfo("counter", type, size), 0);
+    EXPECT_EQ(type, ml::eKeyValueUInt64);
+    EXPECT_EQ(size, 8u);
+    EXPECT_EQ(alg.GetPluginValueInfo("text", type, size), 0);
+    EXPECT_EQ(type, ml::eKeyValueString);
+    EXPECT_EQ(size, 2u);
+    EXPECT_EQ(alg.GetPluginValueInfo("absent", type, size), ml::eValueNotFound);
+}
+
+TEST(AlgorithmKeyValues, AllValuesDumpAsOneJsonObject) {
+    WSMade made(nullptr);
+    auto &alg = made.alg;
+    alg.SetPluginValue_bool("flag", true);
+    alg.SetPluginValue_double("nan", std::nan(""));
+    alg.SetPluginValue_c_str("bad utf8", "\xff\xfe");
+    alg.SetPluginValue_int64_t("big", -1234567890123LL);
+    ml::Utils::WCStMemObj out;
+    ASSERT_EQ(alg.GetAllPluginValues(out), 0);
+    const std::string text(static_cast<char const *>(out.GetPtr()), out.GetSize());
+    EXPECT_NE(text.find("\"flag\": true"), std::string::npos) << text;
+    EXPECT_NE(text.find("\"nan\": null"), std::string::npos) << text;
+    EXPECT_NE(text.find("\"big\": -1234567890123"), std::string::npos) << text;
+    EXPECT_NE(text.find("\"bad utf8\""), std::string::npos) << text;
 }
 
 } // namespace
