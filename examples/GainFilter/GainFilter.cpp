@@ -6,6 +6,8 @@
 #include <numbers>
 
 #include "Code/Algorithm/MirelPluginEntry.h"
+#include "core/WCStMemObj.h"
+#include "examples/GainFilter/GainFilterParamXML.h"
 
 using namespace MIREL_NAMESPACE_NAME;
 
@@ -39,6 +41,10 @@ void GainFilter::InitProcessCodeSelf() {
     needs.sideChainInputs = 0;
     needs.maxSampleRate = 192000;
     needs.cycles = 40;
+}
+
+int GainFilter::ReadParamXML(Utils::WCStMemObj &out) const {
+    return out.Assign(kGainFilterParamXML, sizeof kGainFilterParamXML - 1);
 }
 
 double GainFilter::GetValue(int which) const {
