@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <pugixml.hpp>
+
 #include "Code/Algorithm/CPresetInfo.h"
 #include "Code/Algorithm/EPluginSetup.h"
 #include "Code/Algorithm/KPAPIProcessMemory.h"
@@ -461,6 +463,12 @@ protected:
     int PrepareParamExtensionFactoryMap();
     // Reads the parameter XML into the list; the resource's error leaves the list empty.
     int BuildParameterList();
+    // Reads the "cALGORITHM" children of an algorithm XML's root: names, types, undo, the preset
+    // resource number, the refresh rate and the flag elements, which set keys of the store.
+    // A plug-in whose XML is not a bundle resource calls it from its constructor. Missing text
+    // gives eRMResNotFound, unparsable text eXMLParserFailed; neither changes anything.
+    int ReadAlgXMLFromText(char const *text, std::uint64_t size);
+    int Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element);
     WSParamMaps &ParamMaps() { return m_ParamMaps; }
 
     // Construction and lifecycle steps.

@@ -39,6 +39,7 @@ public:
                      const char *xml)
         : cALGORITHM(info, container), m_XML(xml) {}
     std::uint64_t m_Updates = 0;
+    using cALGORITHM::ReadAlgXMLFromText;
 
 protected:
     int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
@@ -254,6 +255,39 @@ TEST(AlgorithmKeyValues, AllValuesDumpAsOneJsonObject) {
     EXPECT_NE(text.find("\"nan\": null"), std::string::npos) << text;
     EXPECT_NE(text.find("\"big\": -1234567890123"), std::string::npos) << text;
     EXPECT_NE(text.find("\"bad utf8\""), std::string::npos) << text;
+}
+
+} // namespace
+
+namespace {
+
+TEST(AlgorithmXML, ElementsSetIdentityNumbersAndFlags) {
+    WSMade made(nullptr);
+    auto &alg = made.alg;
+    const std::string xml = R"(<AlgXML><cALGORITHM>
+        <AlgName>Gain Filter</AlgName><AlgNameList><Name NumChars="3">GnF</Name></AlgNameList>
+        <AlgType>GnFl</AlgType><PresetXMLResID>1200</PresetXMLResID>
+        <OptimalRefreshRate>abc</OptimalRefreshRate><UndoLevel>50</UndoLevel>
+        <IsMidiListener/><DontNotifyPresetLoadedToHost/><NotAFlag/>
+      </cALGORITHM></AlgXML>)";
+    ASSERT_EQ(alg.ReadAlgXMLFromText(xml.data(), xml.size()), 0);
+    ml::WCFixedString<63> name;
+    alg.GetAlgName(name);
+    EXPECT_STREQ(name.c_str(), "Gain Filter");
+    alg.GetAlgNameOfLength(3, name);
+    EXPECT_STREQ(name.c_str(), "GnF");
+    EXPECT_EQ(alg.GetAlgType(), ml::WCFourCC("GnFl"));
+    EXPECT_EQ(alg.GetPresetResourceNumber(), 1200);
+    EXPECT_EQ(alg.GetOptimalRefreshRate(), 80u) << "unreadable numbers keep the default";
+    EXPECT_EQ(alg.GetUndoLevel(), 50u);
+    EXPECT_TRUE(alg.GetPluginValue_bool("IsMidiListener", false));
+    EXPECT_FALSE(alg.GetPluginValue_bool("NotifyPresetLoadedToHost", true));
+    EXPECT_TRUE(alg.HasPluginValue("NotifyPresetLoadedToHost"));
+    EXPECT_FALSE(alg.HasPluginValue("NotAFlag"));
+
+    EXPECT_EQ(alg.ReadAlgXMLFromText("", 0), ml::eRMResNotFound);
+    EXPECT_EQ(alg.ReadAlgXMLFromText("<AlgXML><cALGORITHM>", 20), ml::eXMLParserFailed);
+    EXPECT_EQ(alg.GetPresetResourceNumber(), 1200) << "a refused text changes nothing";
 }
 
 } // namespace

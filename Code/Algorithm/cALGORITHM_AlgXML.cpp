@@ -1,0 +1,120 @@
+// cALGORITHM: the "cALGORITHM" elements of the algorithm XML.
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "Code/Algorithm/cALGORITHM.h"
+
+MIREL_NAMESPACE_BEGIN
+
+namespace {
+
+// Elements whose presence alone sets the key of the same name to true.
+constexpr char const *kFlagElements[] = {"NeedProcessThreadSafe",
+                                         "IsTempoListener",
+                                         "IsStickyTouch",
+                                         "IsMidiListener",
+                                         "IsMidiRealtime",
+                                         "IsMidiBroadcaster",
+                                         "IsTrackInfoListener",
+                                         "IsBeatInfoListener",
+                                         "CanProcessVarIO",
+                                         "DoesntExportFactoryPresets",
+                                         "DontSuspendProcess",
+                                         "IsDragAndDropEnabled",
+                                         "IsNKSSupport",
+                                         "UsesPluginCommunication",
+                                         "IsSampleBased",
+                                         "NeedOwnAutomationThread",
+                                         "NeedIdleAutomationQueueForDynamicLatencyChange",
+                                         "TreatDynamicPresetsAsFactoryPresets",
+                                         "IsNotBypassable",
+                                         "AvidControlSurfacesSupported",
+                                         "ReadPresetsFromExternalDirectory",
+                                         "UsesProcessFunctionInAlg",
+                                         "UsesVecLibSetup",
+                                         "DontLoadDefaultPreset",
+                                         "IsVirtualInstrument",
+                                         "ConstraintAlwaysProcess"};
+
+constexpr unsigned int kParseFlags = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
+                                     pugi::parse_wconv_attribute | pugi::parse_trim_pcdata |
+                                     pugi::parse_embed_pcdata;
+
+long long ParseInteger(char const *text, long long min, long long max, long long fallback) {
+    char *end = nullptr;
+    const long long value = std::strtoll(text, &end, 10);
+    if (end == text)
+        return fallback;
+    return std::clamp(value, min, max);
+}
+
+} // namespace
+
+int cALGORITHM::ReadAlgXMLFromText(char const *text, std::uint64_t size) {
+    if (text == nullptr || size == 0)
+        return eRMResNotFound;
+    pugi::xml_document doc;
+    if (!doc.load_buffer(text, size, kParseFlags))
+        return eXMLParserFailed;
+    int err = eNoErr;
+    for (pugi::xml_node element : doc.document_element().children("cALGORITHM")) {
+        const int one = Read_cALGORITHM_Element_FromXML(element);
+        if (err == eNoErr)
+            err = one;
+    }
+    if (err == eNoErr)
+        err = ReadAlgXMLSelf();
+    return err;
+}
+
+int cALGORITHM::Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element) {
+    for (pugi::xml_node child : element.children()) {
+        char const *tag = child.name();
+        char const *text = child.text().get();
+        if (std::strcmp(tag, "AlgName") == 0) {
+            SetAlgName(text);
+        } else if (std::strcmp(tag, "AlgNameList") == 0) {
+            for (pugi::xml_node name : child.children("Name")) {
+                if (name.attribute("NumChars").as_int() == 3)
+                    m_ThreeLetterName = name.text().get();
+            }
+        } else if (std::strcmp(tag, "UserManualName") == 0) {
+            m_UserManualName = text;
+        } else if (std::strcmp(tag, "PresetCompatibleType") == 0) {
+            m_PresetCompatibleTypes.push_back(WCFourCC::FromText(text));
+        } else if (std::strcmp(tag, "PresetCompatibleSubComp") == 0) {
+            m_PresetCompatibleSubComps.push_back(WCFourCC::FromText(text));
+        } else if (std::strcmp(tag, "AlgType") == 0) {
+            m_AlgType = WCFourCC::FromText(text);
+            m_PresetCompatibleTypes.push_back(m_AlgType);
+        } else if (std::strcmp(tag, "UndoLevel") == 0) {
+            m_UndoLevel = static_cast<std::uint64_t>(
+                ParseInteger(text, 0, 1000000, static_cast<long long>(m_UndoLevel)));
+        } else if (std::strcmp(tag, "UndoTypePreset") == 0) {
+            m_KeyValues.Set("UndoTypePreset", true);
+        } else if (std::strcmp(tag, "PresetXMLResID") == 0) {
+            m_PresetResourceNumber =
+                static_cast<short>(ParseInteger(text, -32768, 32767, m_PresetResourceNumber));
+        } else if (std::strcmp(tag, "OptimalRefreshRate") == 0) {
+            m_OptimalRefreshRate = static_cast<std::uint32_t>(
+                ParseInteger(text, 1, 1000, static_cast<long long>(m_OptimalRefreshRate)));
+        } else if (std::strcmp(tag, "DontNotifyPresetLoadedToHost") == 0) {
+            // The one negative flag: its presence stores false under the positive name.
+            m_KeyValues.Set("NotifyPresetLoadedToHost", false);
+        } else {
+            for (char const *flag : kFlagElements) {
+                if (std::strcmp(tag, flag) == 0) {
+                    m_KeyValues.Set(flag, true);
+                    break;
+                }
+            }
+        }
+    }
+    if (m_UserManualName.empty())
+        m_UserManualName = m_AlgName;
+    return eNoErr;
+}
+
+MIREL_NAMESPACE_END
