@@ -165,6 +165,33 @@ TEST(AlgorithmThreads, UpdateAlgWaitsForTheProcessLock) {
     EXPECT_TRUE(updated);
 }
 
+// Idle, automation and message threads each write a pair of values that belong together; under
+// the process lock no thread may ever see one half of another thread's write.
+TEST(AlgorithmThreads, ProcessLockKeepsWritesOfSeveralThreadsWhole) {
+    ml::WTResContainerType *container = nullptr;
+    WCTestAlgorithm alg(TestComponent(), container);
+    alg.SetPluginValue_double("pair:first", 0.0);
+    alg.SetPluginValue_double("pair:second", 0.0);
+    std::atomic<int> torn{0};
+    auto writer = [&](double tag) {
+        for (int i = 0; i < 2000; ++i) {
+            alg.LockAlg();
+            if (alg.GetPluginValue_double("pair:first", -1.0) !=
+                alg.GetPluginValue_double("pair:second", -2.0))
+                ++torn;
+            alg.SetPluginValue_double("pair:first", tag + i);
+            std::this_thread::yield();
+            alg.SetPluginValue_double("pair:second", tag + i);
+            alg.UnLockAlg();
+        }
+    };
+    std::thread idle(writer, 1e6), automation(writer, 2e6), message(writer, 3e6);
+    idle.join();
+    automation.join();
+    message.join();
+    EXPECT_EQ(torn.load(), 0);
+}
+
 TEST(AlgorithmThreads, SecondLockExistsOnlyWhenAsked) {
     WCRecordingShell shell;
     ml::cALGORITHM *alg = CreateTestAlgorithm(shell);
