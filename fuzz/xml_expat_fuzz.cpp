@@ -4,7 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <strings.h>
+
 #include <string>
+#include <string_view>
 
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
@@ -61,6 +64,19 @@ bool RoundTrips(const XML::CXMLElement &e) {
     return true;
 }
 
+// True when the document starts with a declaration naming an encoding other than UTF-8.
+bool DeclaresOtherThanUTF8(std::string_view text) {
+    if (text.substr(0, 5) != "<?xml")
+        return false;
+    const std::string_view decl = text.substr(0, text.find("?>"));
+    const auto at = decl.find("encoding=");
+    if (at == std::string_view::npos || at + 10 > decl.size())
+        return false;
+    const char quote = decl[at + 9];
+    const std::string_view value = decl.substr(at + 10, decl.find(quote, at + 10) - (at + 10));
+    return value.size() != 5 || strncasecmp(value.data(), "UTF-8", 5) != 0;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -87,6 +103,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         std::abort();
 
     if (err != eNoErr || !root.IsValid() || !RoundTrips(root))
+        return 0;
+    // A document declared in another encoding is read through that encoding's character classes
+    // and written as UTF-8, so expat may judge the written names differently; only documents read
+    // as UTF-8 must read back to the same tree.
+    if (DeclaresOtherThanUTF8(std::string_view(text, size)))
         return 0;
     std::string first;
     XML::WriteXMLToString(first, &root, true, true, 0);

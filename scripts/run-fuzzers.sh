@@ -18,7 +18,14 @@ for target in "${targets[@]}"; do
   seeds=()
   [ -d "$root/fuzz/corpus/$name" ] && seeds=("$root/fuzz/corpus/$name")
   echo "== $name for ${seconds}s"
-  "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
-    "$work" "${seeds[@]}" 2>&1 | tail -n 4
-  rm -rf "$work"
+  log="$work.log"
+  if ! "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+      -artifact_prefix="$work/" "$work" "${seeds[@]}" >"$log" 2>&1; then
+    # Show the finding and keep its input where it can be replayed.
+    tail -n 60 "$log"
+    echo "$name failed; its inputs and log are in $work"
+    exit 1
+  fi
+  tail -n 4 "$log"
+  rm -rf "$work" "$log"
 done
