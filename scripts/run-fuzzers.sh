@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # run-fuzzers.sh <build-dir> <seconds>: runs every libFuzzer target found in the build folder for a
-# bounded time, starting from its seed corpus under fuzz/corpus/<target> when there is one.
+# bounded time, starting from its seed corpus under fuzz/corpus/<target> when there is one. The
+# random seed is fixed (MIREL_FUZZ_SEED, default 1) so a run is repeatable; set another for a
+# longer exploration.
 set -euo pipefail
 build=${1:-build/fuzz}
 seconds=${2:-20}
@@ -19,7 +21,7 @@ for target in "${targets[@]}"; do
   [ -d "$root/fuzz/corpus/$name" ] && seeds=("$root/fuzz/corpus/$name")
   echo "== $name for ${seconds}s"
   log="$work.log"
-  if ! "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+  if ! "$target" -seed="${MIREL_FUZZ_SEED:-1}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
       -artifact_prefix="$work/" "$work" "${seeds[@]}" >"$log" 2>&1; then
     # Show the finding and keep its input where it can be replayed.
     tail -n 60 "$log"
