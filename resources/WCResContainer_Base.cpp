@@ -17,6 +17,12 @@ bool IsRawForm(const WTResourceType &resource) {
     return resource.m_Data.m_Form == RM::kResFormMemObj;
 }
 
+// Whether releasing the record disposes of its data: bases, and variants that converted their own.
+bool OwnsData(const WTResourceType &resource) {
+    return resource.m_pParent == nullptr ||
+           (resource.m_Flags & RM::kResFlagOwnsConversion) != 0;
+}
+
 RM::WCResConvertObj &ConverterOf(const WCResKey &key) {
     return key.GetConverter() ? *key.GetConverter() : *WCResKey::DefaultConverter();
 }
@@ -140,15 +146,34 @@ int WCResContainer_Base::GetResource(const WCResKey &key, std::uint32_t flags,
         if ((flags & RM::kResLoadDeferredWrite) != 0)
             record->m_Flags |= RM::kResFlagDeferredWrite;
         if (!key.m_Variant.empty()) {
+            // A variant with its own converter converts the base's raw bytes for itself, so the
+            // base is loaded raw; without one it shares whatever the base holds.
+            const bool ownConversion =
+                key.GetConverter() && key.GetConverter() != WCResKey::DefaultConverter();
+            WCResKey baseKey = key.BaseKey();
+            if (ownConversion)
+                baseKey.SetConverter(nullptr);
             WTResourceType *base = nullptr;
-            const int err = GetResource(key.BaseKey(), flags, base);
+            int err = GetResource(baseKey, flags, base);
             if (err != eNoErr)
                 return err == eRMInvalidResID ? err : eRMInvalidResRef;
-            // The variant shares the base's data and keeps the retain just taken on it.
-            record->m_Data.m_pData = base->m_Data.m_pData;
-            record->m_Data.m_DataSize = base->m_Data.m_DataSize;
-            record->m_Data.m_Form = base->m_Data.m_Form;
+            // The variant keeps the retain just taken on its base.
             record->m_pParent = base;
+            if (ownConversion && IsRawForm(*base)) {
+                err = record->m_Data.m_MemObj.Assign(base->m_Data.m_pData,
+                                                     base->m_Data.m_DataSize);
+                if (err == eNoErr)
+                    err = ConverterOf(*record).ConvertAfterLoad(record->m_Data);
+                if (err != eNoErr) {
+                    ReleaseLocked(base);
+                    return err;
+                }
+                record->m_Flags |= RM::kResFlagOwnsConversion;
+            } else {
+                record->m_Data.m_pData = base->m_Data.m_pData;
+                record->m_Data.m_DataSize = base->m_Data.m_DataSize;
+                record->m_Data.m_Form = base->m_Data.m_Form;
+            }
         } else {
             int err = CheckResource(*record);
             if (err == eNoErr)
@@ -166,10 +191,10 @@ int WCResContainer_Base::GetResource(const WCResKey &key, std::uint32_t flags,
         try {
             m_ResMap.emplace(key, entered);
         } catch (...) {
+            if (OwnsData(*entered))
+                ConverterOf(*entered).Release(entered->m_Data);
             if (entered->m_pParent)
                 ReleaseLocked(entered->m_pParent);
-            else
-                ConverterOf(*entered).Release(entered->m_Data);
             throw;
         }
         outResource = record.release();
@@ -211,10 +236,10 @@ int WCResContainer_Base::ReleaseLocked(WTResourceType *resource) {
 void WCResContainer_Base::DestroyRecord(WTResourceType *resource) {
     if ((resource->m_Flags & RM::kResFlagMarkedForDelete) != 0 && resource->m_pParent == nullptr)
         DeleteResourceData(*resource);
-    if (resource->m_pParent == nullptr) {
+    if (OwnsData(*resource)) {
         ConverterOf(*resource).Release(resource->m_Data);
     } else {
-        // A variant's data belongs to its base.
+        // A sharing variant's data belongs to its base.
         resource->m_Data.m_pData = nullptr;
         resource->m_Data.m_DataSize = 0;
         resource->m_Data.m_Form << RM::kResFormReleasedSuffix;

@@ -15,6 +15,8 @@ inline constexpr std::uint32_t kResFlagAddedNotOnDisk = 0x2;
 inline constexpr std::uint32_t kResFlagDataCopied = 0x4;
 inline constexpr std::uint32_t kResFlagDeferredWrite = 0x100;
 inline constexpr std::uint32_t kResFlagMarkedForDelete = 0x200;
+// A variant record that converted its own copy of its base's bytes and disposes of the result.
+inline constexpr std::uint32_t kResFlagOwnsConversion = 0x400;
 
 // Bit of the flags given to GetAResource and the Add functions: the caller will write the
 // resource later, with the whole container (WriteResContainer), rather than at WriteResource.
@@ -23,7 +25,8 @@ inline constexpr std::uint32_t kResLoadDeferredWrite = 0x2;
 } // namespace RM
 
 // The record of a loaded resource, shared by all its users and owned by its container's map.
-// A variant record shares its base's data and holds one retain on the base (m_pParent).
+// A variant record holds one retain on its base (m_pParent) and either shares the base's data or,
+// when its key brings a converter, owns a conversion of the base's raw bytes.
 // Users read the data without a lock for as long as they hold a retain; every other field is
 // changed only under the container's lock.
 struct WTResourceType : public WCResKey {

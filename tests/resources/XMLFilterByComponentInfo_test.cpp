@@ -75,10 +75,7 @@ protected:
     Container *m_Container = nullptr;
 };
 
-// Kept disabled on purpose until the container runs a variant's own converter over its base's raw
-// bytes: today a variant shares its base's converted data, so the second component would get the
-// first one's document. Run with --gtest_also_run_disabled_tests to see it.
-TEST_F(FilteredResources, DISABLED_TwoSubComponentsGetTwoResourcesSharingTheRawBytes) {
+TEST_F(FilteredResources, TwoSubComponentsGetTwoResourcesSharingTheRawBytes) {
     const MirelComponentInfo mono = Component("Mono");
     const MirelComponentInfo stereo = Component("Stmo");
     Resource *monoRes = nullptr;
