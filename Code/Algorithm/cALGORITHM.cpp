@@ -1,4 +1,5 @@
 #include "Code/Algorithm/cALGORITHM.h"
+#include "resources/GetAndFilterXMLResource.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -29,7 +30,7 @@ constexpr int kMemOpBase = 0;
 } // namespace
 
 cALGORITHM::cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&container)
-    : m_pResContainer(container) {
+    : RM::WCResContainerUser(container) {
     m_AlgLock.init();
     m_ComponentInfo = info;
     m_MeterManager.FinishCreate(this);
@@ -80,11 +81,16 @@ void cALGORITHM::ResetAllmembers() {
 }
 
 int cALGORITHM::ReadAlgXML() {
-    // The "AlgXML" resource (id 1001) is read through the resource manager, filtered by the
-    // component; without a container there is nothing to read and the defaults stand.
-    if (m_pResContainer == nullptr)
+    // Without a container there is nothing to read and the defaults stand.
+    if (GetContainer() == nullptr)
         return eRMContainerNotFound;
-    return ReadAlgXMLSelf();
+    WTResourceType *resource = nullptr;
+    void *data = nullptr;
+    const int err = RM::GetAndFilterPugiXMLResourceByComponentInfo(
+        *this, WCResKey("AlgXML", short(1001)), m_ComponentInfo, resource, data);
+    if (err != eNoErr)
+        return err;
+    return ReadAlgXMLFromDocument(static_cast<pugi::xml_document *>(data)->document_element());
 }
 
 bool cALGORITHM::DecideIsNativeFromComponentType(WCFourCC type) {

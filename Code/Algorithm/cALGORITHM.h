@@ -27,11 +27,9 @@
 #include "core/WCFourCC.h"
 #include "core/WTErrors.h"
 #include "core/miThread.h"
+#include "resources/WCStRes.h"
 
 MIREL_NAMESPACE_BEGIN
-
-// Handle of a resource container; the resource manager defines it.
-struct WTResContainerType;
 
 namespace Preset {
 class CPresetsManager;
@@ -62,7 +60,9 @@ using KPAPI_PROCESS_MEMORY::BUFFER_HEADER;
 // Threads: creation, GUIs, DoIdle and presets run on the main thread. The process lock (LockAlg,
 // recursive) guards parameters and coefficient images against idle, automation and message
 // threads; the audio thread never takes it and sees only what buffers deliver.
-class cALGORITHM : public WCMeterManager::Listener, public WCLinkGroups::Listener {
+class cALGORITHM : public RM::WCResContainerUser,
+                   public WCMeterManager::Listener,
+                   public WCLinkGroups::Listener {
 public:
     cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&container);
     virtual ~cALGORITHM();
@@ -400,7 +400,8 @@ public:
     virtual int SetPluginInfo_struct_Private(void *value, std::int64_t arg);
     virtual int SetPluginInfo_uint32_t_Private(std::uint32_t value, std::int64_t arg);
 
-    // Reading resources of the plug-in's container; the resource manager answers them.
+    // The bytes of a resource of the plug-in's container as stored, without loading it:
+    // eRMContainerNotFound without a container, the manager's code for a missing resource.
     int ReadResourceToMemObj(char const *type, short id, Utils::WCStMemObj &out) const;
     int GetPathToNativeProcessDLL(WCFixedStringBase &out) const;
     int GetProcessCodeManagerMemObj(Utils::WCStMemObj &out) const;
@@ -468,11 +469,16 @@ protected:
     // A plug-in whose XML is not a bundle resource calls it from its constructor. Missing text
     // gives eRMResNotFound, unparsable text eXMLParserFailed; neither changes anything.
     int ReadAlgXMLFromText(char const *text, std::uint64_t size);
+    // The same on a document already parsed: every "cALGORITHM" child of the root, then
+    // ReadAlgXMLSelf; the first non-zero code wins.
+    int ReadAlgXMLFromDocument(pugi::xml_node const &root);
     int Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element);
     WSParamMaps &ParamMaps() { return m_ParamMaps; }
 
     // Construction and lifecycle steps.
     void ResetAllmembers();
+    // The "AlgXML" resource (id 1001) filtered for this component; the resource stays held
+    // until the algorithm is destroyed, so other instances share the filtered document.
     int ReadAlgXML();
     void Init_Key_Values();
     void InitExportItemMap();
@@ -556,7 +562,6 @@ private:
     int m_ParameterListError = 0;
     WCFixedString<127> m_TrackName;
     double m_TrackVolume = 0.0;
-    WTResContainerType *m_pResContainer = nullptr;
     std::uint64_t m_NumDoIdleCalls = 0;
     std::uint64_t m_NumUpdateAlgCalls = 0;
     std::uint64_t m_NumInitDataCalls = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "Code/Algorithm/cALGORITHM.h"
 
@@ -42,6 +43,12 @@ constexpr unsigned int kParseFlags = pugi::parse_cdata | pugi::parse_escapes | p
                                      pugi::parse_wconv_attribute | pugi::parse_trim_pcdata |
                                      pugi::parse_embed_pcdata;
 
+// The compatibility lists name each code once; the component's own sub-type is already in.
+void AddOnce(std::vector<WCFourCC> &codes, WCFourCC code) {
+    if (std::find(codes.begin(), codes.end(), code) == codes.end())
+        codes.push_back(code);
+}
+
 long long ParseInteger(char const *text, long long min, long long max, long long fallback) {
     char *end = nullptr;
     const long long value = std::strtoll(text, &end, 10);
@@ -58,8 +65,12 @@ int cALGORITHM::ReadAlgXMLFromText(char const *text, std::uint64_t size) {
     pugi::xml_document doc;
     if (!doc.load_buffer(text, size, kParseFlags))
         return eXMLParserFailed;
+    return ReadAlgXMLFromDocument(doc.document_element());
+}
+
+int cALGORITHM::ReadAlgXMLFromDocument(pugi::xml_node const &root) {
     int err = eNoErr;
-    for (pugi::xml_node element : doc.document_element().children("cALGORITHM")) {
+    for (pugi::xml_node element : root.children("cALGORITHM")) {
         const int one = Read_cALGORITHM_Element_FromXML(element);
         if (err == eNoErr)
             err = one;
@@ -83,12 +94,12 @@ int cALGORITHM::Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element) {
         } else if (std::strcmp(tag, "UserManualName") == 0) {
             m_UserManualName = text;
         } else if (std::strcmp(tag, "PresetCompatibleType") == 0) {
-            m_PresetCompatibleTypes.push_back(WCFourCC::FromText(text));
+            AddOnce(m_PresetCompatibleTypes, WCFourCC::FromText(text));
         } else if (std::strcmp(tag, "PresetCompatibleSubComp") == 0) {
-            m_PresetCompatibleSubComps.push_back(WCFourCC::FromText(text));
+            AddOnce(m_PresetCompatibleSubComps, WCFourCC::FromText(text));
         } else if (std::strcmp(tag, "AlgType") == 0) {
             m_AlgType = WCFourCC::FromText(text);
-            m_PresetCompatibleTypes.push_back(m_AlgType);
+            AddOnce(m_PresetCompatibleTypes, m_AlgType);
         } else if (std::strcmp(tag, "UndoLevel") == 0) {
             m_UndoLevel = static_cast<std::uint64_t>(
                 ParseInteger(text, 0, 1000000, static_cast<long long>(m_UndoLevel)));

@@ -6,6 +6,7 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "resources/ResourceManager.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -211,9 +212,10 @@ int cALGORITHM::SetAutomatableControlStr(char const *, std::int64_t index) {
 
 // ---- resources ------------------------------------------------------------------------------
 
-int cALGORITHM::ReadResourceToMemObj(char const *, short, Utils::WCStMemObj &) const {
-    // Resources are read through the resource manager; without a container nothing is found.
-    return m_pResContainer == nullptr ? eRMContainerNotFound : eRMResNotFound;
+int cALGORITHM::ReadResourceToMemObj(char const *type, short id, Utils::WCStMemObj &out) const {
+    if (GetContainer() == nullptr)
+        return eRMContainerNotFound;
+    return RM::GetRawResourceData(GetContainer(), WCResKey(type, id), out);
 }
 
 int cALGORITHM::GetPathToNativeProcessDLL(WCFixedStringBase &) const {

@@ -6,8 +6,6 @@
 #include <numbers>
 
 #include "Code/Algorithm/MirelPluginEntry.h"
-#include "core/WCStMemObj.h"
-#include "examples/GainFilter/GainFilterParamXML.h"
 
 using namespace MIREL_NAMESPACE_NAME;
 
@@ -26,10 +24,8 @@ constexpr WSRange kRanges[GainFilter::eNumValues] = {{-24.0, 12.0}, {20.0, 20000
 
 GainFilter::GainFilter(MirelComponentInfo const &info, WTResContainerType *&container)
     : cALGORITHM(info, container) {
-    // The names come from the algorithm XML once the plug-in has one.
-    SetAlgName("GainFilter");
-    SetPluginValue_bool("IsNotBypassable", false);
-    SetPluginValue_bool("IsSampleBased", true);
+    // Names, undo depth and flags come from the bundle's "AlgXML", the parameters from its
+    // "ParamXML"; the base reads both.
 }
 
 void GainFilter::InitProcessCodeSelf() {
@@ -41,10 +37,6 @@ void GainFilter::InitProcessCodeSelf() {
     needs.sideChainInputs = 0;
     needs.maxSampleRate = 192000;
     needs.cycles = 40;
-}
-
-int GainFilter::ReadParamXML(Utils::WCStMemObj &out) const {
-    return out.Assign(kGainFilterParamXML, sizeof kGainFilterParamXML - 1);
 }
 
 double GainFilter::GetValue(int which) const {

@@ -37,7 +37,6 @@ protected:
     int DoIdleSelf(short level) override;
     BUFFER_HEADER *ResetAudioBuffersSelf() override;
     void InitProcessCodeSelf() override;
-    int ReadParamXML(MIREL_NAMESPACE_NAME::Utils::WCStMemObj &out) const override;
     int ChangeSampleRateSelf() override;
 
 private:

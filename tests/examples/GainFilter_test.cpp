@@ -2,11 +2,14 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "Code/Algorithm/DLLMap.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
+#include "core/WCStMemObj.h"
+#include "resources/ResourceManager.h"
 #include "tests/support/WCTestHome.h"
 #include "tools/shell/WCRecordingShell.h"
 
@@ -61,6 +64,57 @@ TEST(GainFilterModule, LoadsWalksTheLifeCycleAndTearsDownClean) {
     EXPECT_EQ(shell.Algorithm()->GetNumDoIdleCalls(), 3u);
     EXPECT_EQ(shell.Stop(), 0);
     EXPECT_EQ(shell.LiveBuffers(), 0u);
+}
+
+TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
+    mirel_test::WCTestHome home;
+    {
+        WCRecordingShell shell;
+        ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+        ASSERT_NE(shell.Container(), nullptr);
+        ml::MirelComponentInfo info;
+        ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
+        ASSERT_EQ(shell.Create(info), 0);
+        ASSERT_EQ(shell.Start(), 0);
+        ml::cALGORITHM &alg = *shell.Algorithm();
+
+        // The algorithm XML, filtered for this component on this system.
+        ml::WCFixedString<15> shortName;
+        EXPECT_EQ(alg.GetAlgNameOfLength(3, shortName), 0);
+        EXPECT_STREQ(shortName.c_str(), "GnF");
+        EXPECT_EQ(alg.GetUndoLevel(), 200u);
+        EXPECT_EQ(alg.GetOptimalRefreshRate(), 60u);
+        EXPECT_TRUE(alg.GetPluginValue_bool("IsSampleBased", false));
+        EXPECT_FALSE(alg.GetPluginValue_bool("DontSuspendProcess", false)) << "an element for Win";
+        EXPECT_FALSE(alg.GetPluginValue_bool("IsMidiListener", false)) << "another sub-component";
+        // 'AlgR' hands out the document as stored, before filtering.
+        ml::Utils::WCStMemObj stored;
+        ASSERT_EQ(alg.ReadResourceToMemObj("AlgXML", 1001, stored), 0);
+        EXPECT_NE(std::string(static_cast<char const *>(stored.GetPtr()), stored.GetSize())
+                      .find("OS=\"Win\""),
+                  std::string::npos);
+
+        // The parameter XML: several scale kinds, display functions, a parent and an array.
+        ASSERT_EQ(alg.GetNumParams(), 5u);
+        const char *names[] = {"Gain", "Cutoff", "Filter", "Trim1", "Trim2"};
+        const char *texts[] = {"0.0 dB", "1000 Hz", "On", "0.0 dB", "0.0 dB"};
+        for (std::uint64_t id = 0; id < alg.GetNumParams(); ++id) {
+            ml::sCONTROL_PARAM &param = *alg.GetParam(id);
+            param.UpdateValueString(0);
+            EXPECT_STREQ(param.m_Name.c_str(), names[id]);
+            EXPECT_STREQ(param.GetValueString().c_str(), texts[id]) << names[id];
+        }
+        EXPECT_NEAR(alg.GetParam(1)->GetResetValue(), 632.0, 0.5);
+        EXPECT_EQ(alg.GetParam(4)->StateToRealWorld(1000), 12.0) << "the trims inherit the scale";
+        EXPECT_TRUE(alg.GetParam(4)->IsFlagSet(ml::eParamFlag_DontRecordUndo));
+        EXPECT_FALSE(alg.GetParam(4)->IsFlagSet(ml::eParamFlag_DontUpdateWhileDrag));
+        EXPECT_EQ(shell.Stop(), 0);
+    }
+    // The shell closed the bundle's container with the module.
+    ml::WSResourceManagerInfo managerInfo;
+    ml::RM::GetResourceManagerInfo(managerInfo, nullptr);
+    EXPECT_EQ(managerInfo.m_NumContainers, 0u);
+    EXPECT_EQ(managerInfo.m_TotalResources, 0u);
 }
 
 TEST(GainFilterModule, MissingOrForeignModulesGiveTheirCodes) {

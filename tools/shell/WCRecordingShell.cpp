@@ -4,6 +4,8 @@
 
 #include "Code/Algorithm/PluginInfoSelectors.h"
 #include "Code/Algorithm/linux/WUNativeModule.h"
+#include "files/WUBundles.h"
+#include "resources/ResourceManager.h"
 
 namespace mirel_shell {
 
@@ -48,7 +50,13 @@ WCRecordingShell::~WCRecordingShell() {
     if (m_Instance.m_pAlg != nullptr)
         Stop();
     m_Live.clear();
+    CloseResources();
     ml::NativeModule::Unload(m_Module);
+}
+
+void WCRecordingShell::CloseResources() {
+    if (m_Container != nullptr)
+        ml::RM::CloseResContainer(m_Container);
 }
 
 int WCRecordingShell::ExecCallBack(int op, std::int64_t refcon, void *a, void *b, void *c) {
@@ -237,6 +245,19 @@ int WCRecordingShell::LoadModule(char const *path) {
         ml::NativeModule::Unload(module);
         return ml::eFuncPointerNotFound;
     }
+    // A module inside a bundle reads its resources from the bundle's container, which stays open
+    // until the module is unloaded.
+    ml::WTResContainerType *container = nullptr;
+    ml::FM::WCStPath bundle;
+    if (ml::FM::GetPathToBundleGivenMainExecutable(ml::FM::WCStPath(path), bundle) == ml::eNoErr) {
+        const int openErr = ml::RM::OpenResContainer(bundle, 0, container, 0);
+        if (openErr != ml::eNoErr) {
+            ml::NativeModule::Unload(module);
+            return openErr;
+        }
+    }
+    CloseResources();
+    m_Container = container;
     ml::NativeModule::Unload(m_Module);
     m_Module = module;
     m_GetInfo = getInfo;

@@ -59,8 +59,9 @@ public:
     // Op 5 fails once this many buffers were created; -1 never.
     int m_FailNewBufferAfter = -1;
 
-    // Loads a plug-in module and binds its entry points. Codes: eDLLNotFound, eDLLLoadingFailed,
-    // eFuncPointerNotFound for a module without them.
+    // Loads a plug-in module and binds its entry points; a module inside a bundle also opens the
+    // bundle's resource container, which the factory receives. Codes: eDLLNotFound,
+    // eDLLLoadingFailed, eFuncPointerNotFound for a module without them, or the container's.
     int LoadModule(char const *path);
     int GetModuleComponentInfo(int index, ml::MirelComponentInfo &info) const;
     // Steps 1 to 4 of the life cycle, with the loaded module's factory.
@@ -77,6 +78,8 @@ public:
     int Stop();
 
     ml::PluginInstance &Instance() { return m_Instance; }
+    // The loaded bundle's resource container, or null.
+    ml::WTResContainerType *Container() const { return m_Container; }
     ml::cALGORITHM *Algorithm() const { return m_Instance.m_pAlg; }
     bool IsRunning() const { return m_Running; }
 
@@ -104,6 +107,7 @@ private:
     int ApplyChain(ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER *chain, std::int64_t &count);
     std::vector<char> *MemoryOf(int kind);
     int Step(char const *name, int code);
+    void CloseResources();
 
     ml::PluginInstance m_Instance;
     Destroyer m_Destroy;

@@ -187,29 +187,3 @@ TEST(ParamXML, AbsurdNumbersGiveFiniteStates) {
 }
 
 } // namespace
-
-#include "examples/GainFilter/GainFilterParamXML.h"
-
-namespace {
-
-TEST(ParamXML, TheExamplePluginsParametersRead) {
-    std::vector<ml::sCONTROL_PARAM> params;
-    ASSERT_EQ(Read(kGainFilterParamXML, params), 0);
-    ASSERT_EQ(params.size(), 5u);
-    const char *names[] = {"Gain", "Cutoff", "Filter", "Trim1", "Trim2"};
-    for (std::size_t i = 0; i < params.size(); ++i) {
-        EXPECT_STREQ(params[i].m_Name.c_str(), names[i]);
-        params[i].InitRealWorldAndUpdate(0);
-        params[i].UpdateValueString(0);
-    }
-    EXPECT_STREQ(params[0].GetValueString().c_str(), "0.0 dB");
-    EXPECT_STREQ(params[1].GetValueString().c_str(), "1000 Hz");
-    EXPECT_STREQ(params[2].GetValueString().c_str(), "On");
-    EXPECT_EQ(params[2].GetState(0), 1000.0);
-    EXPECT_NEAR(params[1].GetResetValue(), 632.0, 0.5);
-    EXPECT_EQ(params[4].StateToRealWorld(1000), 12.0) << "the trims inherit the gain's scale";
-    EXPECT_FALSE(params[4].IsFlagSet(ml::eParamFlag_DontUpdateWhileDrag));
-    EXPECT_TRUE(params[4].IsFlagSet(ml::eParamFlag_DontRecordUndo));
-}
-
-} // namespace
