@@ -10,6 +10,7 @@
 #include "Code/Algorithm/PluginInfoSelectors.h"
 #include "core/WCStMemObj.h"
 #include "resources/ResourceManager.h"
+#include "resources/XInfResource.h"
 #include "tests/support/WCTestHome.h"
 #include "tools/shell/WCRecordingShell.h"
 
@@ -72,6 +73,15 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
         WCRecordingShell shell;
         ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
         ASSERT_NE(shell.Container(), nullptr);
+        // The bundle describes the module it ships.
+        ml::WCVersion internal, external;
+        ASSERT_EQ(ml::RM::GetPluginVersionsFromXInfResource(shell.Container(), internal, external),
+                  0);
+        EXPECT_EQ(internal, ml::WCVersion(1, 0, 0, 1));
+        ml::WCFixedString<63> library;
+        EXPECT_EQ(ml::RM::GetResourceValueByName(shell.Container(), "DynamicPluginLibName", library),
+                  0);
+        EXPECT_STREQ(library.c_str(), "GainFilter.so");
         ml::MirelComponentInfo info;
         ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
         ASSERT_EQ(shell.Create(info), 0);
