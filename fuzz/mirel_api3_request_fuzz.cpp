@@ -10,22 +10,13 @@
 #include "Code/Algorithm/MirelAPI3Internal.h"
 #include "Code/Algorithm/cALGORITHM.h"
 #include "core/WUAssert.h"
+#include "tests/support/WCSilentAlgorithm.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
 
-class WCFuzzAlgorithm : public ml::cALGORITHM {
-public:
-    using cALGORITHM::cALGORITHM;
-
-protected:
-    ml::BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override { return nullptr; }
-    ml::BUFFER_HEADER *UpdateAlgSelf() override { return nullptr; }
-    ml::BUFFER_HEADER *InitAlgSelf() override { return nullptr; }
-    int DoIdleSelf(short) override { return 0; }
-    ml::BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
-};
+using WCFuzzAlgorithm = mirel_test::WCSilentAlgorithm;
 
 // A process side that refuses to make buffers and accepts everything else.
 int RefusingProcessSide(int op, std::int64_t, void *, void *, void *) {

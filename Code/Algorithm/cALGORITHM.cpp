@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
 #include <ctime>
+#include <memory>
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/linux/WUNativeModule.h"
@@ -90,7 +90,7 @@ int cALGORITHM::ReadAlgXML() {
         *this, WCResKey("AlgXML", short(1001)), m_ComponentInfo, resource, data);
     if (err != eNoErr)
         return err;
-    return ReadAlgXMLFromDocument(static_cast<pugi::xml_document *>(data)->document_element());
+    return ReadFromXML(static_cast<pugi::xml_document *>(data)->document_element());
 }
 
 bool cALGORITHM::DecideIsNativeFromComponentType(WCFourCC type) {
@@ -197,19 +197,18 @@ void cALGORITHM::InitExportItemMap() {
     m_ExportItems.add_item("track_name",
                            std::make_unique<WCExportItem_call_alg_set_func_with_const_char>(
                                [this](char const *text) { return SetTrackName(text); }));
-    m_ExportItems.add_item("track_volume",
-                           std::make_unique<WCExportItem_call_alg_set_func_with_const_char>(
-                               [this](char const *text) {
-                                   char *end = nullptr;
-                                   const double volume = std::strtod(text, &end);
-                                   return end == text ? eValueWrongSize : SetTrackVolume(volume);
-                               }));
-    m_ExportItems.add_item_pattern(
-        WCExportItem_ControlRealWorldToState::kPattern,
-        std::make_unique<WCExportItem_ControlRealWorldToState>(
-            [this](std::int64_t control, double &inOut) {
-                return ControlStateFromRealWorldValue(control, inOut);
-            }));
+    m_ExportItems.add_item(
+        "track_volume",
+        std::make_unique<WCExportItem_call_alg_set_func_with_const_char>([this](char const *text) {
+            char *end = nullptr;
+            const double volume = std::strtod(text, &end);
+            return end == text ? eValueWrongSize : SetTrackVolume(volume);
+        }));
+    m_ExportItems.add_item_pattern(WCExportItem_ControlRealWorldToState::kPattern,
+                                   std::make_unique<WCExportItem_ControlRealWorldToState>(
+                                       [this](std::int64_t control, double &inOut) {
+                                           return ControlStateFromRealWorldValue(control, inOut);
+                                       }));
 }
 
 void cALGORITHM::Init_Key_Values() {
@@ -217,8 +216,8 @@ void cALGORITHM::Init_Key_Values() {
     // Capabilities a plug-in may have set in its own step keep its value.
     for (char const *key :
          {"StaticSidechain", "NotifyTouchReleaseOnPresetLoad", "GUI_resize_supported",
-          "GUI_screen_oversize_supported", "IsMirelEditModeEnabled", "ShowAllHTMLs",
-          "HideAllHTMLs", "ShowAllChildWindows", "HideAllChildWindows", "GUI_System_ExecuteCopy",
+          "GUI_screen_oversize_supported", "IsMirelEditModeEnabled", "ShowAllHTMLs", "HideAllHTMLs",
+          "ShowAllChildWindows", "HideAllChildWindows", "GUI_System_ExecuteCopy",
           "GUI_System_ExecuteSwitch", "ARASupport"}) {
         if (!m_KeyValues.Has(key))
             m_KeyValues.Set(key, false);
@@ -226,8 +225,8 @@ void cALGORITHM::Init_Key_Values() {
     // The edit mode exists only where its diagnostics folder does; none is configured here.
     if (!m_KeyValues.Has("EnableMirelEditMode"))
         m_KeyValues.Set("EnableMirelEditMode", false);
-    for (char const *key : {"inputs:stem", "sidechain_inputs:stem", "outputs:stem",
-                            "through_delay", "tail:length"}) {
+    for (char const *key :
+         {"inputs:stem", "sidechain_inputs:stem", "outputs:stem", "through_delay", "tail:length"}) {
         if (!m_KeyValues.Has(key))
             m_KeyValues.Set(key, std::int32_t(0));
     }

@@ -22,6 +22,7 @@
 #include "Code/Algorithm/WCMusicInfo.h"
 #include "Code/Algorithm/WSParamMaps.h"
 #include "Code/Algorithm/sCONTROL_PARAM.h"
+#include "Utilities/XML/Code/CXMLable.h"
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
 #include "core/WCFourCC.h"
@@ -60,7 +61,8 @@ using KPAPI_PROCESS_MEMORY::BUFFER_HEADER;
 // Threads: creation, GUIs, DoIdle and presets run on the main thread. The process lock (LockAlg,
 // recursive) guards parameters and coefficient images against idle, automation and message
 // threads; the audio thread never takes it and sees only what buffers deliver.
-class cALGORITHM : public RM::WCResContainerUser,
+class cALGORITHM : public CXMLable,
+                   public RM::WCResContainerUser,
                    public WCMeterManager::Listener,
                    public WCLinkGroups::Listener {
 public:
@@ -68,6 +70,11 @@ public:
     virtual ~cALGORITHM();
     cALGORITHM(cALGORITHM const &) = delete;
     cALGORITHM &operator=(cALGORITHM const &) = delete;
+
+    // The algorithm XML's root: every "cALGORITHM" child, then ReadAlgXMLSelf; the first
+    // non-zero code wins.
+    using CXMLable::ReadFromXML;
+    WTErr ReadFromXML(pugi::xml_node const &root) override;
 
     // ---- life cycle ------------------------------------------------------------------------
     // [main-thread] Stores the calling thread as the main thread the first time only; answers
@@ -469,9 +476,6 @@ protected:
     // A plug-in whose XML is not a bundle resource calls it from its constructor. Missing text
     // gives eRMResNotFound, unparsable text eXMLParserFailed; neither changes anything.
     int ReadAlgXMLFromText(char const *text, std::uint64_t size);
-    // The same on a document already parsed: every "cALGORITHM" child of the root, then
-    // ReadAlgXMLSelf; the first non-zero code wins.
-    int ReadAlgXMLFromDocument(pugi::xml_node const &root);
     int Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element);
     WSParamMaps &ParamMaps() { return m_ParamMaps; }
 

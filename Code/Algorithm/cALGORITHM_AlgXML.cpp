@@ -65,10 +65,10 @@ int cALGORITHM::ReadAlgXMLFromText(char const *text, std::uint64_t size) {
     pugi::xml_document doc;
     if (!doc.load_buffer(text, size, kParseFlags))
         return eXMLParserFailed;
-    return ReadAlgXMLFromDocument(doc.document_element());
+    return ReadFromXML(doc.document_element());
 }
 
-int cALGORITHM::ReadAlgXMLFromDocument(pugi::xml_node const &root) {
+WTErr cALGORITHM::ReadFromXML(pugi::xml_node const &root) {
     int err = eNoErr;
     for (pugi::xml_node element : root.children("cALGORITHM")) {
         const int one = Read_cALGORITHM_Element_FromXML(element);

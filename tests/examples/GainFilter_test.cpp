@@ -79,8 +79,8 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
                   0);
         EXPECT_EQ(internal, ml::WCVersion(1, 0, 0, 1));
         ml::WCFixedString<63> library;
-        EXPECT_EQ(ml::RM::GetResourceValueByName(shell.Container(), "DynamicPluginLibName", library),
-                  0);
+        EXPECT_EQ(
+            ml::RM::GetResourceValueByName(shell.Container(), "DynamicPluginLibName", library), 0);
         EXPECT_STREQ(library.c_str(), "GainFilter.so");
         ml::MirelComponentInfo info;
         ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);

@@ -5,25 +5,15 @@
 
 #include <gtest/gtest.h>
 
-#include "Code/Algorithm/cALGORITHM.h"
 #include "resources/WCResContainer_Base.h"
 #include "tests/resources/ResourcesTestSupport.h"
+#include "tests/support/WCSilentAlgorithm.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
 
-class WCBundleAlgorithm : public ml::cALGORITHM {
-public:
-    using cALGORITHM::cALGORITHM;
-
-protected:
-    ml::BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override { return nullptr; }
-    ml::BUFFER_HEADER *UpdateAlgSelf() override { return nullptr; }
-    ml::BUFFER_HEADER *InitAlgSelf() override { return nullptr; }
-    int DoIdleSelf(short) override { return 0; }
-    ml::BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
-};
+using WCBundleAlgorithm = mirel_test::WCSilentAlgorithm;
 
 ml::MirelComponentInfo Component(const char *subType) {
     ml::MirelComponentInfo info;
