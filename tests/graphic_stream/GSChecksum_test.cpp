@@ -21,9 +21,7 @@ TEST(MurmurHash64A, LongInputFollowsThePublishedAlgorithm) {
     EXPECT_EQ(MurmurHash64A("0123456789abcdef", 16, 17), 0xb19d325f5cc5469aull);
     EXPECT_EQ(MurmurHash64A("0123456789abcdef", 16, 0), 0x93a92d1a91a24bc7ull);
     EXPECT_EQ(MurmurHash64A("The quick brown fox", 19, 17), 0xa284dc3f51c9668full);
-    unsigned char nine[9];
-    for (int i = 0; i < 9; ++i)
-        nine[i] = static_cast<unsigned char>(i);
+    unsigned char const nine[] = {0, 1, 2, 3, 4, 5, 6, 7, 8};
     EXPECT_EQ(MurmurHash64A(nine, 9, 17), 0xb0e09a2e9237849aull);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -27,17 +28,31 @@ inline std::int32_t SizeAt(const MIREL_NAMESPACE_NAME::Utils::WCStMemObj &memory
     return At<std::int32_t>(memory, offset + 4);
 }
 
-// The commands of a stream in order, following the records' sizes.
-inline std::vector<std::int32_t> Commands(const MIREL_NAMESPACE_NAME::Utils::WCStMemObj &memory) {
-    std::vector<std::int32_t> commands;
+// The rectangle at a byte offset as {x, y, width, height}, to compare in one line.
+inline std::array<std::int32_t, 4> RectAt(const MIREL_NAMESPACE_NAME::Utils::WCStMemObj &memory,
+                                          std::uint64_t offset) {
+    const auto rect = At<MIREL_NAMESPACE_NAME::miGS::SGSRect>(memory, offset);
+    return {rect.location.x, rect.location.y, rect.size.width, rect.size.height};
+}
+
+// The offsets of the records of a stream in order, following the records' sizes.
+inline std::vector<std::uint64_t> Offsets(const MIREL_NAMESPACE_NAME::Utils::WCStMemObj &memory) {
+    std::vector<std::uint64_t> offsets;
     std::uint64_t offset = 0;
     while (offset + 8 <= memory.GetSize()) {
-        commands.push_back(CommandAt(memory, offset));
+        offsets.push_back(offset);
         const std::int32_t size = SizeAt(memory, offset);
         if (size <= 0)
             break;
         offset += static_cast<std::uint64_t>(size);
     }
+    return offsets;
+}
+
+inline std::vector<std::int32_t> Commands(const MIREL_NAMESPACE_NAME::Utils::WCStMemObj &memory) {
+    std::vector<std::int32_t> commands;
+    for (const std::uint64_t offset : Offsets(memory))
+        commands.push_back(CommandAt(memory, offset));
     return commands;
 }
 

@@ -11,20 +11,8 @@ using namespace MIREL_NAMESPACE_NAME;
 using namespace MIREL_NAMESPACE_NAME::miGS;
 using gs_test::At;
 using gs_test::Commands;
-using gs_test::SizeAt;
-
-namespace {
-
-// Offsets of the records of a stream.
-std::vector<std::uint64_t> Offsets(const Utils::WCStMemObj &memory) {
-    std::vector<std::uint64_t> offsets;
-    for (std::uint64_t offset = 0; offset + 8 <= memory.GetSize();
-         offset += static_cast<std::uint64_t>(SizeAt(memory, offset)))
-        offsets.push_back(offset);
-    return offsets;
-}
-
-} // namespace
+using gs_test::Offsets;
+using gs_test::RectAt;
 
 TEST(WCGSArrays, LongStripIsChunkedWithOneSharedVertex) {
     WCGSArrays arrays;
@@ -142,9 +130,7 @@ TEST(WCGSArrays, OvalIsATriangleFanInACentredFrame) {
     Utils::WCStMemObj &memory = writer.GetMemObj();
     ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSBeginFrame, eGSDataHere,
                                                            eGSDrawVertices, eGSEndFrame}));
-    EXPECT_EQ(At<SGSRect>(memory, 16).location.x, 20);
-    EXPECT_EQ(At<SGSRect>(memory, 16).location.y, 10);
-    EXPECT_EQ(At<SGSRect>(memory, 16).size.width, 0);
+    EXPECT_EQ(RectAt(memory, 16), (std::array<std::int32_t, 4>{20, 10, 0, 0}));
     EXPECT_EQ(At<std::int32_t>(memory, 32 + 16), 2 * 22);
     EXPECT_EQ(At<float>(memory, 32 + 28), 0.0f);
     // The outline starts at the top (angle 0 is up) and closes where it started.

@@ -12,7 +12,9 @@ using namespace MIREL_NAMESPACE_NAME::miGS;
 using gs_test::At;
 using gs_test::CommandAt;
 using gs_test::Commands;
+using gs_test::RectAt;
 using gs_test::SizeAt;
+using Rect = std::array<std::int32_t, 4>;
 
 namespace {
 
@@ -41,7 +43,7 @@ TEST(WCGraphicStreamBinaryWriter, StreamRecordLaysOutSizeSignatureAndName) {
     EXPECT_EQ(At<char>(memory, 111), '\0');
 }
 
-TEST(WCGraphicStreamBinaryWriter, FiveCharacterTextIsThirtySixBytesPaddedWithUnderscores) {
+TEST(WCGraphicStreamBinaryWriter, DataHerePadsItsPayloadToFourBytesWithUnderscores) {
     Utils::WCStMemObj memory;
     WCGraphicStreamBinaryWriter writer(memory);
     writer.DataHereStr("Hello");
@@ -54,13 +56,10 @@ TEST(WCGraphicStreamBinaryWriter, FiveCharacterTextIsThirtySixBytesPaddedWithUnd
     EXPECT_EQ(At<std::uint64_t>(memory, 20), 0u);
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 28, 5), "Hello");
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 33, 3), "___");
-}
 
-TEST(WCGraphicStreamBinaryWriter, PayloadOnTheFourByteGridGetsNoPadding) {
-    Utils::WCStMemObj memory;
-    WCGraphicStreamBinaryWriter writer(memory);
+    // A payload already on the four-byte grid gets no padding.
     const short values[] = {1, -2, 3, -4};
-    writer.DataHere(values, 4, eGSPurposePoint2D);
+    writer.ClearStream().DataHere(values, 4, eGSPurposePoint2D);
     EXPECT_EQ(memory.GetSize(), 36u);
     EXPECT_EQ(SizeAt(memory, 0), 36);
     EXPECT_EQ(At<short>(memory, 30), -2);
@@ -150,11 +149,8 @@ TEST(WCGraphicStreamBinaryWriter, ImagesByNumberSkipMinusOne) {
     ASSERT_EQ(memory.GetSize(), 56u);
     EXPECT_EQ(CommandAt(memory, 0), eGSDrawImage);
     EXPECT_EQ(At<std::int32_t>(memory, 8), 7);
-    EXPECT_EQ(At<SGSRect>(memory, 12).location.x, 20);
-    EXPECT_EQ(At<SGSRect>(memory, 12).location.y, 10);
-    EXPECT_EQ(At<SGSRect>(memory, 12).size.width, 100);
-    EXPECT_EQ(At<SGSRect>(memory, 12).size.height, 40);
-    EXPECT_EQ(At<SGSRect>(memory, 28).size.width, 2);
+    EXPECT_EQ(RectAt(memory, 12), (Rect{20, 10, 100, 40}));
+    EXPECT_EQ(RectAt(memory, 28), (Rect{2, 1, 2, 2}));
     EXPECT_EQ(At<std::int32_t>(memory, 44), -1);
     EXPECT_EQ(At<std::int32_t>(memory, 48), -1);
     EXPECT_EQ(At<std::uint32_t>(memory, 52), 1u);
@@ -282,10 +278,8 @@ TEST(WCGraphicStreamBinaryWriter, ClipRectsAreShiftedByTheBase) {
                              WURect<short>(3, 4, 100, 100));
     Utils::WCStMemObj &memory = writer.GetMemObj();
     ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSClipMultipleRects}));
-    EXPECT_EQ(At<SGSRect>(memory, 28).location.x, 16);
-    EXPECT_EQ(At<SGSRect>(memory, 28).location.y, 7);
-    EXPECT_EQ(At<SGSRect>(memory, 28).size.width, 20);
-    EXPECT_EQ(At<SGSRect>(memory, 44).location.x, 1);
+    EXPECT_EQ(RectAt(memory, 28), (Rect{16, 7, 20, 20}));
+    EXPECT_EQ(RectAt(memory, 44), (Rect{1, 2, 1, 1}));
     EXPECT_EQ(SizeAt(memory, 60), 8);
 
     writer.ClearStream().ClipRect(WURect<short>(1, 2, 11, 22));
@@ -357,10 +351,7 @@ TEST(WCStGSFrameStructWriter, NestedGuardsCloseInnerBeforeOuter) {
     const std::uint64_t frame = 112 + 36;
     EXPECT_EQ(At<std::int32_t>(memory, 112 + 12), eGSResourcesBaseURL);
     EXPECT_EQ(At<std::int64_t>(memory, frame + 8), 0);
-    EXPECT_EQ(At<SGSRect>(memory, frame + 16).location.x, 2);
-    EXPECT_EQ(At<SGSRect>(memory, frame + 16).location.y, 1);
-    EXPECT_EQ(At<SGSRect>(memory, frame + 16).size.width, 20);
-    EXPECT_EQ(At<SGSRect>(memory, frame + 16).size.height, 10);
+    EXPECT_EQ(RectAt(memory, frame + 16), (Rect{2, 1, 20, 10}));
     EXPECT_EQ(writer.GetNumFramesOpened(), 2u);
     EXPECT_EQ(writer.GetFramesBytes(), 64u);
 }

@@ -77,11 +77,6 @@ void WriteSmallStream(WCGraphicStreamBinaryWriter &writer) {
     writer.DrawTheText("outer", 2);
 }
 
-std::vector<char> Bytes(WCGraphicStreamBinaryWriter &writer) {
-    const char *p = writer.GetStreamPtr();
-    return std::vector<char>(p, p + writer.GetStreamSize());
-}
-
 // A stream of raw records, for faults the writer never makes.
 struct WSRawStream {
     Utils::WCStMemObj m_Memory;
@@ -95,48 +90,47 @@ struct WSRawStream {
         m_Memory.Append(zeros.data(), zeros.size());
         return *this;
     }
-    WSRawStream &Stream() {
-        const SGSStream stream;
-        m_Memory.Append(&stream, sizeof stream);
+    template <typename T>
+    WSRawStream &Record(const T &record) {
+        m_Memory.Append(&record, sizeof record);
         return *this;
     }
+    WSRawStream &Stream() { return Record(SGSStream()); }
     char *Ptr() { return static_cast<char *>(m_Memory.GetPtr()); }
     std::uint64_t Size() const { return m_Memory.GetSize(); }
 };
 
+// The small stream and an engine to walk it.
+class WCGraphicStreamEngineBaseWalk : public ::testing::Test {
+protected:
+    WCGraphicStreamEngineBaseWalk() { WriteSmallStream(m_Writer); }
+    char *Ptr() { return m_Writer.GetStreamPtr(); }
+    std::uint64_t Size() { return m_Writer.GetStreamSize(); }
+
+    WCGraphicStreamBinaryWriter m_Writer;
+    WCRecordingEngine m_Engine;
+};
+
 } // namespace
 
-TEST(WCGraphicStreamEngineBase, DispatchesEveryRecordInOrder) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
-    WCRecordingEngine engine;
-    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
-    EXPECT_EQ(engine.m_Calls, (std::vector<std::string>{
-                                  "BeginStream", "Remark:a remark", "Font", "BeginFrame",
-                                  "BeginFrame", "Font", "DrawImage", "Data", "DrawTheText",
-                                  "EndFrame", "Data", "DrawTheText", "EndFrame", "EndStream"}));
-    EXPECT_STREQ(engine.GetStreamName().c_str(), "Small");
-    EXPECT_STREQ(engine.GetResourcesBaseURL().c_str(), "/plugins/Small.bundle/");
-    EXPECT_EQ(engine.GetRecordCount(), 15u);
-    EXPECT_EQ(engine.GetExecutionCount(), 1u);
-    EXPECT_TRUE(engine.GetFrameStack().empty());
+TEST_F(WCGraphicStreamEngineBaseWalk, DispatchesEveryRecordInOrder) {
+    ASSERT_EQ(m_Engine.ExecStream(Ptr(), Size()), eNoErr);
+    EXPECT_EQ(m_Engine.m_Calls, (std::vector<std::string>{
+                                    "BeginStream", "Remark:a remark", "Font", "BeginFrame",
+                                    "BeginFrame", "Font", "DrawImage", "Data", "DrawTheText",
+                                    "EndFrame", "Data", "DrawTheText", "EndFrame", "EndStream"}));
+    EXPECT_STREQ(m_Engine.GetStreamName().c_str(), "Small");
+    EXPECT_STREQ(m_Engine.GetResourcesBaseURL().c_str(), "/plugins/Small.bundle/");
+    EXPECT_EQ(m_Engine.GetRecordCount(), 15u);
+    EXPECT_EQ(m_Engine.GetExecutionCount(), 1u);
+    EXPECT_TRUE(m_Engine.GetFrameStack().empty());
 }
 
-TEST(WCGraphicStreamEngineBase, NestedFramesAddTheirOffsets) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
-    WCRecordingEngine engine;
-    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
-    EXPECT_EQ(engine.m_ImageX, std::vector<std::int64_t>{16});
-}
-
-TEST(WCGraphicStreamEngineBase, FontSetInsideAFrameEndsWithIt) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
-    WCRecordingEngine engine;
-    ASSERT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
-    EXPECT_EQ(engine.m_TextFontSizes, (std::vector<std::int32_t>{20, 10}));
-    EXPECT_EQ(engine.m_Texts, (std::vector<std::string>{"inner", "outer"}));
+TEST_F(WCGraphicStreamEngineBaseWalk, NestedFramesAddTheirOffsetsAndScopeTheirFonts) {
+    ASSERT_EQ(m_Engine.ExecStream(Ptr(), Size()), eNoErr);
+    EXPECT_EQ(m_Engine.m_ImageX, std::vector<std::int64_t>{16});
+    EXPECT_EQ(m_Engine.m_TextFontSizes, (std::vector<std::int32_t>{20, 10}));
+    EXPECT_EQ(m_Engine.m_Texts, (std::vector<std::string>{"inner", "outer"}));
 }
 
 TEST(WCGraphicStreamEngineBase, UnknownCommandIsReportedAndSkipped) {
@@ -192,43 +186,31 @@ TEST(WCGraphicStreamEngineBase, RecordsThatDoNotFitTheBufferAreRefused) {
 }
 
 TEST(WCGraphicStreamEngineBase, DataPayloadMustLieInsideItsRecord) {
-    WSRawStream raw;
-    raw.Stream();
     SGSData data;
     data.type = eGSTypeFloat;
     data.purpose = eGSPurposePoint2D;
-    data.num_elements = 1000;
     data.header.size = 28 + 8;
-    raw.m_Memory.Append(&data, sizeof data);
-    raw.Fill(8).Header(eGSEndStream, 8);
-    WCRecordingEngine engine;
-    EXPECT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), -8);
-
-    data.num_elements = -1;
-    WSRawStream negative;
-    negative.Stream().m_Memory.Append(&data, sizeof data);
-    negative.Fill(8).Header(eGSEndStream, 8);
-    EXPECT_EQ(engine.ExecStream(negative.Ptr(), negative.Size()), -8);
+    for (std::int32_t count : {1000, -1}) {
+        data.num_elements = count;
+        WSRawStream raw;
+        raw.Stream().Record(data).Fill(8).Header(eGSEndStream, 8);
+        WCRecordingEngine engine;
+        EXPECT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), -8) << count;
+    }
 }
 
-TEST(WCGraphicStreamEngineBase, MisalignedBufferIsRefused) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
-    std::vector<char> shifted(writer.GetStreamSize() + 8);
-    std::memcpy(shifted.data() + 1, writer.GetStreamPtr(), writer.GetStreamSize());
-    WCRecordingEngine engine;
-    EXPECT_EQ(engine.ExecStream(shifted.data() + 1, writer.GetStreamSize()), -8);
+TEST_F(WCGraphicStreamEngineBaseWalk, MisalignedBufferIsRefused) {
+    std::vector<char> shifted(Size() + 8);
+    std::memcpy(shifted.data() + 1, Ptr(), Size());
+    EXPECT_EQ(m_Engine.ExecStream(shifted.data() + 1, Size()), -8);
 }
 
-TEST(WCGraphicStreamEngineBase, WalkEndsWhenTheOutermostFrameCloses) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
-    const std::uint64_t length = writer.GetStreamSize();
-    writer.CommandHeader(eGSIllegalCommand);
-    WCRecordingEngine engine;
-    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
-    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr()), eNoErr);
-    EXPECT_EQ(engine.GetCurrentRecordOffset(), length - 8);
+TEST_F(WCGraphicStreamEngineBaseWalk, WalkEndsWhenTheOutermostFrameCloses) {
+    const std::uint64_t length = Size();
+    m_Writer.CommandHeader(eGSIllegalCommand);
+    EXPECT_EQ(m_Engine.ExecStream(Ptr(), Size()), eNoErr);
+    EXPECT_EQ(m_Engine.ExecStream(Ptr()), eNoErr);
+    EXPECT_EQ(m_Engine.GetCurrentRecordOffset(), length - 8);
 }
 
 TEST(WCGraphicStreamEngineBase, FramesNestedBeyondTheLimitAreRefused) {
@@ -271,7 +253,7 @@ TEST(WCGraphicStreamEngineBase, DeprecatedImagesBecomeDrawImage) {
         old.header.command = command;
         old.ResID = 4;
         old.rect = {{1, 2}, {30, 40}};
-        raw.m_Memory.Append(&old, sizeof old);
+        raw.Record(old);
     }
     raw.Header(eGSEndStream, 8);
     ASSERT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), eNoErr);
@@ -304,47 +286,34 @@ TEST(WCGraphicStreamEngineBase, ClipsAreKeptInTheFrameState) {
     EXPECT_EQ(engine.m_Count, 2u);
 }
 
-TEST(WCGraphicStreamEngineBase, StreamFrameSizeIsReadWithoutAWalk) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
+TEST_F(WCGraphicStreamEngineBaseWalk, StreamFrameSizeIsReadWithoutAWalk) {
     SGSSize size;
-    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(writer.GetStreamPtr(),
-                                                            writer.GetStreamSize(), size),
-              eNoErr);
+    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(Ptr(), Size(), size), eNoErr);
     EXPECT_EQ(size.width, 200);
     EXPECT_EQ(size.height, 100);
-    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(writer.GetStreamPtr(), 40, size), -8);
-    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(writer.GetStreamPtr() + 112,
-                                                            writer.GetStreamSize() - 112, size),
-              -8);
+    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(Ptr(), 40, size), -8);
+    EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(Ptr() + 112, Size() - 112, size), -8);
 }
 
-TEST(WCGraphicStreamEngineBase, RecordChecksumsLeaveOutEndRecords) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
+TEST_F(WCGraphicStreamEngineBaseWalk, RecordChecksumsLeaveOutEndRecords) {
     std::vector<std::uint64_t> checksums;
-    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(writer.GetStreamPtr(),
-                                                                writer.GetStreamSize(), checksums),
-              eNoErr);
+    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(Ptr(), Size(), checksums), eNoErr);
     EXPECT_EQ(checksums.size(), 15u - 3u);
 }
 
-TEST(WCGraphicStreamEngineBase, FrameChecksumsPointAtTheChangedFrame) {
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
-    std::vector<char> first = Bytes(writer);
-    WCRecordingEngine engine;
+TEST_F(WCGraphicStreamEngineBaseWalk, FrameChecksumsPointAtTheChangedFrame) {
+    std::vector<char> first(Ptr(), Ptr() + Size());
     std::vector<std::uint64_t> none, actual, again;
     std::vector<WCGraphicStreamEngineBase::WSFrameChecksumMismatch> mismatches;
     ASSERT_EQ(
-        engine.ExecStreamWithFrameChecksums(first.data(), first.size(), none, actual, mismatches),
+        m_Engine.ExecStreamWithFrameChecksums(first.data(), first.size(), none, actual, mismatches),
         eNoErr);
     ASSERT_EQ(actual.size(), 3u);
     EXPECT_EQ(mismatches.size(), 3u);
 
-    ASSERT_EQ(
-        engine.ExecStreamWithFrameChecksums(first.data(), first.size(), actual, again, mismatches),
-        eNoErr);
+    ASSERT_EQ(m_Engine.ExecStreamWithFrameChecksums(first.data(), first.size(), actual, again,
+                                                    mismatches),
+              eNoErr);
     EXPECT_TRUE(mismatches.empty());
     EXPECT_EQ(again, actual);
 
@@ -354,8 +323,8 @@ TEST(WCGraphicStreamEngineBase, FrameChecksumsPointAtTheChangedFrame) {
     auto at = std::search(second.begin(), second.end(), outer.begin(), outer.end());
     ASSERT_NE(at, second.end());
     *at = 'O';
-    ASSERT_EQ(engine.ExecStreamWithFrameChecksums(second.data(), second.size(), actual, again,
-                                                  mismatches),
+    ASSERT_EQ(m_Engine.ExecStreamWithFrameChecksums(second.data(), second.size(), actual, again,
+                                                    mismatches),
               eNoErr);
     ASSERT_EQ(mismatches.size(), 2u);
     EXPECT_EQ(mismatches[0].m_FrameIndex, 1u);
@@ -363,7 +332,7 @@ TEST(WCGraphicStreamEngineBase, FrameChecksumsPointAtTheChangedFrame) {
     EXPECT_EQ(again[2], actual[2]);
 }
 
-TEST(WCGraphicStreamEngineBase, FaultsOfOverridesEndTheWalkWithACode) {
+TEST_F(WCGraphicStreamEngineBaseWalk, FaultsOfOverridesEndTheWalkWithACode) {
     struct WCThrowing : WCGraphicStreamEngineBase {
         bool m_ThrowInt = true;
         int DrawImage(SGSDrawImage &) override {
@@ -372,10 +341,8 @@ TEST(WCGraphicStreamEngineBase, FaultsOfOverridesEndTheWalkWithACode) {
             throw std::runtime_error("painter failed");
         }
     } engine;
-    WCGraphicStreamBinaryWriter writer;
-    WriteSmallStream(writer);
-    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eGMInvalidImage);
+    EXPECT_EQ(engine.ExecStream(Ptr(), Size()), eGMInvalidImage);
     engine.m_ThrowInt = false;
-    EXPECT_EQ(engine.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eExceptionErr);
+    EXPECT_EQ(engine.ExecStream(Ptr(), Size()), eExceptionErr);
     EXPECT_EQ(engine.GetCurrentRecord(), nullptr);
 }

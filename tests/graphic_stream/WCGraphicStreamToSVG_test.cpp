@@ -37,13 +37,14 @@ std::string Attrib(const XML::CXMLElement *element, const char *name) {
     return value;
 }
 
-struct WSDemoSVG {
+// The SVG of the stream `write` makes, the demo stream unless told otherwise.
+struct WSStreamSVG {
     WCGraphicStreamBinaryWriter m_Writer;
     XML::CXMLElement m_Root;
     WCGraphicStreamToSVG m_SVG{&m_Root};
     WTErr m_Result;
-    WSDemoSVG() {
-        gs_test::WriteDemoStream(m_Writer);
+    explicit WSStreamSVG(void (*write)(WCGraphicStreamBinaryWriter &) = gs_test::WriteDemoStream) {
+        write(m_Writer);
         m_Result = m_SVG.ExecStream(m_Writer.GetStreamPtr(), m_Writer.GetStreamSize());
     }
 };
@@ -51,7 +52,7 @@ struct WSDemoSVG {
 } // namespace
 
 TEST(WCGraphicStreamToSVG, RootCarriesNamespacesSizeAndResourceBase) {
-    WSDemoSVG demo;
+    WSStreamSVG demo;
     ASSERT_EQ(demo.m_Result, eNoErr);
     EXPECT_STREQ(demo.m_Root.GetName().c_str(), "svg");
     EXPECT_EQ(Attrib(&demo.m_Root, "xmlns"), "http://www.w3.org/2000/svg");
@@ -64,7 +65,7 @@ TEST(WCGraphicStreamToSVG, RootCarriesNamespacesSizeAndResourceBase) {
 }
 
 TEST(WCGraphicStreamToSVG, FramesAreTranslatedGroupsWithUniqueIds) {
-    WSDemoSVG demo;
+    WSStreamSVG demo;
     const auto groups = Elements(demo.m_Root, "g");
     ASSERT_GE(groups.size(), 3u);
     EXPECT_EQ(Attrib(groups[0], "transform"), "translate(20,30)");
@@ -76,7 +77,7 @@ TEST(WCGraphicStreamToSVG, FramesAreTranslatedGroupsWithUniqueIds) {
 }
 
 TEST(WCGraphicStreamToSVG, ImagesReferToTheirResourceNumber) {
-    WSDemoSVG demo;
+    WSStreamSVG demo;
     const auto images = Elements(demo.m_Root, "image");
     ASSERT_EQ(images.size(), 3u);
     EXPECT_EQ(Attrib(images[0], "href"), "1000.png");
@@ -89,21 +90,18 @@ TEST(WCGraphicStreamToSVG, ImagesReferToTheirResourceNumber) {
 }
 
 TEST(WCGraphicStreamToSVG, ImageWithoutResourceAddsNothing) {
-    WCGraphicStreamBinaryWriter writer;
-    {
+    WSStreamSVG svg([](WCGraphicStreamBinaryWriter &writer) {
         WCStGSStreamStructWriter stream(writer, SGSStream());
         SGSDrawImage image;
         image.ResID = -1;
         writer.DrawPNG(image);
-    }
-    XML::CXMLElement root;
-    WCGraphicStreamToSVG svg(&root);
-    ASSERT_EQ(svg.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
-    EXPECT_TRUE(Elements(root, "image").empty());
+    });
+    ASSERT_EQ(svg.m_Result, eNoErr);
+    EXPECT_TRUE(Elements(svg.m_Root, "image").empty());
 }
 
 TEST(WCGraphicStreamToSVG, TextTakesFontAndAlignment) {
-    WSDemoSVG demo;
+    WSStreamSVG demo;
     const auto texts = Elements(demo.m_Root, "text");
     ASSERT_EQ(texts.size(), 1u);
     EXPECT_EQ(texts[0]->GetText(), "-12.5 dB");
@@ -114,7 +112,7 @@ TEST(WCGraphicStreamToSVG, TextTakesFontAndAlignment) {
 }
 
 TEST(WCGraphicStreamToSVG, VerticesBecomePolylinesAndPolygons) {
-    WSDemoSVG demo;
+    WSStreamSVG demo;
     const auto lines = Elements(demo.m_Root, "polyline");
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(Attrib(lines[0], "points"), "0,35 40,27.5 80,20 120,12.5 160,5");
@@ -129,17 +127,14 @@ TEST(WCGraphicStreamToSVG, VerticesBecomePolylinesAndPolygons) {
 }
 
 TEST(WCGraphicStreamToSVG, BrokenTextIsCleanedForXml) {
-    WCGraphicStreamBinaryWriter writer;
-    {
+    WSStreamSVG svg([](WCGraphicStreamBinaryWriter &writer) {
         WCStGSStreamStructWriter stream(writer, SGSStream());
         writer.Font("Sans", 10, WCRGBAColor());
         writer.DrawTheText("a\x01<b>&\xff\xc3", 1);
-    }
-    XML::CXMLElement root;
-    WCGraphicStreamToSVG svg(&root);
-    ASSERT_EQ(svg.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), eNoErr);
-    EXPECT_EQ(Elements(root, "text").front()->GetText(), "a?<b>&??");
-    EXPECT_NE(svg.GetSVGStr().find("a?&lt;b&gt;&amp;??"), std::string::npos);
+    });
+    ASSERT_EQ(svg.m_Result, eNoErr);
+    EXPECT_EQ(Elements(svg.m_Root, "text").front()->GetText(), "a?<b>&??");
+    EXPECT_NE(svg.m_SVG.GetSVGStr().find("a?&lt;b&gt;&amp;??"), std::string::npos);
 }
 
 TEST(WCGraphicStreamToSVG, RealRendererTurnsItIntoAPng) {
@@ -147,7 +142,7 @@ TEST(WCGraphicStreamToSVG, RealRendererTurnsItIntoAPng) {
         GTEST_SKIP() << "rsvg-convert is not installed (Debian package librsvg2-bin)";
     // The renderer's font cache goes to the temporary home.
     mirel_test::WCTestHome home;
-    WSDemoSVG demo;
+    WSStreamSVG demo;
     ASSERT_EQ(demo.m_Result, eNoErr);
     const std::filesystem::path svgPath = home.path() / "demo.svg";
     const std::filesystem::path pngPath = home.path() / "demo.png";

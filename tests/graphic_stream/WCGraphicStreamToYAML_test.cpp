@@ -38,22 +38,23 @@ struct WSDemo {
     WSDemo() { gs_test::WriteDemoStream(m_Writer); }
     char *Ptr() { return m_Writer.GetStreamPtr(); }
     std::uint64_t Size() { return m_Writer.GetStreamSize(); }
+    std::vector<std::uint64_t> Checksums() {
+        std::vector<std::uint64_t> checksums;
+        EXPECT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(Ptr(), Size(), checksums),
+                  eNoErr);
+        return checksums;
+    }
 };
 
 } // namespace
 
-TEST(WCGraphicStreamToYAML, CompactDumpMatchesTheReviewedFile) {
+TEST(WCGraphicStreamToYAML, CompactAndFullDumpsMatchTheReviewedFiles) {
     WSDemo demo;
-    WCGraphicStreamToYAML yaml(true);
-    ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
-    ExpectGolden(yaml.GetYamlStr() + "\n", "demo_compact.yaml");
-}
-
-TEST(WCGraphicStreamToYAML, FullDumpMatchesTheReviewedFile) {
-    WSDemo demo;
-    WCGraphicStreamToYAML yaml(false);
-    ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
-    ExpectGolden(yaml.GetYamlStr() + "\n", "demo_full.yaml");
+    for (bool compact : {true, false}) {
+        WCGraphicStreamToYAML yaml(compact);
+        ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
+        ExpectGolden(yaml.GetYamlStr() + "\n", compact ? "demo_compact.yaml" : "demo_full.yaml");
+    }
 }
 
 TEST(WCGraphicStreamToYAML, DumpIsValidYamlWithTheStreamAtItsTop) {
@@ -75,9 +76,7 @@ TEST(WCGraphicStreamToYAML, DumpIsValidYamlWithTheStreamAtItsTop) {
 
 TEST(WCGraphicStreamToYAML, AsManyChecksumsAsRecordsAreAllShown) {
     WSDemo demo;
-    std::vector<std::uint64_t> checksums;
-    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(demo.Ptr(), demo.Size(), checksums),
-              eNoErr);
+    const std::vector<std::uint64_t> checksums = demo.Checksums();
     WCGraphicStreamToYAML yaml;
     std::ostringstream report;
     yaml.SetReportStream(report);
@@ -101,9 +100,7 @@ TEST(WCGraphicStreamToYAML, AsManyChecksumsAsRecordsAreAllShown) {
 
 TEST(WCGraphicStreamToYAML, OneChecksumTooFewIsReportedOnce) {
     WSDemo demo;
-    std::vector<std::uint64_t> checksums;
-    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(demo.Ptr(), demo.Size(), checksums),
-              eNoErr);
+    std::vector<std::uint64_t> checksums = demo.Checksums();
     checksums.pop_back();
     WCGraphicStreamToYAML yaml;
     std::ostringstream report;

@@ -65,13 +65,7 @@ public:
         return reply != nullptr && reply->type == REDIS_REPLY_INTEGER ? reply->integer : -1;
     }
     std::vector<std::string> list(std::vector<std::string> const &args) {
-        std::vector<std::string> out;
-        Reply const reply = command(args);
-        if (reply != nullptr && reply->type == REDIS_REPLY_ARRAY) {
-            for (size_t i = 0; i < reply->elements; ++i)
-                out.emplace_back(reply->element[i]->str != nullptr ? reply->element[i]->str : "");
-        }
-        return out;
+        return strings(command(args).get());
     }
     std::string get(std::string const &key) { return text({"GET", key}); }
     std::string hget(std::string const &key, std::string const &field) {
@@ -92,16 +86,10 @@ public:
     }
     // The next reply that arrives unasked (a published message on a subscribed probe).
     std::vector<std::string> next_push() {
-        std::vector<std::string> out;
         void *raw = nullptr;
         if (!ok() || redisGetReply(m_context, &raw) != REDIS_OK)
-            return out;
-        Reply const reply(static_cast<redisReply *>(raw), freeReplyObject);
-        if (reply->type == REDIS_REPLY_ARRAY) {
-            for (size_t i = 0; i < reply->elements; ++i)
-                out.emplace_back(reply->element[i]->str != nullptr ? reply->element[i]->str : "");
-        }
-        return out;
+            return {};
+        return strings(Reply(static_cast<redisReply *>(raw), freeReplyObject).get());
     }
     long long subscribers(std::string const &channel) {
         Reply const reply = command({"PUBSUB", "NUMSUB", channel});
@@ -111,6 +99,16 @@ public:
     }
 
 private:
+    // The texts of an array reply; nothing for any other reply.
+    static std::vector<std::string> strings(redisReply const *reply) {
+        std::vector<std::string> out;
+        if (reply != nullptr && reply->type == REDIS_REPLY_ARRAY) {
+            for (size_t i = 0; i < reply->elements; ++i)
+                out.emplace_back(reply->element[i]->str != nullptr ? reply->element[i]->str : "");
+        }
+        return out;
+    }
+
     redisContext *m_context = nullptr;
 };
 

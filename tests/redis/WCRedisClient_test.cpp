@@ -29,6 +29,14 @@ FM::WCStPath PathOf(std::filesystem::path const &path) {
     return FM::WCStPath(path.string());
 }
 
+// The host and port the client would connect to.
+std::pair<std::string, int> DetailsOf(WCRedisClient &client) {
+    WCFixedString<127> host;
+    int port = 0;
+    client.get_connection_details(host, port);
+    return {std::string(host.view()), port};
+}
+
 // --- the configuration file -----------------------------------------------------------------
 
 class ConfigFileTest : public mirel_redis_test::RedisHomeTest {
@@ -39,10 +47,7 @@ protected:
         WCRedisClient client("c", "");
         EXPECT_EQ(client.read_config_file(), eNoErr);
         EXPECT_TRUE(client.is_config_read());
-        WCFixedString<127> host;
-        int port = 0;
-        client.get_connection_details(host, port);
-        return {std::string(host.view()), port};
+        return DetailsOf(client);
     }
 };
 
@@ -69,16 +74,13 @@ TEST_F(ConfigFileTest, TakesOnlyPortAndBindLinesThatStartWithTheWord) {
         EXPECT_EQ(read(c.text), (std::pair<std::string, int>{c.host, c.port})) << c.text;
 }
 
-TEST_F(ConfigFileTest, MissingFileMeansNoConfiguration) {
+TEST_F(ConfigFileTest, DefaultFileInTheLocalAppDataFolderEnablesRedis) {
+    EXPECT_EQ(WCRedisClient::get_default_config_file_path().GetNativePathString().view(),
+              default_config_path().string());
     WCRedisClient client("c", "");
     EXPECT_EQ(client.read_config_file(), eFMFileNotFound);
     EXPECT_FALSE(client.is_config_read());
     EXPECT_FALSE(WCRedisClient::is_redis_enabled());
-}
-
-TEST_F(ConfigFileTest, DefaultPathLiesInTheLocalAppDataFolder) {
-    EXPECT_EQ(WCRedisClient::get_default_config_file_path().GetNativePathString().view(),
-              default_config_path().string());
     WriteFile(default_config_path(), "port 1\n");
     EXPECT_TRUE(WCRedisClient::is_redis_enabled());
 }
@@ -90,10 +92,7 @@ TEST_F(ConfigFileTest, AnExplicitPathIsUsedAndNullMeansTheDefault) {
     FM::WCStPath const path = PathOf(other);
     client.set_config_file_path(&path);
     EXPECT_EQ(client.read_config_file(), eNoErr);
-    WCFixedString<127> host;
-    int port = 0;
-    client.get_connection_details(host, port);
-    EXPECT_EQ(port, 4242);
+    EXPECT_EQ(DetailsOf(client).second, 4242);
 
     client.set_config_file_path(nullptr);
     EXPECT_EQ(client.get_config_file_path(), WCRedisClient::get_default_config_file_path());
@@ -275,10 +274,17 @@ TEST_F(DataTest, ReadTakesTheLastSourcePresentAndStillReadsTheFile) {
     EXPECT_EQ(m_client.read_data(node, text, source), eNoErr);
     EXPECT_EQ(text, "from key");
     EXPECT_STREQ(source, "key");
+}
 
-    // With the file missing, the key still decides the result.
-    YAML::Node const missing = YAML::Load("{path: '" + path("none.txt") + "', key: k}");
-    EXPECT_EQ(m_client.read_data(missing, text), eNoErr);
+TEST_F(DataTest, MissingFileFailsTheReadOnlyWhenNoOtherSourceFollows) {
+    std::string text;
+    EXPECT_EQ(m_client.read_data(YAML::Load("{path: '" + path("none.txt") + "'}"), text),
+              eFMFileNotFound);
+    EXPECT_TRUE(text.empty());
+    m_probe->command({"SET", "k", "from key"});
+    EXPECT_EQ(m_client.read_data(YAML::Load("{path: '" + path("none.txt") + "', key: k}"), text),
+              eNoErr);
+    EXPECT_EQ(text, "from key");
 }
 
 TEST_F(DataTest, ReadServesEachSource) {
@@ -315,13 +321,6 @@ TEST_F(DataTest, ReadWithoutASourceIsMissingTarget) {
         EXPECT_EQ(source, nullptr);
     }
     EXPECT_EQ(text, "kept");
-}
-
-TEST_F(DataTest, ReadOfAMissingFileReportsTheFileError) {
-    std::string text;
-    EXPECT_EQ(m_client.read_data(YAML::Load("{path: '" + path("none.txt") + "'}"), text),
-              eFMFileNotFound);
-    EXPECT_TRUE(text.empty());
 }
 
 TEST_F(DataTest, WriteWithoutATargetIsMissingTarget) {
