@@ -3,7 +3,6 @@
 #include <map>
 
 #include <gtest/gtest.h>
-#include <zip.h>
 
 #include "core/WCStMemObj.h"
 #include "tests/files/FilesTestSupport.h"
@@ -12,43 +11,24 @@
 namespace {
 
 using namespace MIREL_NAMESPACE_NAME;
+using files_test::MakeZip;
 using files_test::PathOf;
 using files_test::ReadText;
 using files_test::WriteText;
 namespace fs = std::filesystem;
 
-// Makes a zip with libzip: folder entries for names ending in "/", stored (uncompressed) entries
-// when `store` is set so a test can find and damage their bytes.
-void MakeZip(fs::path const &path, std::vector<std::pair<std::string, std::string>> const &entries,
-             bool store = false) {
-    int error = 0;
-    zip_t *archive = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
-    ASSERT_NE(archive, nullptr);
-    for (auto const &[name, data] : entries) {
-        if (!name.empty() && name.back() == '/') {
-            ASSERT_GE(zip_dir_add(archive, name.c_str(), 0), 0);
-            continue;
-        }
-        zip_source_t *source = zip_source_buffer(archive, data.data(), data.size(), 0);
-        ASSERT_NE(source, nullptr);
-        zip_int64_t const index = zip_file_add(archive, name.c_str(), source, ZIP_FL_OVERWRITE);
-        ASSERT_GE(index, 0);
-        if (store)
-            zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0);
-    }
-    ASSERT_EQ(zip_close(archive), 0);
-}
+// Names ending in "/" are folder entries.
+std::vector<std::pair<std::string, std::string>> const kEntries = {
+    {"Images/", ""},
+    {"Images/knob.png", std::string("\x89PNG\0\1\2", 7)},
+    {"Images/Sub/", ""},
+    {"Images/Sub/slider.png", std::string(5000, 's')},
+    {"readme.txt", "hello zip"},
+    {"empty.bin", ""}};
 
 class ZipTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        MakeZip(m_zip, {{"Images/", ""},
-                        {"Images/knob.png", std::string("\x89PNG\0\1\2", 7)},
-                        {"Images/Sub/", ""},
-                        {"Images/Sub/slider.png", std::string(5000, 's')},
-                        {"readme.txt", "hello zip"},
-                        {"empty.bin", ""}});
-    }
+    void SetUp() override { MakeZip(m_zip, kEntries); }
     mirel_test::WCTempDir m_dir;
     fs::path m_zip = m_dir.path() / "Images.zip";
 };
@@ -74,11 +54,8 @@ TEST_F(ZipTest, EveryEntryReadsBackByFullNameAndByLeaf) {
     FM::WCStFileReadFromZip zip(PathOf(m_zip));
     ASSERT_TRUE(zip.IsValid()) << zip.ErrorName();
     FM::WCStZipFileIterator iterator(zip);
-    std::map<std::string, std::string> const expected = {
-        {"Images/knob.png", std::string("\x89PNG\0\1\2", 7)},
-        {"Images/Sub/slider.png", std::string(5000, 's')},
-        {"readme.txt", "hello zip"},
-        {"empty.bin", ""}};
+    std::map<std::string, std::string> expected(kEntries.begin(), kEntries.end());
+    std::erase_if(expected, [](auto const &entry) { return entry.first.back() == '/'; });
     WCFixedString<255> leaf;
     WCFixedString<1023> full;
     int seen = 0;

@@ -1,5 +1,6 @@
 #include "files/WCStFolderIterator.h"
 
+#include <optional>
 #include <set>
 #include <sstream>
 
@@ -31,68 +32,58 @@ protected:
         fs::create_directory(m_dir.path() / "echo");
     }
     void Order(std::string const &yaml) { WriteText(m_dir.path() / "List Order.txt", yaml); }
-    std::vector<std::string> Listed(int *error = nullptr) {
+    std::vector<std::string> Listed(int &error) {
         Iterator::WTPathVector paths;
-        int const result = Iterator::GetFilePathVectorFromFolderWithSettingsFile(
-            PathOf(m_dir.path()), FM::EveryThing(), paths);
-        if (error != nullptr)
-            *error = result;
+        error = Iterator::GetFilePathVectorFromFolderWithSettingsFile(PathOf(m_dir.path()),
+                                                                      FM::EveryThing(), paths);
         return Leaves(paths);
     }
     mirel_test::WCTempDir m_dir;
 };
 
-TEST_F(FolderTest, WithoutSettingsFileItemsComeByName) {
-    EXPECT_EQ(Listed(), (std::vector<std::string>{"alpha.xps", "bravo.xps", "charlie.xps",
-                                                  "delta.xps", "echo"}));
-}
-
-TEST_F(FolderTest, ListOrderMovesNamedItemsToTheFrontInFileOrder) {
-    Order("List Order:\n  - echo\n  - charlie.xps\n");
-    int error = -99;
-    EXPECT_EQ(Listed(&error), (std::vector<std::string>{"echo", "charlie.xps", "alpha.xps",
-                                                        "bravo.xps", "delta.xps"}));
-    EXPECT_EQ(error, eNoErr);
-}
-
-TEST_F(FolderTest, MissingNamesChangeNothing) {
-    Order("List Order: [ghost.xps, delta.xps, nobody, delta.xps]\n");
-    EXPECT_EQ(Listed(), (std::vector<std::string>{"delta.xps", "alpha.xps", "bravo.xps",
-                                                  "charlie.xps", "echo"}));
-    Order("List Order: [ghost.xps]\n");
-    EXPECT_EQ(Listed(), (std::vector<std::string>{"alpha.xps", "bravo.xps", "charlie.xps",
-                                                  "delta.xps", "echo"}));
-}
-
-TEST_F(FolderTest, EveryDocumentWithAListOrderCounts) {
-    Order("--- just a text\n"
-          "--- {Other: [alpha.xps]}\n"
-          "--- {List Order: [bravo.xps]}\n"
-          "--- {List Order: not a list}\n"
-          "--- {List Order: [[nested], {a: b}, alpha.xps]}\n");
-    EXPECT_EQ(Listed(), (std::vector<std::string>{"bravo.xps", "alpha.xps", "charlie.xps",
-                                                  "delta.xps", "echo"}));
-}
-
-TEST_F(FolderTest, BrokenSettingsFileIsReadFailedAndLeavesNameOrder) {
-    Order("List Order: [unclosed, delta.xps\n");
-    int error = eNoErr;
-    EXPECT_EQ(Listed(&error), (std::vector<std::string>{"alpha.xps", "bravo.xps", "charlie.xps",
-                                                        "delta.xps", "echo"}));
-    EXPECT_EQ(error, eFMReadFailed);
-}
-
-TEST_F(FolderTest, OversizedSettingsFileIsRefused) {
-    Order("List Order: [delta.xps]\n#" + std::string(Iterator::kMaxSettingsFileSize, 'x'));
-    int error = eNoErr;
-    EXPECT_EQ(Listed(&error).front(), "alpha.xps");
-    EXPECT_EQ(error, eFMFileSizeTooBig);
+TEST_F(FolderTest, ListOrderMovesNamedItemsToTheFrontAndBadFilesLeaveNameOrder) {
+    using V = std::vector<std::string>;
+    V const byName{"alpha.xps", "bravo.xps", "charlie.xps", "delta.xps", "echo"};
+    struct Case {
+        std::optional<std::string> settings;
+        V expected;
+        int error;
+    } const cases[] = {
+        {std::nullopt, byName, eNoErr},
+        {"List Order:\n  - echo\n  - charlie.xps\n",
+         {"echo", "charlie.xps", "alpha.xps", "bravo.xps", "delta.xps"},
+         eNoErr},
+        // Names that are not there, and repeated ones, change nothing.
+        {"List Order: [ghost.xps, delta.xps, nobody, delta.xps]\n",
+         {"delta.xps", "alpha.xps", "bravo.xps", "charlie.xps", "echo"},
+         eNoErr},
+        {"List Order: [ghost.xps]\n", byName, eNoErr},
+        // Every document with a list order counts; anything else in them is skipped.
+        {"--- just a text\n"
+         "--- {Other: [alpha.xps]}\n"
+         "--- {List Order: [bravo.xps]}\n"
+         "--- {List Order: not a list}\n"
+         "--- {List Order: [[nested], {a: b}, alpha.xps]}\n",
+         {"bravo.xps", "alpha.xps", "charlie.xps", "delta.xps", "echo"},
+         eNoErr},
+        {"List Order: [unclosed, delta.xps\n", byName, eFMReadFailed},
+        {"List Order: [delta.xps]\n#" + std::string(Iterator::kMaxSettingsFileSize, 'x'), byName,
+         eFMFileSizeTooBig},
+    };
+    for (auto const &c : cases) {
+        SCOPED_TRACE(c.settings.value_or("(no settings file)").substr(0, 80));
+        if (c.settings)
+            Order(*c.settings);
+        int error = -99;
+        EXPECT_EQ(Listed(error), c.expected);
+        EXPECT_EQ(error, c.error);
+    }
 }
 
 TEST_F(FolderTest, SettingsFileThatIsAFolderIsIgnored) {
     fs::create_directory(m_dir.path() / "List Order.txt");
     int error = -99;
-    EXPECT_EQ(Listed(&error).size(), 5u);
+    EXPECT_EQ(Listed(error).size(), 5u);
     EXPECT_EQ(error, eNoErr);
     std::vector<std::string> names;
     EXPECT_EQ(Iterator::ParseSettingsFile(PathOf(m_dir.path() / "List Order.txt"), names),

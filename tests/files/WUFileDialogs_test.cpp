@@ -22,7 +22,6 @@ TEST_F(FileDialogs, HeadlessWithoutResponderCancels) {
     FM::WCDialogReply reply;
     reply.m_paths.emplace_back("/stale");
     EXPECT_EQ(FM::SaveAsDialog(options, reply), eUserCanceled);
-    EXPECT_EQ(eUserCanceled, -2);
     EXPECT_TRUE(reply.m_paths.empty());
     EXPECT_EQ(FM::SelectFileSystemObjectDialog(options, reply), eUserCanceled);
     EXPECT_EQ(FM::SelectFileSystemObjectDialogTree(options, reply), eUserCanceled);
