@@ -11,7 +11,7 @@ namespace {
 using namespace MIREL_NAMESPACE_NAME;
 using resources_test::BundleTest;
 using resources_test::MakeZip;
-using resources_test::ReadFile;
+using resources_test::ReadText;
 using resources_test::WriteFile;
 
 using IDList = std::vector<WCFixedString<31>>;
@@ -41,11 +41,7 @@ TEST_F(BundleFiles, LoadsFromTheTypeFolderWithTheConfiguredExtension) {
 
 TEST_F(BundleFiles, UnknownTypeUsesTheIdAloneAsFileName) {
     Put("DATA/1001", "no extension");
-    Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("DATA", short(1001)), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "no extension");
-    RM::ReleaseResource(resource);
+    EXPECT_EQ(Load(Open(), WCResKey("DATA", short(1001))), "no extension");
 }
 
 TEST_F(BundleFiles, ZipInTheBundleContentsIsReadBeforeTheOneInResources) {
@@ -53,43 +49,33 @@ TEST_F(BundleFiles, ZipInTheBundleContentsIsReadBeforeTheOneInResources) {
     MakeZip(Resources() / "IMG_.zip", {{"a.img", "from resources"}, {"b.img", "only here"}});
     Put("extensions.txt", "IMG_ .img\n");
     Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("IMG_", "a"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "from contents");
-    RM::ReleaseResource(resource);
+    EXPECT_EQ(Load(container, WCResKey("IMG_", "a")), "from contents");
     // The zip chosen for the type is kept; the other one is not merged in.
+    Resource *resource = nullptr;
     EXPECT_EQ(RM::GetAResource(container, WCResKey("IMG_", "b"), resource), eRMResNotFound);
 }
 
 TEST_F(BundleFiles, ZipEntryNameIsNotGivenTheExtensionTwice) {
     MakeZip(Resources() / "IMG_.zip", {{"a.img", "one"}});
     Put("extensions.txt", "IMG_ .img");
-    Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("IMG_", "a.img"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "one");
-    RM::ReleaseResource(resource);
+    EXPECT_EQ(Load(Open(), WCResKey("IMG_", "a.img")), "one");
 }
 
 TEST_F(BundleFiles, TypeFolderWinsOverZipOfTheSameType) {
     Put("extensions.txt", "IMG_ .img");
     Put("IMG_/a.img", "from folder");
     MakeZip(Resources() / "IMG_.zip", {{"a.img", "from zip"}});
-    Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("IMG_", "a"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "from folder");
-    RM::ReleaseResource(resource);
+    EXPECT_EQ(Load(Open(), WCResKey("IMG_", "a")), "from folder");
 }
 
-TEST_F(BundleFiles, RedirectionStandsInForAMissingFile) {
+TEST_F(BundleFiles, RedirectionStandsInForAMissingFileAndMustLeadToOne) {
     Put("resource_config.yaml", "Extensions:\n  PNG_: .png\n"
-                                "Redirection:\n  PNG_/knob2.png: ../Shared/knob.png\n");
+                                "Redirection:\n  PNG_/knob2.png: ../Shared/knob.png\n"
+                                "  TXT_/x: nowhere.txt\n");
     Put("Shared/knob.png", "shared knob");
+    Put("TXT_/y", "y");
     Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("PNG_", "knob2"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "shared knob");
+    EXPECT_EQ(Load(container, WCResKey("PNG_", "knob2")), "shared knob");
     FM::WCStPath actual;
     FM::WCStPath theoretical;
     ASSERT_EQ(RM::GetPathToActualFile(container, WCResKey("PNG_", "knob2"), actual), eNoErr);
@@ -98,13 +84,6 @@ TEST_F(BundleFiles, RedirectionStandsInForAMissingFile) {
     EXPECT_TRUE(actual.IsFile());
     EXPECT_EQ(theoretical.GetLeaf(), "knob2.png");
     EXPECT_FALSE(theoretical.IsExist());
-    RM::ReleaseResource(resource);
-}
-
-TEST_F(BundleFiles, RedirectionToAMissingFileIsNotFound) {
-    Put("resource_config.yaml", "Redirection:\n  TXT_/x: nowhere.txt\n");
-    Put("TXT_/y", "y");
-    Container *container = Open();
     Resource *resource = nullptr;
     EXPECT_EQ(RM::GetAResource(container, WCResKey("TXT_", "x"), resource), eRMResNotFound);
     EXPECT_EQ(resource, nullptr);
@@ -115,11 +94,7 @@ TEST_F(BundleFiles, ExtensionsTextFileIsIgnoredWhenTheYAMLExists) {
     Put("extensions.txt", "TXT_ .txt\n");
     Put("TXT_/a.yml", "yaml chose me");
     Put("TXT_/a.txt", "text file chose me");
-    Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "yaml chose me");
-    RM::ReleaseResource(resource);
+    EXPECT_EQ(Load(Open(), WCResKey("TXT_", "a")), "yaml chose me");
 }
 
 TEST_F(BundleFiles, KeysDifferingInTypeCaseShareOneRecord) {
@@ -169,38 +144,26 @@ TEST_F(BundleBadInput, CorruptZipIsResNotFoundAndARepairedOneIsReadLater) {
     EXPECT_EQ(Text(loaded), "fine");
 
     MakeZip(Resources() / "BIN_.zip", {{"a", "repaired"}});
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("BIN_", "a"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "repaired");
-    RM::ReleaseResource(resource);
+    EXPECT_EQ(Load(container, WCResKey("BIN_", "a")), "repaired");
     RM::ReleaseResource(loaded);
 }
 
-TEST_F(BundleBadInput, BrokenYAMLLeavesAnEmptyConfigurationAndTheBundleUsable) {
-    Put("resource_config.yaml", "Extensions: [unclosed\n  - : :\n");
+TEST_F(BundleBadInput, BrokenOrMisshapenYAMLRefusesTheWholeConfigurationAndTheBundleStaysUsable) {
     Put("extensions.txt", "TXT_ .txt\n");
     Put("TXT_/a", "plain");
     Put("TXT_/a.txt", "by extension");
-    Container *container = Open();
-    ASSERT_NE(container, nullptr);
-    EXPECT_EQ(WCResContainer_Base::FromHandle(container)->GetConfigurationError(),
-              eRMInvalidResContainer);
-    Resource *resource = nullptr;
-    // No extension came from anywhere: the text file is not a fallback for a broken YAML.
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "plain");
-    RM::ReleaseResource(resource);
-}
-
-TEST_F(BundleBadInput, WrongShapeOfAMapRefusesTheWholeConfiguration) {
-    Put("resource_config.yaml", "Extensions:\n  TXT_: .txt\nAttributes: [1, 2]\n");
-    Put("TXT_/a", "plain");
-    Container *container = Open();
-    EXPECT_EQ(WCResContainer_Base::FromHandle(container)->GetConfigurationError(),
-              eRMInvalidResContainer);
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "plain");
-    RM::ReleaseResource(resource);
+    for (const char *yaml :
+         {"Extensions: [unclosed\n  - : :\n", "Extensions:\n  TXT_: .txt\nAttributes: [1, 2]\n"}) {
+        SCOPED_TRACE(yaml);
+        Put("resource_config.yaml", yaml);
+        Container *container = Open();
+        ASSERT_NE(container, nullptr);
+        EXPECT_EQ(WCResContainer_Base::FromHandle(container)->GetConfigurationError(),
+                  eRMInvalidResContainer);
+        // No extension came from anywhere: the text file is not a fallback for a refused YAML.
+        EXPECT_EQ(Load(container, WCResKey("TXT_", "a")), "plain");
+        RM::Dispose();
+    }
 }
 
 TEST_F(BundleBadInput, KeysThatWouldLeaveTheBundleAreRefused) {
@@ -288,7 +251,7 @@ TEST_F(BundleChanges, AddedResourceIsWrittenToItsTheoreticalPath) {
               eNoErr);
     EXPECT_NE(resource->m_Flags & RM::kResFlagAddedNotOnDisk, 0u);
     ASSERT_EQ(RM::WriteResource(resource), eNoErr);
-    EXPECT_EQ(ReadFile(Resources() / "TXT_" / "new.txt"), "fresh");
+    EXPECT_EQ(ReadText(Resources() / "TXT_" / "new.txt"), "fresh");
     EXPECT_EQ(resource->m_Flags & RM::kResFlagAddedNotOnDisk, 0u);
     RM::ReleaseResource(resource);
 }
@@ -302,7 +265,7 @@ TEST_F(BundleChanges, AddingAKeyThatIsStoredIsRefused) {
               eNoErr);
     EXPECT_EQ(Text(resource), "new");
     ASSERT_EQ(RM::WriteResource(resource), eNoErr);
-    EXPECT_EQ(ReadFile(Resources() / "TXT_" / "a"), "new");
+    EXPECT_EQ(ReadText(Resources() / "TXT_" / "a"), "new");
     RM::ReleaseResource(resource);
 }
 
@@ -322,9 +285,8 @@ TEST_F(BundleChanges, AddOnALoadedKeyReplacesItsData) {
 }
 
 TEST_F(BundleChanges, DeferredWriteWaitsForTheContainer) {
-    Container *container = nullptr;
     Put("TXT_/keep", "k");
-    container = Open();
+    Container *container = Open();
     Resource *resource = nullptr;
     ASSERT_EQ(RM::AddResourceCopyData(container, WCResKey("TXT_", "later"), "late", 4, resource,
                                       RM::kResLoadDeferredWrite),
@@ -332,7 +294,7 @@ TEST_F(BundleChanges, DeferredWriteWaitsForTheContainer) {
     ASSERT_EQ(RM::WriteResource(resource), eNoErr);
     EXPECT_FALSE(fs::exists(Resources() / "TXT_" / "later"));
     ASSERT_EQ(RM::WriteResContainer(container), eNoErr);
-    EXPECT_EQ(ReadFile(Resources() / "TXT_" / "later"), "late");
+    EXPECT_EQ(ReadText(Resources() / "TXT_" / "later"), "late");
     RM::ReleaseResource(resource);
 }
 

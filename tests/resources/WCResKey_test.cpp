@@ -11,20 +11,10 @@ namespace {
 
 using namespace MIREL_NAMESPACE_NAME;
 
-TEST(WCResKey, DefaultKeyHasTheUnreadableType) {
-    const WCResKey key;
-    EXPECT_EQ(key.m_Type, "????");
-    EXPECT_TRUE(key.m_ID.empty());
-    EXPECT_EQ(key.GetConverter(), WCResKey::DefaultConverter());
-}
-
-TEST(WCResKey, IdFormsPrintAsText) {
+TEST(WCResKey, IdFormsPrintAsTextAndStrJoinsTypeIdAndVariant) {
     EXPECT_EQ(WCResKey("AlgXML", short(1001)).m_ID, "1001");
     EXPECT_EQ(WCResKey("AlgXML", short(-5)).m_ID, "-5");
     EXPECT_EQ(WCResKey("PROC", WCFourCC("Gain")).m_ID, "Gain");
-}
-
-TEST(WCResKey, StrJoinsTypeIdAndVariant) {
     EXPECT_EQ(WCResKey("PNG_", "knob").str('/'), "PNG_/knob");
     EXPECT_EQ(WCResKey("PNG_", "knob", "2x").str(':'), "PNG_:knob!2x");
 }
@@ -41,7 +31,8 @@ TEST(WCResKey, TypeOrdersWithoutCaseThenIdAndVariantByBytes) {
     EXPECT_TRUE(WCResKey("T", "\x7f") < WCResKey("T", "\x80"));
 }
 
-TEST(WCResKey, ConverterTakesNoPartInComparison) {
+TEST(WCResKey, ConverterTakesNoPartInComparisonAndIsNeverNull) {
+    EXPECT_EQ(WCResKey().GetConverter(), WCResKey::DefaultConverter());
     WCResKey pugi("XML_", "1");
     pugi.SetConverter(std::make_shared<RM::WCResConvertPugiXML>());
     EXPECT_TRUE(pugi == WCResKey("XML_", "1"));
@@ -116,12 +107,6 @@ TEST(WCResConfiguration, WrittenYAMLReadsBackTheSame) {
     EXPECT_EQ(*back.FindRedirection(WCFixedString<255>("PNG_/a.png")), "../b.png");
     EXPECT_EQ(*back.FindAttribute(WCFixedString<63>("PNG_:a:x")), "with: colon");
 }
-
-} // namespace
-
-namespace {
-
-using namespace MIREL_NAMESPACE_NAME;
 
 TEST(WCResConfiguration, TextIsCutWithoutSplittingACharacterAndBadUTF8IsRefused) {
     RM::WCResConfiguration config;

@@ -12,7 +12,7 @@ namespace {
 
 using namespace MIREL_NAMESPACE_NAME;
 using resources_test::BundleTest;
-using resources_test::ReadFile;
+using resources_test::ReadText;
 using resources_test::WriteFile;
 namespace fs = std::filesystem;
 
@@ -111,7 +111,7 @@ TEST_F(CacheFiles, ResourceIsWrittenIntoTheUserCache) {
     ASSERT_TRUE(cache.IsValid()) << cache.ErrorName();
     const fs::path path(cache.GetCacheFilePath().GetPathString().c_str());
     EXPECT_EQ(path.string().rfind((m_home.path() / ".cache").string(), 0), 0u);
-    EXPECT_EQ(ReadFile(path), "cache me");
+    EXPECT_EQ(ReadText(path), "cache me");
     EXPECT_FALSE(cache.WasUpToDate());
 }
 
@@ -131,14 +131,14 @@ TEST_F(CacheFiles, RewrittenWhenItsTimeIsNotStrictlyLater) {
     {
         RM::WCStResCacheFile cache(container, WCResKey("TXT_", "a"));
         EXPECT_TRUE(cache.WasUpToDate());
-        EXPECT_EQ(ReadFile(cachePath), "stale but newer");
+        EXPECT_EQ(ReadText(cachePath), "stale but newer");
     }
     // Equal: rewritten.
     SetMTime(cachePath, resourceTime);
     {
         RM::WCStResCacheFile cache(container, WCResKey("TXT_", "a"));
         EXPECT_FALSE(cache.WasUpToDate());
-        EXPECT_EQ(ReadFile(cachePath), "version 1");
+        EXPECT_EQ(ReadText(cachePath), "version 1");
         EXPECT_GT(MTime(cachePath), resourceTime);
     }
 }

@@ -1,6 +1,6 @@
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -21,8 +21,7 @@ using ML::MirelComponentInfo;
 using ML::WCFourCC;
 
 std::string TemplateData(const char *name) {
-    std::ifstream in(std::string(MIREL_TEMPLATE_TEST_DATA "/") + name, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return resources_test::ReadText(std::filesystem::path(MIREL_TEMPLATE_TEST_DATA) / name);
 }
 
 MirelComponentInfo Component(const char *subType) {
@@ -48,20 +47,20 @@ std::string Names(const ML::XML::CXMLElement &element) {
     return names;
 }
 
-TEST(FilterByComponentInfo, SubCompCompAffiliationAndOSSelectOneComponentsElements) {
-    pugi::xml_document doc;
-    ASSERT_EQ(ML::PugiXML::read_xml_from_string(TemplateData("filter.xml"), doc), 0);
-    pugi::xml_node root = doc.document_element();
-    ML::FilterPugiXMLByComponentInfo(Component("Mono"), root);
-    // Two codes keep "Both" for either sub-component; another component type goes with its
-    // sub-tree; "Mac" drops out here while "Win,Linux" and elements without "OS" stay.
-    EXPECT_EQ(Names(root), "Both OnlyMono(Deep ) Always OwnComp(Nested2 ) LinuxToo ");
+// What filter.xml keeps for each sub-component. Two codes keep "Both" for either sub-component;
+// another component type goes with its sub-tree; "Mac" drops out here while "Win,Linux" and
+// elements without "OS" stay.
+const char *const kMonoElements = "Both OnlyMono(Deep ) Always OwnComp(Nested2 ) LinuxToo ";
+const char *const kStereoElements = "Both Always OwnComp(Nested ) LinuxToo ";
 
-    pugi::xml_document stereo;
-    ASSERT_EQ(ML::PugiXML::read_xml_from_string(TemplateData("filter.xml"), stereo), 0);
-    pugi::xml_node stereoRoot = stereo.document_element();
-    ML::FilterPugiXMLByComponentInfo(Component("Stmo"), stereoRoot);
-    EXPECT_EQ(Names(stereoRoot), "Both Always OwnComp(Nested ) LinuxToo ");
+TEST(FilterByComponentInfo, SubCompCompAffiliationAndOSSelectOneComponentsElements) {
+    for (auto [subType, expected] : {std::pair{"Mono", kMonoElements}, {"Stmo", kStereoElements}}) {
+        pugi::xml_document doc;
+        ASSERT_EQ(ML::PugiXML::read_xml_from_string(TemplateData("filter.xml"), doc), 0);
+        pugi::xml_node root = doc.document_element();
+        ML::FilterPugiXMLByComponentInfo(Component(subType), root);
+        EXPECT_EQ(Names(root), expected) << subType;
+    }
 }
 
 class FilteredResources : public resources_test::BundleTest {
@@ -92,10 +91,8 @@ TEST_F(FilteredResources, TwoSubComponentsGetTwoResourcesSharingTheRawBytes) {
     EXPECT_STREQ(monoRes->m_Variant.c_str(), "XMLC_Mono_EQ___ksMI");
     ASSERT_EQ(monoRes->m_Data.m_Form, "CXMLElement");
     ASSERT_EQ(stereoRes->m_Data.m_Form, "CXMLElement");
-    EXPECT_EQ(Names(*static_cast<ML::XML::CXMLElement *>(monoData)),
-              "Both OnlyMono(Deep ) Always OwnComp(Nested2 ) LinuxToo ");
-    EXPECT_EQ(Names(*static_cast<ML::XML::CXMLElement *>(stereoData)),
-              "Both Always OwnComp(Nested ) LinuxToo ");
+    EXPECT_EQ(Names(*static_cast<ML::XML::CXMLElement *>(monoData)), kMonoElements);
+    EXPECT_EQ(Names(*static_cast<ML::XML::CXMLElement *>(stereoData)), kStereoElements);
     // Both hang off one base record, which holds the bytes as read.
     ASSERT_NE(monoRes->m_pParent, nullptr);
     EXPECT_EQ(monoRes->m_pParent, stereoRes->m_pParent);
@@ -163,7 +160,7 @@ TEST_F(FilteredResources, PugiFormAndUserFormReleaseWithTheUser) {
                   ML::eNoErr);
         EXPECT_EQ(resource->m_Data.m_Form, "pugi::xml_document");
         pugi::xml_node root = static_cast<pugi::xml_document *>(data)->document_element();
-        EXPECT_EQ(Names(root), "Both Always OwnComp(Nested ) LinuxToo ");
+        EXPECT_EQ(Names(root), kStereoElements);
         EXPECT_EQ(user.GetNumLoadedResources(), 1u);
     }
     Resource *loaded = nullptr;
