@@ -19,8 +19,7 @@ bool IsRawForm(const WTResourceType &resource) {
 
 // Whether releasing the record disposes of its data: bases, and variants that converted their own.
 bool OwnsData(const WTResourceType &resource) {
-    return resource.m_pParent == nullptr ||
-           (resource.m_Flags & RM::kResFlagOwnsConversion) != 0;
+    return resource.m_pParent == nullptr || (resource.m_Flags & RM::kResFlagOwnsConversion) != 0;
 }
 
 RM::WCResConvertObj &ConverterOf(const WCResKey &key) {
@@ -160,8 +159,7 @@ int WCResContainer_Base::GetResource(const WCResKey &key, std::uint32_t flags,
             // The variant keeps the retain just taken on its base.
             record->m_pParent = base;
             if (ownConversion && IsRawForm(*base)) {
-                err = record->m_Data.m_MemObj.Assign(base->m_Data.m_pData,
-                                                     base->m_Data.m_DataSize);
+                err = record->m_Data.m_MemObj.Assign(base->m_Data.m_pData, base->m_Data.m_DataSize);
                 if (err == eNoErr)
                     err = ConverterOf(*record).ConvertAfterLoad(record->m_Data);
                 if (err != eNoErr) {
