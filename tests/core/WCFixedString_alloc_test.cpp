@@ -1,67 +1,13 @@
-// Counts every call of the global operator new, to prove that fixed strings never allocate
-// except in replace(char, char const *). Kept in its own program because the replacement is
-// process-wide.
+// Fixed strings never allocate except in replace(char, char const *).
 #include "core/WCFixedString.h"
 #include "core/WCFourCC.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
-namespace {
-std::atomic<long> gNewCalls{0};
-
-void *CountedAlloc(std::size_t size) {
-    gNewCalls.fetch_add(1, std::memory_order_relaxed);
-    if (void *p = std::malloc(size ? size : 1))
-        return p;
-    throw std::bad_alloc();
-}
-} // namespace
-
-void *operator new(std::size_t size) {
-    return CountedAlloc(size);
-}
-void *operator new[](std::size_t size) {
-    return CountedAlloc(size);
-}
-void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
-    gNewCalls.fetch_add(1, std::memory_order_relaxed);
-    return std::malloc(size ? size : 1);
-}
-void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
-    gNewCalls.fetch_add(1, std::memory_order_relaxed);
-    return std::malloc(size ? size : 1);
-}
-void operator delete(void *p) noexcept {
-    std::free(p);
-}
-void operator delete[](void *p) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete[](void *p, std::size_t) noexcept {
-    std::free(p);
-}
+#include "tests/core/WCCountingAllocator.h"
 
 using namespace MIREL_NAMESPACE_NAME;
-
-namespace {
-
-// Runs `work` and answers how many allocations it made. No test macro runs inside, since the
-// framework itself may allocate.
-template <typename F>
-long CountAllocations(F &&work) {
-    const long before = gNewCalls.load();
-    work();
-    return gNewCalls.load() - before;
-}
-
-} // namespace
+using mirel_test::CountAllocations;
 
 TEST(WCFixedStringAllocations, EveryOperationButExpandingReplaceIsAllocationFree) {
     long sink = 0;

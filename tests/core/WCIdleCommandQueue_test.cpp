@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -13,57 +10,14 @@
 
 #include "core/MessageData.h"
 #include "core/WCCommandExecuterInterface.h"
-
-// This program's allocation functions count what the calling thread allocates, so the queue's
-// promise of allocating only when it chains a block stays true.
-namespace {
-thread_local bool tCounting = false;
-thread_local long tAllocations = 0;
-
-void *CountedAlloc(std::size_t size, std::size_t alignment) {
-    if (tCounting)
-        ++tAllocations;
-    size = size == 0 ? 1 : size;
-    if (alignment <= alignof(std::max_align_t))
-        return std::malloc(size);
-    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
-}
-void *OrThrow(void *p) {
-    if (p == nullptr)
-        throw std::bad_alloc();
-    return p;
-}
-} // namespace
-
-void *operator new(std::size_t size) {
-    return OrThrow(CountedAlloc(size, 0));
-}
-void *operator new(std::size_t size, std::align_val_t a) {
-    return OrThrow(CountedAlloc(size, static_cast<std::size_t>(a)));
-}
-void *operator new(std::size_t size, std::nothrow_t const &) noexcept {
-    return CountedAlloc(size, 0);
-}
-void *operator new(std::size_t size, std::align_val_t a, std::nothrow_t const &) noexcept {
-    return CountedAlloc(size, static_cast<std::size_t>(a));
-}
-void operator delete(void *p) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::align_val_t) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::size_t, std::align_val_t) noexcept {
-    std::free(p);
-}
+#include "tests/core/WCCountingAllocator.h"
 
 namespace {
 
 using namespace MIREL_NAMESPACE_NAME;
 using MIREL_NAMESPACE_NAME::miThread::WCIdleCommandQueue;
+using mirel_test::AllocationsSoFar;
+using mirel_test::CountAllocations;
 
 // Records its number when done; answers "busy" (true) for its first `busyCalls` executions.
 struct WSSeqMessage {
@@ -90,36 +44,32 @@ std::vector<int> Range(int from, int to) {
 
 TEST(WCIdleCommandQueue, ChainsABiggerBlockOnlyWhenAllBlocksAreInUse) {
     std::vector<int> done;
-    done.reserve(2000); // the record of what ran must not allocate while counting
+    done.reserve(2000);  // the record of what ran must not allocate while counting
     WTSeqQueue queue(3); // rounds up to 4
     EXPECT_EQ(0u, queue.GetBlockCount());
-    tAllocations = 0;
-    tCounting = true;
+    const long start = AllocationsSoFar();
     int seq = 0;
     for (; seq < 4; ++seq)
         ASSERT_EQ(eNoErr, queue.Push(WSSeqMessage{seq, 0, &done}));
     EXPECT_EQ(1u, queue.GetBlockCount());
-    EXPECT_EQ(1, tAllocations);
+    EXPECT_EQ(1, AllocationsSoFar() - start);
     // The fifth message opens a block of 8 (messages 4..11); the 13th a block of 16.
     for (; seq < 12; ++seq)
         ASSERT_EQ(eNoErr, queue.Push(WSSeqMessage{seq, 0, &done}));
     EXPECT_EQ(2u, queue.GetBlockCount());
     ASSERT_EQ(eNoErr, queue.Push(WSSeqMessage{seq++, 0, &done}));
     EXPECT_EQ(3u, queue.GetBlockCount());
-    EXPECT_EQ(3, tAllocations);
-    tCounting = false;
+    EXPECT_EQ(3, AllocationsSoFar() - start);
     EXPECT_EQ(13u, queue.DoIdle());
 
     // Rounds of up to 28 messages now go round the ring of three blocks without allocating.
-    tAllocations = 0;
-    tCounting = true;
-    for (int round = 0; round < 50; ++round) {
-        for (int i = 0; i < 28; ++i, ++seq)
-            queue.Push(WSSeqMessage{seq, 0, &done});
-        queue.DoIdle();
-    }
-    tCounting = false;
-    EXPECT_EQ(0, tAllocations);
+    EXPECT_EQ(0, CountAllocations([&] {
+                  for (int round = 0; round < 50; ++round) {
+                      for (int i = 0; i < 28; ++i, ++seq)
+                          queue.Push(WSSeqMessage{seq, 0, &done});
+                      queue.DoIdle();
+                  }
+              }));
     EXPECT_EQ(3u, queue.GetBlockCount());
     EXPECT_EQ(Range(0, seq), done);
 }
@@ -249,12 +199,11 @@ void RunProducerConsumer(std::size_t initialCapacity, int count) {
         ASSERT_EQ(i, done[static_cast<std::size_t>(i)]) << "at " << i;
 }
 
-TEST(WCIdleCommandQueueThreads, SmallBlocksChainAndCycleWithoutLossOrDuplicates) {
-    RunProducerConsumer(2, 200000);
-}
-
-TEST(WCIdleCommandQueueThreads, DefaultBlocksKeepOrderUnderLoad) {
-    RunProducerConsumer(1024, 200000);
+TEST(WCIdleCommandQueueThreads, BlocksChainAndCycleWithoutLossOrDuplicatesUnderLoad) {
+    for (std::size_t initialCapacity : {2u, 1024u}) {
+        SCOPED_TRACE(initialCapacity);
+        RunProducerConsumer(initialCapacity, 200000);
+    }
 }
 
 class WCRecordingExecuter : public WCCommandExecuterInterface {
@@ -281,11 +230,10 @@ TEST(WCIdleCommandQueueMessages, CarriesPrivateCopiesAndRetriesBusyReceivers) {
     char text[] = "hello";
     MessageData first(nullptr, WCFourCC("Ping"), &executer, false);
     ASSERT_EQ(eNoErr, first.CopyMessageBuffer(text, 5));
-    tAllocations = 0;
-    tCounting = true;
-    ASSERT_EQ(eNoErr, queue.Push(std::move(first))); // the buffer moves, no copy
-    tCounting = false;
-    EXPECT_EQ(0, tAllocations);
+    int pushed = eGenericErr;
+    // The buffer moves, no copy.
+    EXPECT_EQ(0, CountAllocations([&] { pushed = queue.Push(std::move(first)); }));
+    ASSERT_EQ(eNoErr, pushed);
     std::memcpy(text, "xxxxx", 5); // the sender's memory may change at once
     queue.Push(MessageData(nullptr, WCFourCC("Null"), &executer, false));
     queue.Push(MessageData(nullptr, WCFourCC("Gone"), nullptr, false)); // no executer: done

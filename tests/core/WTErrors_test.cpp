@@ -200,11 +200,6 @@ TEST(WTErrName, CodesOutsideTheTableAreUnnamed) {
     }
 }
 
-TEST(WTErrName, SkippedValuesHaveNoName) {
-    for (int code : {-2005, -2006, -3507, -8008, -2012, -2013, -2014, -21001, -21002, -21003})
-        EXPECT_STREQ(WTErrName(code), "Unnamed error") << "code " << code;
-}
-
 TEST(ConvertErrorWIN, MapsTheListedSystemErrors) {
     EXPECT_EQ(ConvertErrorWIN(0), 0);
     EXPECT_EQ(ConvertErrorWIN(2), -1002);
