@@ -18,28 +18,22 @@ void WriteText(const std::filesystem::path &path, const std::string &text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-TEST(PugiXMLReading, ParseFlagsTrimEmbedAndKeepCDATA) {
+TEST(PugiXMLReading, ParseFlagsTrimEmbedKeepCDATAAndNormaliseQuotedCodesInTextOnly) {
     pugi::xml_document doc;
     ASSERT_EQ(ML::PugiXML::read_xml_from_string(
-                  "<r a=\"x\ty\"><t>  padded  </t><c><![CDATA[ raw <> ]]></c><!--gone--></r>", doc),
+                  "<r a=\"x\ty\" q=\"'Abcd'\"><t>  padded  </t><c><![CDATA[ raw <> ]]></c>"
+                  "<code>'Abcd'</code><d>'abc'</d><e><![CDATA['wxyz']]></e><!--gone--></r>",
+                  doc),
               0);
     const pugi::xml_node r = doc.child("r");
     EXPECT_STREQ(r.attribute("a").value(), "x y");
     EXPECT_STREQ(r.child("t").text().get(), "padded");
     EXPECT_EQ(r.child("c").first_child().type(), pugi::node_cdata);
     EXPECT_FALSE(r.last_child().type() == pugi::node_comment);
-}
-
-TEST(PugiXMLReading, QuotedCodesAreNormalisedInTextOnly) {
-    pugi::xml_document doc;
-    ASSERT_EQ(ML::PugiXML::read_xml_from_string(
-                  "<r a=\"'Abcd'\"><c>'Abcd'</c><d>'abc'</d><e><![CDATA['wxyz']]></e></r>", doc),
-              0);
-    const pugi::xml_node r = doc.child("r");
-    EXPECT_STREQ(r.child("c").text().get(), "Abcd");
+    EXPECT_STREQ(r.child("code").text().get(), "Abcd");
     EXPECT_STREQ(r.child("d").text().get(), "'abc'");
     EXPECT_STREQ(r.child("e").text().get(), "wxyz");
-    EXPECT_STREQ(r.attribute("a").value(), "'Abcd'");
+    EXPECT_STREQ(r.attribute("q").value(), "'Abcd'");
 }
 
 TEST(PugiXMLReading, BufferFormsReturnPugiStatusAndStillNormalise) {

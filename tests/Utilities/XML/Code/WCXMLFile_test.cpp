@@ -14,11 +14,7 @@ namespace {
 
 namespace ML = MIREL_NAMESPACE_NAME;
 using ML::XML::CXMLElement;
-
-std::string ReadFile(const std::filesystem::path &path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
+using mirel_test::ReadFile;
 
 TEST(WCXMLFileRead, MissingFileIsKeptAsValidity) {
     mirel_test::WCTempDir dir;

@@ -1,13 +1,12 @@
-#include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/PugiXML.h"
 #include "Utilities/XML/Code/XMLAttributeFilter.h"
+#include "tests/Utilities/XML/Code/XMLTestSupport.h"
 
 namespace {
 
@@ -39,10 +38,7 @@ TEST(XMLAttributeFilter, BothTreeFormsKeepMatchesAlternativesAndElementsWithoutA
     EXPECT_EQ(Names(root), "A()D()E(G())");
 
     ML::XML::CXMLElement element;
-    {
-        ML::XML::CXMLTreeBuilder builder(&element);
-        ASSERT_EQ(builder.BuildFromSingleBuffer(kDoc, std::strlen(kDoc)), ML::eNoErr);
-    }
+    ASSERT_EQ(mirel_test::Parse(kDoc, element), ML::eNoErr);
     ML::XML::FilterXMLByAttributes(rules, 1, element);
     EXPECT_EQ(Names(element), "A()D()E(G())");
 }

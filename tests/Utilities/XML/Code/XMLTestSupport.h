@@ -49,9 +49,8 @@ inline std::string Write(ML::XML::CXMLElement &root) {
     return text;
 }
 
-// A file of tests/data/xml, whole and unchanged.
-inline std::string ReadGolden(const char *name) {
-    const std::filesystem::path path = std::filesystem::path(MIREL_XML_TEST_DATA) / name;
+// A file's bytes, whole and unchanged; empty when it cannot be read.
+inline std::string ReadFile(const std::filesystem::path &path) {
     std::ifstream in(path, std::ios::binary);
     return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
