@@ -25,81 +25,59 @@ public:
 
     std::vector<std::string> m_Hooks;
     int m_DoIdleResult = 0;
-    int m_FinishCreateResult = 0;
-    bool m_NeedsProcessLockFree = false;
 
     // The private channel: recognisable answers and a record of what arrived.
     std::int64_t m_PrivateArg = -99;
-    int GetPluginInfo_bool_Private(bool &out, std::int64_t arg) override {
+    int Reached(std::int64_t arg, int code) {
         m_PrivateArg = arg;
+        return code;
+    }
+    int GetPluginInfo_bool_Private(bool &out, std::int64_t a) override {
         out = true;
-        return 101;
+        return Reached(a, 101);
     }
-    int GetPluginInfo_double_Private(double &out, std::int64_t arg) override {
-        m_PrivateArg = arg;
+    int GetPluginInfo_double_Private(double &out, std::int64_t a) override {
         out = 2.5;
-        return 102;
+        return Reached(a, 102);
     }
-    int GetPluginInfo_float_Private(float &out, std::int64_t arg) override {
-        m_PrivateArg = arg;
+    int GetPluginInfo_float_Private(float &out, std::int64_t a) override {
         out = 3.5f;
-        return 103;
+        return Reached(a, 103);
     }
-    int GetPluginInfo_int32_t_Private(std::int32_t &out, std::int64_t arg) override {
-        m_PrivateArg = arg;
+    int GetPluginInfo_int32_t_Private(std::int32_t &out, std::int64_t a) override {
         out = -4;
-        return 104;
+        return Reached(a, 104);
     }
-    int GetPluginInfo_size_t_Private(std::size_t &out, std::int64_t arg) override {
-        m_PrivateArg = arg;
+    int GetPluginInfo_size_t_Private(std::size_t &out, std::int64_t a) override {
         out = 5;
-        return 105;
+        return Reached(a, 105);
     }
-    int GetPluginInfo_struct_Private(void *, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 106;
-    }
-    int GetPluginInfo_uint32_t_Private(std::uint32_t &out, std::int64_t arg) override {
-        m_PrivateArg = arg;
+    int GetPluginInfo_struct_Private(void *, std::int64_t a) override { return Reached(a, 106); }
+    int GetPluginInfo_uint32_t_Private(std::uint32_t &out, std::int64_t a) override {
         out = 7;
-        return 107;
+        return Reached(a, 107);
     }
-    int GetPluginInfo_WCFixedString_Private(ml::WCFixedStringBase &out, std::int64_t arg) override {
-        m_PrivateArg = arg;
+    int GetPluginInfo_WCFixedString_Private(ml::WCFixedStringBase &out, std::int64_t a) override {
         out = "private";
-        return 108;
+        return Reached(a, 108);
     }
-    int GetPluginInfo_WCStMemObj_Private(ml::Utils::WCStMemObj &, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 109;
+    int GetPluginInfo_WCStMemObj_Private(ml::Utils::WCStMemObj &, std::int64_t a) override {
+        return Reached(a, 109);
     }
-    int SetPluginInfo_bool_Private(bool, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 111;
+    int SetPluginInfo_bool_Private(bool, std::int64_t a) override { return Reached(a, 111); }
+    int SetPluginInfo_c_str_Private(char const *, std::int64_t a) override {
+        return Reached(a, 112);
     }
-    int SetPluginInfo_c_str_Private(char const *, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 112;
+    int SetPluginInfo_double_Private(double, std::int64_t a) override { return Reached(a, 113); }
+    int SetPluginInfo_int32_t_Private(std::int32_t, std::int64_t a) override {
+        return Reached(a, 114);
     }
-    int SetPluginInfo_double_Private(double, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 113;
+    int SetPluginInfo_size_t_Private(std::size_t, std::int64_t a) override {
+        return Reached(a, 115);
     }
-    int SetPluginInfo_int32_t_Private(std::int32_t, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 114;
-    }
-    int SetPluginInfo_size_t_Private(std::size_t, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 115;
-    }
-    int SetPluginInfo_struct_Private(void *, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 116;
-    }
-    int SetPluginInfo_uint32_t_Private(std::uint32_t, std::int64_t arg) override {
-        m_PrivateArg = arg;
-        return 117;
+    int SetPluginInfo_struct_Private(void *, std::int64_t a) override { return Reached(a, 116); }
+    int SetPluginInfo_uint32_t_Private(std::uint32_t, std::int64_t a) override {
+        return Reached(a, 117);
     }
 
     using cALGORITHM::GetPluginInfo_double;
@@ -151,7 +129,7 @@ protected:
     }
     int FinishCreateSelf() override {
         m_Hooks.push_back("FinishCreateSelf");
-        return m_FinishCreateResult;
+        return 0;
     }
     int InitDataSelf() override {
         m_Hooks.push_back("InitDataSelf");

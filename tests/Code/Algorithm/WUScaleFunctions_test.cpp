@@ -148,8 +148,7 @@ TEST(ToggleRangesScale, PicksThePointByIndexAndTheNearestBack) {
     const auto single = Table({}, {7});
     ExpectPoints(ml::InverseToggleRangesScale, single,
                  {{"one point, below", 1, 0}, {"one point, at", 7, 0}, {"one point, above", 9, 0}});
-    const auto empty = Table({}, {});
-    EXPECT_EQ(ml::ToggleRangesScale(3, const_cast<ml::sSCALE_INFO *>(&empty)), 0.0);
+    ExpectPoints(ml::ToggleRangesScale, Table({}, {}), {{"no points", 3, 0}});
 }
 
 TEST(ToggleMapScale, MatchesExactlyOrGivesZero) {
@@ -190,12 +189,9 @@ TEST(LinearRangesScale, DescendingTablesStillClampToTheAxisEnds) {
 
 TEST(LinearRangesScale, WithRoundingRoundsTheState) {
     const auto table = Table({0, 1000}, {0, 3});
-    EXPECT_NEAR(ml::InverseLinearRangesScale(1, const_cast<ml::sSCALE_INFO *>(&table)), 333.333,
-                0.001);
-    EXPECT_EQ(ml::InverseLinearRangesScaleWithRounding(1, const_cast<ml::sSCALE_INFO *>(&table)),
-              333.0);
-    EXPECT_EQ(ml::InverseLinearRangesScaleWithRounding(2, const_cast<ml::sSCALE_INFO *>(&table)),
-              667.0);
+    ExpectPoints(ml::InverseLinearRangesScale, table, {{"a third, unrounded", 1, 1000.0 / 3}});
+    ExpectPoints(ml::InverseLinearRangesScaleWithRounding, table,
+                 {{"a third rounds down", 1, 333}, {"two thirds round up", 2, 667}});
 }
 
 } // namespace

@@ -24,7 +24,6 @@ TEST(AlgorithmLifeCycle, WalksTheRequiredOrderFromConstructionToDestruction) {
     EXPECT_TRUE(alg->IsInstanceReady());
     EXPECT_TRUE(alg->GetProcessActive());
 
-    const std::vector<std::string> hooks = alg->m_Hooks;
     const std::vector<std::string> expectedHooks = {"SetExecCallBackSelf",
                                                     "AdjustProcessCodeDescriptionsSelf",
                                                     "InitProcessCodeSelf",
@@ -33,15 +32,14 @@ TEST(AlgorithmLifeCycle, WalksTheRequiredOrderFromConstructionToDestruction) {
                                                     "InitInstanceDataSelf",
                                                     "SetProcessActiveSelf(true)",
                                                     "InitAlgSelf"};
-    EXPECT_EQ(hooks, expectedHooks);
+    EXPECT_EQ(alg->m_Hooks, expectedHooks);
 
     // The process side is asked for its locate flag, word size and converters first, in this
     // order; the initial buffers are created, chained, sent as initialisation and freed.
-    const std::vector<int> startOps = shell.Ops();
     const std::vector<int> expectedOps = {11, 12, 7, 8, 20, 9, 10, 21, 13, 14,
                                           36, // both setups made equal: setup B modified
                                           5,  5,  3, 1, 4};
-    EXPECT_EQ(startOps, expectedOps);
+    EXPECT_EQ(shell.Ops(), expectedOps);
     EXPECT_EQ(shell.LiveBuffers(), 0u);
 
     shell.ClearLog();
@@ -347,8 +345,6 @@ TEST(AlgorithmIdentity, ComponentTypeDecidesNativeAndNetShell) {
     EXPECT_FALSE(artist.IsNative());
     EXPECT_EQ(artist.GetPresetCompatibleSubComps(),
               (std::vector<ml::WCFourCC>{ml::WCFourCC("TsAl")}));
-    EXPECT_EQ(artist.GetUndoLevel(), 1000u);
-    EXPECT_EQ(artist.GetPresetResourceNumber(), 1000);
 }
 
 TEST(AlgorithmIdentity, MirelLibHandleIsTheModuleOfTheLibrary) {
