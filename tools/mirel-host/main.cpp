@@ -196,6 +196,27 @@ void RunAudio(mirel_shell::WCRecordingShell &shell, void *module) {
     }
 }
 
+// What the bundle's "AlgXML" and "ParamXML" made of the algorithm.
+void PrintBundleResources(ml::cALGORITHM &alg) {
+    ml::WCFixedString<63> name;
+    ml::WCFixedString<15> shortName;
+    alg.GetAlgName(name);
+    alg.GetAlgNameOfLength(3, shortName);
+    std::printf("algorithm XML: name \"%s\" (\"%s\"), undo depth %llu, refresh %u Hz, "
+                "sample based %s\n",
+                name.c_str(), shortName.c_str(),
+                static_cast<unsigned long long>(alg.GetUndoLevel()), alg.GetOptimalRefreshRate(),
+                alg.GetPluginValue_bool("IsSampleBased", false) ? "yes" : "no");
+    std::printf("parameter XML: %llu parameter(s)\n",
+                static_cast<unsigned long long>(alg.GetNumParams()));
+    for (std::uint64_t id = 0; id < alg.GetNumParams(); ++id) {
+        ml::sCONTROL_PARAM &param = *alg.GetParam(id);
+        param.UpdateValueString(0);
+        std::printf("  %llu %-8s state %6.1f  %s\n", static_cast<unsigned long long>(id),
+                    param.m_Name.c_str(), param.GetState(0), param.GetValueString().c_str());
+    }
+}
+
 int Demo(char const *modulePath) {
     PrintVersion();
     mirel_shell::WCRecordingShell shell;
@@ -236,6 +257,8 @@ int Demo(char const *modulePath) {
                 needs.coefsWords, needs.statesWords, needs.inputs, needs.outputs,
                 needs.maxSampleRate);
 
+    std::printf("\n");
+    PrintBundleResources(*shell.Algorithm());
     std::printf("\n");
     PrintSelectors(shell.Instance());
     std::printf("\n");
