@@ -6,7 +6,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <cstring>
 #include <map>
 #include <string>
@@ -14,6 +13,7 @@
 #include "Code/Algorithm/MirelAPI3Internal.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "bench/support/WCBenchRatios.h"
 #include "tools/shell/WCRecordingShell.h"
 
 namespace {
@@ -149,35 +149,15 @@ void BM_CopyCoefficientWords(benchmark::State &state) {
 }
 BENCHMARK(BM_CopyCoefficientWords);
 
-// Keeps each run's time so the pairs can be compared after the runs.
-class WCRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(std::vector<Run> const &runs) override {
-        for (auto const &run : runs)
-            m_times[run.benchmark_name()] = run.GetAdjustedRealTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-    void PrintRatio(char const *subject, char const *floor) const {
-        const auto a = m_times.find(subject);
-        const auto b = m_times.find(floor);
-        if (a != m_times.end() && b != m_times.end() && b->second > 0)
-            std::printf("ratio %-26s / %-24s = %6.2f\n", subject, floor, a->second / b->second);
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    ratios.PrintRatio("BM_SelectorBypass", "BM_DirectBypass");
+    ratios.PrintRatio("BM_SelectorKeyValue", "BM_StdMapKeyValue");
+    ratios.PrintRatio("BM_NamedRequestGetValue", "BM_HandReadJson");
+    ratios.PrintRatio("BM_UpdateAlgThroughShell", "BM_CopyCoefficientWords");
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    WCRatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatio("BM_SelectorBypass", "BM_DirectBypass");
-    reporter.PrintRatio("BM_SelectorKeyValue", "BM_StdMapKeyValue");
-    reporter.PrintRatio("BM_NamedRequestGetValue", "BM_HandReadJson");
-    reporter.PrintRatio("BM_UpdateAlgThroughShell", "BM_CopyCoefficientWords");
-    benchmark::Shutdown();
-    return 0;
+    return mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios);
 }

@@ -3,18 +3,18 @@
 // Each pair runs in the same program; the ratios (ours / theirs) are printed at the end.
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <string>
+#include <vector>
 
 #include <boost/filesystem/path.hpp>
 #include <yaml-cpp/yaml.h>
 #include <zip.h>
 
+#include "bench/support/WCBenchRatios.h"
 #include "core/WCStMemObj.h"
 #include "files/WCStFile.h"
 #include "files/WCStFileReadFromZip.h"
@@ -196,43 +196,21 @@ void ListOrder_YamlLoadAll(benchmark::State &state) {
 }
 BENCHMARK(ListOrder_YamlLoadAll);
 
-// Keeps each run's CPU time per iteration (steadier than wall time on a shared machine) so the
-// pairs can be compared after the console report.
-class WCRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(std::vector<Run> const &runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (auto const &run : runs)
-            m_times[run.benchmark_name()] = run.GetAdjustedCPUTime();
-    }
-    void PrintRatios() const {
-        static char const *const kPairs[][2] = {{"ReadWhole_Mirel", "ReadWhole_Ifstream"},
-                                                {"ReplaceFile_Mirel", "ReplaceFile_Ofstream"},
-                                                {"PathAppend_Mirel", "PathAppend_Boost"},
-                                                {"ZipEntry_Mirel", "ZipEntry_Libzip"},
-                                                {"ListOrder_Mirel", "ListOrder_YamlLoadAll"}};
-        for (auto const &pair : kPairs) {
-            auto const ours = m_times.find(pair[0]);
-            auto const theirs = m_times.find(pair[1]);
-            if (ours != m_times.end() && theirs != m_times.end() && theirs->second > 0)
-                std::printf("ratio %s / %s = %.2f\n", pair[0], pair[1],
-                            ours->second / theirs->second);
-        }
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
+// Ours against theirs.
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    ratios.PrintRatio("ReadWhole_Mirel", "ReadWhole_Ifstream");
+    ratios.PrintRatio("ReplaceFile_Mirel", "ReplaceFile_Ofstream");
+    ratios.PrintRatio("PathAppend_Mirel", "PathAppend_Boost");
+    ratios.PrintRatio("ZipEntry_Mirel", "ZipEntry_Libzip");
+    ratios.PrintRatio("ListOrder_Mirel", "ListOrder_YamlLoadAll");
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    WCRatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatios();
-    benchmark::Shutdown();
+    const int result = mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios,
+                                                            mirel_bench::WCBenchRatios::eCPUTime);
     std::error_code ignored;
     fs::remove_all(Folder(), ignored);
-    return 0;
+    return result;
 }

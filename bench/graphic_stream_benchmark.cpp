@@ -5,12 +5,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <map>
-#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/support/WCBenchRatios.h"
 #include "graphic_stream/WCGSArrays.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCGraphicStreamEngineBase.h"
@@ -139,40 +138,21 @@ void BM_YAMLExport(benchmark::State &state) {
 }
 BENCHMARK(BM_YAMLExport)->Unit(benchmark::kMillisecond);
 
-// Keeps the time per iteration of every run, for the ratios printed at the end.
-class WCRatioReporter : public benchmark::ConsoleReporter {
-public:
-    std::map<std::string, double> m_Times;
-    void ReportRuns(const std::vector<Run> &runs) override {
-        for (const Run &run : runs)
-            m_Times[run.benchmark_name()] = run.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    {
+        WSWrittenFrame frame(0);
+        std::printf("  Frame: %llu records, %llu bytes (threshold 0)\n",
+                    static_cast<unsigned long long>(frame.m_Records),
+                    static_cast<unsigned long long>(frame.m_Writer.GetStreamSize()));
     }
-};
-
-void PrintRatio(const WCRatioReporter &reporter, const char *what, const char *measured,
-                const char *floor) {
-    const auto m = reporter.m_Times.find(measured);
-    const auto f = reporter.m_Times.find(floor);
-    if (m != reporter.m_Times.end() && f != reporter.m_Times.end() && f->second > 0)
-        std::printf("%s: %.1fx the CPU time of %s\n", what, m->second / f->second, floor);
+    ratios.PrintRatio("BM_WriteFrame/0", "BM_MemcpyFloor/0", "writing, data inline");
+    ratios.PrintRatio("BM_WriteFrame/128", "BM_MemcpyFloor/128", "writing, curves by pointer");
+    ratios.PrintRatio("BM_EngineWalk", "BM_BareRecordHop", "engine walk, empty handlers");
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    WCRatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    {
-        WSWrittenFrame frame(0);
-        std::printf("frame: %llu records, %llu bytes (threshold 0)\n",
-                    static_cast<unsigned long long>(frame.m_Records),
-                    static_cast<unsigned long long>(frame.m_Writer.GetStreamSize()));
-    }
-    PrintRatio(reporter, "writing, data inline", "BM_WriteFrame/0", "BM_MemcpyFloor/0");
-    PrintRatio(reporter, "writing, curves by pointer", "BM_WriteFrame/128", "BM_MemcpyFloor/128");
-    PrintRatio(reporter, "engine walk, empty handlers", "BM_EngineWalk", "BM_BareRecordHop");
-    benchmark::Shutdown();
-    return 0;
+    return mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios,
+                                                mirel_bench::WCBenchRatios::eCPUTime);
 }

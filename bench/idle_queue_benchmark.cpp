@@ -3,6 +3,7 @@
 // 16-byte message and consume it through its execute(); the idle queue in its idle passes (at
 // most 1024 messages each), the spsc_queue through consume_all. The spsc_queue has a fixed
 // capacity, so its producer spins when it is full; the idle queue chains a block instead.
+#include "bench/support/WCBenchRatios.h"
 #include "core/WCIdleCommandQueue.h"
 
 #include <benchmark/benchmark.h>
@@ -131,24 +132,27 @@ BENCHMARK(BM_SpscQueue_TwoThreads)->UseRealTime()->Unit(benchmark::kMillisecond)
 BENCHMARK(BM_IdleQueue_OneThread)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SpscQueue_OneThread)->UseRealTime()->Unit(benchmark::kMillisecond);
 
+// The rates come from each benchmark's own clock around producer and consumer; their inverse is
+// the time per message.
 void PrintRatio(const char *label, const char *ours, const char *peer) {
     auto const a = gRates.find(ours);
     auto const b = gRates.find(peer);
-    if (a == gRates.end() || b == gRates.end() || b->second <= 0)
+    if (a == gRates.end() || b == gRates.end())
         return;
-    std::printf("%s: idle queue %.1f M msgs/s, spsc_queue %.1f M msgs/s, ratio %.2f\n", label,
-                a->second / 1e6, b->second / 1e6, a->second / b->second);
+    char note[96];
+    std::snprintf(note, sizeof note, "%s: %.1f against %.1f M msgs/s", label, a->second / 1e6,
+                  b->second / 1e6);
+    mirel_bench::WCBenchRatios::PrintRatio("idle queue", 1 / a->second, "spsc_queue", 1 / b->second,
+                                           note);
+}
+
+void PrintRatios(const mirel_bench::WCBenchRatios &) {
+    PrintRatio("two threads", "idle", "spsc");
+    PrintRatio("one thread", "idle1", "spsc1");
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    PrintRatio("two threads", "idle", "spsc");
-    PrintRatio("one thread", "idle1", "spsc1");
-    return 0;
+    return mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios);
 }

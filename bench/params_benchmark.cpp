@@ -8,12 +8,10 @@
 
 #include <array>
 #include <cmath>
-#include <cstdio>
-#include <map>
-#include <string>
 
 #include "Code/Algorithm/WCParam_Base.h"
 #include "Code/Algorithm/WUDisplayFunctions.h"
+#include "bench/support/WCBenchRatios.h"
 
 namespace {
 
@@ -28,7 +26,9 @@ ml::WCParam_Base MakeParam(const char *type, double min, double max, double res)
     return param;
 }
 
-void RunRoundTrip(benchmark::State &state, ml::WCParam_Base const &param) {
+// State to real world and back through the parameter, one fresh state per call.
+void BM_RoundTrip(benchmark::State &state, const char *type, double min, double max, double res) {
+    const ml::WCParam_Base param = MakeParam(type, min, max, res);
     std::size_t i = 0;
     for (auto _ : state) {
         const double rw = param.StateToRealWorld(kStates[i++ & 7]);
@@ -36,31 +36,11 @@ void RunRoundTrip(benchmark::State &state, ml::WCParam_Base const &param) {
     }
     state.SetItemsProcessed(state.iterations() * 2);
 }
-
-void BM_Linear(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("linear", -24, 24, 0.1));
-}
-BENCHMARK(BM_Linear);
-
-void BM_LinearExtended(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("linear", 0, 10000, 10));
-}
-BENCHMARK(BM_LinearExtended);
-
-void BM_Logarithmic(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("logarithmic", 20, 20000, 0.1));
-}
-BENCHMARK(BM_Logarithmic);
-
-void BM_LogarithmicExtended(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("logarithmic", 20, 20000, 10));
-}
-BENCHMARK(BM_LogarithmicExtended);
-
-void BM_STDFreq(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("STDFreq", 20, 20000, 0.1));
-}
-BENCHMARK(BM_STDFreq);
+BENCHMARK_CAPTURE(BM_RoundTrip, Linear, "linear", -24, 24, 0.1);
+BENCHMARK_CAPTURE(BM_RoundTrip, LinearExtended, "linear", 0, 10000, 10);
+BENCHMARK_CAPTURE(BM_RoundTrip, Logarithmic, "logarithmic", 20, 20000, 0.1);
+BENCHMARK_CAPTURE(BM_RoundTrip, LogarithmicExtended, "logarithmic", 20, 20000, 10);
+BENCHMARK_CAPTURE(BM_RoundTrip, STDFreq, "STDFreq", 20, 20000, 0.1);
 
 void BM_Toggle(benchmark::State &state) {
     ml::WCParam_Base param;
@@ -72,25 +52,11 @@ void BM_Toggle(benchmark::State &state) {
 }
 BENCHMARK(BM_Toggle);
 
-void BM_ToggleRanges(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("toggleRanges", 0, 1, 1));
-}
-BENCHMARK(BM_ToggleRanges);
-
-void BM_ToggleMap(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("toggleMap", 0, 1, 1));
-}
-BENCHMARK(BM_ToggleMap);
-
-void BM_LinearRanges(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("linearRanges", 20, 20000, 0.1));
-}
-BENCHMARK(BM_LinearRanges);
-
-void BM_LinearRangesWithRounding(benchmark::State &state) {
-    RunRoundTrip(state, MakeParam("linearRangesWithRounding", 20, 20000, 0.1));
-}
-BENCHMARK(BM_LinearRangesWithRounding);
+BENCHMARK_CAPTURE(BM_RoundTrip, ToggleRanges, "toggleRanges", 0, 1, 1);
+BENCHMARK_CAPTURE(BM_RoundTrip, ToggleMap, "toggleMap", 0, 1, 1);
+BENCHMARK_CAPTURE(BM_RoundTrip, LinearRanges, "linearRanges", 20, 20000, 0.1);
+BENCHMARK_CAPTURE(BM_RoundTrip, LinearRangesWithRounding, "linearRangesWithRounding", 20, 20000,
+                  0.1);
 
 // The floors: the same arithmetic written inline, no function pointer, no guard.
 void BM_InlineLinear(benchmark::State &state) {
@@ -134,33 +100,14 @@ void BM_DisplayFloat1WithHz(benchmark::State &state) {
 }
 BENCHMARK(BM_DisplayFloat1WithHz);
 
-// Keeps each run's CPU time so the pairs can be compared after the runs.
-class WCRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(std::vector<Run> const &runs) override {
-        for (auto const &run : runs)
-            m_times[run.benchmark_name()] = run.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-    void PrintRatio(char const *subject, char const *floor) const {
-        const auto a = m_times.find(subject);
-        const auto b = m_times.find(floor);
-        if (a != m_times.end() && b != m_times.end() && b->second > 0)
-            std::printf("ratio %-24s / %-22s = %6.2f\n", subject, floor, a->second / b->second);
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    ratios.PrintRatio("BM_RoundTrip/Linear", "BM_InlineLinear");
+    ratios.PrintRatio("BM_RoundTrip/Logarithmic", "BM_InlineLogarithmic");
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    WCRatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatio("BM_Linear", "BM_InlineLinear");
-    reporter.PrintRatio("BM_Logarithmic", "BM_InlineLogarithmic");
-    benchmark::Shutdown();
-    return 0;
+    return mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios,
+                                                mirel_bench::WCBenchRatios::eCPUTime);
 }

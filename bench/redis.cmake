@@ -4,6 +4,7 @@ mirel_add_bench(redis_benchmark
     ${CMAKE_CURRENT_LIST_DIR}/redis_benchmark.cpp
     ${CMAKE_CURRENT_LIST_DIR}/../tests/support/WCRedisServerFixture.cpp
   LIBS
+    mirel_bench_support
     mirel_redis
     Threads::Threads
 )

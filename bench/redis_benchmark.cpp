@@ -4,6 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/support/WCBenchRatios.h"
 #include "redis/WCRedisConnection.h"
 #include "tests/support/WCRedisServerFixture.h"
 
@@ -90,6 +92,27 @@ double RedisBenchmarkRate(int port) {
     return std::strtod(output.c_str() + (begin == std::string::npos ? 0 : begin + 1), nullptr);
 }
 
+// Rates are fields (or requests) per second; the ratios compare seconds per field.
+void PrintRatios(double floorBefore, double floorAfter) {
+    // The better floor is kept, so a busy machine during one of its runs does not flatter us.
+    double const floor = std::max(floorBefore, floorAfter);
+    double const pending = gPending.rate();
+    double const immediate = gImmediate.rate();
+    std::printf("  HSET of %d hash fields on one loopback connection:\n", kFields);
+    std::printf("    pending + one commit   %12.0f fields/s\n", pending);
+    std::printf("    immediate              %12.0f fields/s\n", immediate);
+    std::printf("    redis-benchmark -P1000 %12.0f requests/s (floor; %.0f before, %.0f after)\n",
+                floor, floorBefore, floorAfter);
+    auto const perField = [](double rate) { return rate > 0 ? 1 / rate : 0.0; };
+    using mirel_bench::WCBenchRatios;
+    WCBenchRatios::PrintRatio("pending + one commit", perField(pending), "redis-benchmark -P1000",
+                              perField(floor));
+    WCBenchRatios::PrintRatio("immediate", perField(immediate), "redis-benchmark -P1000",
+                              perField(floor));
+    WCBenchRatios::PrintRatio("immediate", perField(immediate), "pending + one commit",
+                              perField(pending));
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -109,29 +132,12 @@ int main(int argc, char **argv) {
             gServer = &server;
             for (int i = 0; i < kFields; ++i)
                 gFieldNames.push_back("field:" + std::to_string(i));
-
-            // The floor is taken before and after, and the better one kept, so a busy machine
-            // during one of the runs does not flatter the ratios.
+            // The floor is taken before and after the runs.
             double const floorBefore = RedisBenchmarkRate(server.port());
-            benchmark::Initialize(&argc, argv);
-            benchmark::RunSpecifiedBenchmarks();
-            benchmark::Shutdown();
-            double const floorAfter = RedisBenchmarkRate(server.port());
-            double const floor = floorBefore > floorAfter ? floorBefore : floorAfter;
-            double const pending = gPending.rate();
-            double const immediate = gImmediate.rate();
-            std::printf("\nHSET of %d hash fields on one loopback connection:\n", kFields);
-            std::printf("  pending + one commit   %12.0f fields/s\n", pending);
-            std::printf("  immediate              %12.0f fields/s\n", immediate);
-            std::printf(
-                "  redis-benchmark -P1000 %12.0f requests/s (floor; %.0f before, %.0f after)\n",
-                floor, floorBefore, floorAfter);
-            if (floor > 0)
-                std::printf("  pending/floor %.2f  immediate/floor %.3f", pending / floor,
-                            immediate / floor);
-            if (immediate > 0)
-                std::printf("  pending/immediate %.1f", pending / immediate);
-            std::printf("\n");
+            result = mirel_bench::RunBenchmarksWithRatios(
+                argc, argv, [&](const mirel_bench::WCBenchRatios &) {
+                    PrintRatios(floorBefore, RedisBenchmarkRate(server.port()));
+                });
             gServer = nullptr;
         }
     }

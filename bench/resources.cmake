@@ -2,5 +2,5 @@
 # resource against reading the file and parsing it directly.
 mirel_add_bench(resources_benchmark
   SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/resources_benchmark.cpp
-  LIBS mirel_resources
+  LIBS mirel_bench_support mirel_resources
 )

@@ -5,7 +5,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +15,7 @@
 
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
+#include "bench/support/WCBenchRatios.h"
 #include "core/WCStMemObj.h"
 #include "files/WCStFile.h"
 #include "resources/ResourceManager.h"
@@ -150,47 +150,17 @@ BENCHMARK(Hit_GetAResourceRelease)->Threads(2);
 BENCHMARK(FirstLoad_XMLResource)->Unit(benchmark::kMicrosecond);
 BENCHMARK(Direct_ReadFileAndParse)->Unit(benchmark::kMicrosecond);
 
-// Remembers each run's CPU time per iteration so the ratios can be printed at the end.
-class WCRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override {
-        for (const Run &run : runs)
-            if (!run.error_occurred && run.run_type == Run::RT_Iteration)
-                m_times[run.run_name.str()] = run.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    void PrintRatios() const {
-        const double hit = Find("Hit_GetAResourceRelease");
-        const double floor = Find("Floor_StdMapFind");
-        if (hit > 0 && floor > 0)
-            std::printf("\nGetAResource+ReleaseResource / std::map find: %.2f (%d keys)\n",
-                        hit / floor, kNumKeys);
-        const double load = Find("FirstLoad_XMLResource");
-        const double direct = Find("Direct_ReadFileAndParse");
-        if (load > 0 && direct > 0)
-            std::printf("First XML load / read file and parse: %.2f\n", load / direct);
-    }
-
-private:
-    double Find(const std::string &name) const {
-        const auto it = m_times.find(name);
-        return it == m_times.end() ? 0.0 : it->second;
-    }
-
-    std::map<std::string, double> m_times;
-};
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    ratios.PrintRatio("Hit_GetAResourceRelease", "Floor_StdMapFind",
+                      std::to_string(kNumKeys) + " keys");
+    ratios.PrintRatio("FirstLoad_XMLResource", "Direct_ReadFileAndParse");
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    WCRatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatios();
+    const int result = mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios,
+                                                            mirel_bench::WCBenchRatios::eCPUTime);
     RM::Dispose();
-    benchmark::Shutdown();
-    return 0;
+    return result;
 }

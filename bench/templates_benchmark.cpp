@@ -6,7 +6,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <map>
 #include <string>
 
 #include <pugixml.hpp>
@@ -16,6 +15,7 @@
 #include "Utilities/XML/Code/PugiXML.h"
 #include "Utilities/XML/Code/WCXMLTemplatizer.h"
 #include "Utilities/XML/Code/XMLAttributeFilter.h"
+#include "bench/support/WCBenchRatios.h"
 
 using namespace MIREL_NAMESPACE_NAME;
 
@@ -110,47 +110,23 @@ void LoadPath_FilterExpandBuild(benchmark::State &state) {
 }
 BENCHMARK(LoadPath_FilterExpandBuild)->Unit(benchmark::kMillisecond);
 
-class WCRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override {
-        for (const Run &run : runs)
-            if (run.run_type == Run::RT_Iteration)
-                m_Times[run.run_name.str()] = run.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-    void PrintRatios() const {
-        const double expand = Find("Expand_Templatizer");
-        const double peer = Find("Peer_PugiParseAndPrintExpanded");
-        const double load = Find("LoadPath_FilterExpandBuild");
-        std::printf("\nTemplate document %zu bytes, expanded %zu bytes, %d instances\n",
-                    TemplateDocument().size(), ExpandedDocument().size(),
-                    kBanks * (1 + 2 * kKnobsPerBank));
-        if (expand > 0 && peer > 0)
-            std::printf("Expansion %.3f ms per document; / pugixml parse+print of the result: "
-                        "%.2f\n",
-                        expand, expand / peer);
-        if (load > 0 && peer > 0)
-            std::printf("Whole load path %.3f ms per document; / pugixml parse+print: %.2f\n", load,
-                        load / peer);
-    }
-
-private:
-    double Find(const std::string &name) const {
-        const auto it = m_Times.find(name);
-        return it == m_Times.end() ? 0.0 : it->second;
-    }
-    std::map<std::string, double> m_Times;
-};
+// Absolute times stay in the notes: the budget of a GUI load is in milliseconds.
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    std::printf("  Template document %zu bytes, expanded %zu bytes, %d instances\n",
+                TemplateDocument().size(), ExpandedDocument().size(),
+                kBanks * (1 + 2 * kKnobsPerBank));
+    char note[64];
+    std::snprintf(note, sizeof note, "expansion, %.3f ms per document",
+                  ratios.Seconds("Expand_Templatizer") * 1e3);
+    ratios.PrintRatio("Expand_Templatizer", "Peer_PugiParseAndPrintExpanded", note);
+    std::snprintf(note, sizeof note, "whole load path, %.3f ms per document",
+                  ratios.Seconds("LoadPath_FilterExpandBuild") * 1e3);
+    ratios.PrintRatio("LoadPath_FilterExpandBuild", "Peer_PugiParseAndPrintExpanded", note);
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    WCRatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatios();
-    benchmark::Shutdown();
-    return 0;
+    return mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios,
+                                                mirel_bench::WCBenchRatios::eCPUTime);
 }

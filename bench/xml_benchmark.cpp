@@ -7,7 +7,6 @@
 
 #include <cstdio>
 #include <expat.h>
-#include <map>
 #include <string>
 
 #include <pugixml.hpp>
@@ -16,6 +15,7 @@
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/PugiXML.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
+#include "bench/support/WCBenchRatios.h"
 
 using namespace MIREL_NAMESPACE_NAME;
 
@@ -136,63 +136,23 @@ BENCHMARK(Build_ExpatEmptyHandlers)->Unit(benchmark::kMillisecond);
 BENCHMARK(Write_CXMLElement)->Unit(benchmark::kMillisecond);
 BENCHMARK(Write_Pugi)->Unit(benchmark::kMillisecond);
 
-// Remembers each run's CPU time per iteration so the ratios can be printed at the end.
-class WCRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override {
-        // CPU time: the machine is shared, and wall time would count other people's work.
-        for (const Run &run : runs) {
-            if (run.error_occurred)
-                continue;
-            if (run.run_type == Run::RT_Iteration)
-                m_times[run.run_name.str()] = run.GetAdjustedCPUTime();
-            else if (run.aggregate_name == "median")
-                m_medians[run.run_name.str()] = run.GetAdjustedCPUTime();
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    void PrintRatios() const {
-        const double megabytes = static_cast<double>(Document().size()) / (1024.0 * 1024.0);
-        std::printf("\nDocument: %.2f MB\n", megabytes);
-        const double tree = Find("Build_CXMLTreeBuilder");
-        const double pugi = Find("Build_Pugi");
-        const double expat = Find("Build_ExpatEmptyHandlers");
-        if (tree > 0 && pugi > 0 && expat > 0) {
-            std::printf("Build MB/s: CXMLTreeBuilder %.1f, pugixml %.1f, bare expat %.1f\n",
-                        megabytes / (tree / 1e3), megabytes / (pugi / 1e3),
-                        megabytes / (expat / 1e3));
-            std::printf("CXMLTreeBuilder time / bare expat: %.2f (aim: below 3)\n", tree / expat);
-            std::printf("CXMLTreeBuilder time / pugixml:    %.2f\n", tree / pugi);
-        }
-        const double write = Find("Write_CXMLElement");
-        const double pugiWrite = Find("Write_Pugi");
-        if (write > 0 && pugiWrite > 0)
-            std::printf("WriteXMLToString time / pugixml save: %.2f\n", write / pugiWrite);
-    }
-
-private:
-    // Times are in the benchmarks' unit, milliseconds.
-    double Find(const std::string &name) const {
-        if (const auto it = m_medians.find(name); it != m_medians.end())
-            return it->second;
-        const auto it = m_times.find(name);
-        return it == m_times.end() ? 0.0 : it->second;
-    }
-
-    std::map<std::string, double> m_times;
-    std::map<std::string, double> m_medians;
-};
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    const double megabytes = static_cast<double>(Document().size()) / (1024.0 * 1024.0);
+    std::printf("  Document: %.2f MB\n", megabytes);
+    const double tree = ratios.Seconds("Build_CXMLTreeBuilder");
+    const double pugi = ratios.Seconds("Build_Pugi");
+    const double expat = ratios.Seconds("Build_ExpatEmptyHandlers");
+    if (tree > 0 && pugi > 0 && expat > 0)
+        std::printf("  Build MB/s: CXMLTreeBuilder %.1f, pugixml %.1f, bare expat %.1f\n",
+                    megabytes / tree, megabytes / pugi, megabytes / expat);
+    ratios.PrintRatio("Build_CXMLTreeBuilder", "Build_ExpatEmptyHandlers", "aim: below 3");
+    ratios.PrintRatio("Build_CXMLTreeBuilder", "Build_Pugi");
+    ratios.PrintRatio("Write_CXMLElement", "Write_Pugi");
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    WCRatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatios();
-    benchmark::Shutdown();
-    return 0;
+    return mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios,
+                                                mirel_bench::WCBenchRatios::eCPUTime);
 }
