@@ -35,6 +35,17 @@ inline std::uint64_t BoundedLength(const char *text, std::uint64_t limit) noexce
     return zero ? static_cast<std::uint64_t>(static_cast<const char *>(zero) - text) : limit;
 }
 
+// The needle's length, or npos when it is empty or cannot fit between `position` and `size`.
+inline std::uint64_t FittingNeedleLength(const char *needle, std::uint64_t position,
+                                         std::uint64_t size) noexcept {
+    if (needle == nullptr || *needle == '\0')
+        return WCFixedStringBase::npos;
+    const std::uint64_t n = std::strlen(needle);
+    if (n > size || position >= size || size - position < n)
+        return WCFixedStringBase::npos;
+    return n;
+}
+
 } // namespace
 
 WCFixedStringBase::WCFixedStringBase(char *const storage, std::uint64_t capacity) noexcept
@@ -362,11 +373,8 @@ bool WCFixedStringBase::ends_with(const char *suffix) const noexcept {
 }
 
 std::uint64_t WCFixedStringBase::find(const char *needle, std::uint64_t position) const noexcept {
-    if (needle == nullptr || *needle == '\0')
-        return npos;
-    const std::uint64_t sz = size();
-    const std::uint64_t n = std::strlen(needle);
-    if (n > sz || position >= sz || sz - position < n)
+    const std::uint64_t n = FittingNeedleLength(needle, position, size());
+    if (n == npos)
         return npos;
     const std::size_t at = view().find(std::string_view(needle, n), position);
     return at == std::string_view::npos ? npos : at;
@@ -382,13 +390,10 @@ std::uint64_t WCFixedStringBase::find(char ch, std::uint64_t position) const noe
 
 std::uint64_t WCFixedStringBase::find_case_insensitive(const char *needle,
                                                        std::uint64_t position) const noexcept {
-    if (needle == nullptr || *needle == '\0')
+    const std::uint64_t n = FittingNeedleLength(needle, position, size());
+    if (n == npos)
         return npos;
-    const std::uint64_t sz = size();
-    const std::uint64_t n = std::strlen(needle);
-    if (n > sz || position >= sz || sz - position < n)
-        return npos;
-    for (std::uint64_t at = position; at + n <= sz; ++at) {
+    for (std::uint64_t at = position; at + n <= size(); ++at) {
         std::uint64_t i = 0;
         while (i < n && AsciiLower(m_begin[at + i]) == AsciiLower(needle[i]))
             ++i;

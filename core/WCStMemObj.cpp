@@ -132,7 +132,15 @@ WTErr WCStMemObj::Assign(const void *data, std::uint64_t size) noexcept {
     return eNoErr;
 }
 
-WTErr WCStMemObj::Append(const void *data, std::uint64_t size) noexcept {
+WTErr WCStMemObj::GrowFor(std::uint64_t needed, bool geometric) noexcept {
+    if (!geometric || needed <= m_capacity)
+        return GrowTo(needed);
+    if (needed > kMaxSize / 2)
+        return eMemOutOfMemory;
+    return GrowTo(2 * needed);
+}
+
+WTErr WCStMemObj::AppendBytes(const void *data, std::uint64_t size, bool geometric) noexcept {
     if (data == nullptr || size == 0)
         return eNoErr;
     if (size > kMaxSize - m_size)
@@ -143,7 +151,7 @@ WTErr WCStMemObj::Append(const void *data, std::uint64_t size) noexcept {
                                      ? static_cast<std::uint64_t>(static_cast<const char *>(data) -
                                                                   static_cast<const char *>(m_ptr))
                                      : 0;
-    const WTErr err = GrowTo(m_size + size);
+    const WTErr err = GrowFor(m_size + size, geometric);
     if (err != eNoErr)
         return err;
     const void *source = inside ? static_cast<const char *>(m_ptr) + offset : data;
@@ -152,41 +160,20 @@ WTErr WCStMemObj::Append(const void *data, std::uint64_t size) noexcept {
     return eNoErr;
 }
 
+WTErr WCStMemObj::Append(const void *data, std::uint64_t size) noexcept {
+    return AppendBytes(data, size, false);
+}
+
 WTErr WCStMemObj::AppendAndReserve(const void *data, std::uint64_t size) noexcept {
-    if (data == nullptr || size == 0)
-        return eNoErr;
-    if (size > kMaxSize - m_size)
-        return eMemOutOfMemory;
-    const bool inside = IsInside(data, m_ptr, m_size);
-    const std::uint64_t offset = inside
-                                     ? static_cast<std::uint64_t>(static_cast<const char *>(data) -
-                                                                  static_cast<const char *>(m_ptr))
-                                     : 0;
-    const std::uint64_t needed = m_size + size;
-    if (needed > m_capacity) {
-        const std::uint64_t larger = needed > m_capacity ? needed : m_capacity;
-        if (larger > kMaxSize / 2)
-            return eMemOutOfMemory;
-        const WTErr err = GrowTo(2 * larger);
-        if (err != eNoErr)
-            return err;
-    }
-    const void *source = inside ? static_cast<const char *>(m_ptr) + offset : data;
-    std::memmove(static_cast<char *>(m_ptr) + m_size, source, static_cast<std::size_t>(size));
-    m_size = needed;
-    return eNoErr;
+    return AppendBytes(data, size, true);
 }
 
 void *WCStMemObj::InPlaceAppendAndReserve(std::uint64_t count) noexcept {
     if (count > kMaxSize - m_size)
         return nullptr;
     const std::uint64_t needed = m_size + count;
-    if (needed > m_capacity) {
-        const std::uint64_t larger = needed > m_capacity ? needed : m_capacity;
-        const WTErr doubled = larger > kMaxSize / 2 ? eMemOutOfMemory : GrowTo(2 * larger);
-        if (doubled != eNoErr && GrowTo(needed) != eNoErr)
-            return nullptr;
-    }
+    if (needed > m_capacity && GrowFor(needed, true) != eNoErr && GrowTo(needed) != eNoErr)
+        return nullptr;
     char *place = static_cast<char *>(m_ptr) + m_size;
     m_size = needed;
     return place;

@@ -98,6 +98,9 @@ public:
 private:
     // Reallocates to exactly `capacity` bytes (never below the current capacity).
     WTErr GrowTo(std::uint64_t capacity) noexcept;
+    // Room for `needed` bytes: exactly that, or twice that when `geometric` and it must grow.
+    WTErr GrowFor(std::uint64_t needed, bool geometric) noexcept;
+    WTErr AppendBytes(const void *data, std::uint64_t size, bool geometric) noexcept;
 
     std::uint64_t m_capacity = 0;
 };
