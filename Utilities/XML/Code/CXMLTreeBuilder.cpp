@@ -3,6 +3,7 @@
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "core/WUAssert.h"
+#include "files/WUOpenFile.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -28,16 +29,12 @@ WCExpatXMLParser &CXMLTreeBuilder::Parser() {
 
 WTErr CXMLTreeBuilder::BuildFromFile(const WTXMLPath &path) {
     MIREL_ASSERT_RETURN(m_root != nullptr, eMemNullPointer);
-    std::uint64_t size = 0;
-    WTErr err = GetFileSize(path, size);
-    if (err != eNoErr)
-        return err;
-    if (size == 0)
-        return eFMFileIsEmpty;
     Utils::WCStMemObj content;
-    err = ReadWholeFile(path, content);
+    const WTErr err = ReadWholeFile(path, content);
     if (err != eNoErr)
         return err;
+    if (content.Empty())
+        return eFMFileIsEmpty;
     return BuildFromWCStMemObj(content);
 }
 
@@ -123,33 +120,17 @@ WTErr CXMLTreeBuilder::WriteToWCStMemObj(Utils::WCStMemObj &target) const {
     return target.Assign(text.data(), text.size());
 }
 
-WTErr CXMLTreeBuilder::AppendToOpenFile(WTOpenFileType *const file) const {
+WTErr CXMLTreeBuilder::AppendToOpenFile(FM::WTOpenFileType *const file) const {
     MIREL_ASSERT_RETURN(m_root != nullptr && file != nullptr, eMemNullPointer);
     const std::string text = FormatDocument();
-    const char *cursor = text.data();
-    std::uint64_t remaining = text.size();
-    while (remaining > 0) {
-        std::uint64_t written = 0;
-        const WTErr err = file->Write(cursor, remaining, written);
-        if (err != eNoErr)
-            return err;
-        if (written == 0)
-            return eFMWriteFailed;
-        cursor += written;
-        remaining -= written;
-    }
-    return eNoErr;
+    std::uint64_t written = 0;
+    return FM::WriteToFile(*file, text.data(), text.size(), written);
 }
 
 WTErr CXMLTreeBuilder::WriteToDataFork(const WTXMLPath &path) const {
     MIREL_ASSERT_RETURN(m_root != nullptr, eMemNullPointer);
-    WCXMLWriteFile file(path, 420);
-    WTErr err = file.GetError();
-    if (err == eNoErr)
-        err = AppendToOpenFile(&file);
-    if (err == eNoErr)
-        err = file.Commit();
-    return err;
+    const std::string text = FormatDocument();
+    return WriteWholeFile(path, text.data(), text.size(), 420);
 }
 
 } // namespace XML

@@ -10,6 +10,7 @@
 #include "core/WCFixedString.h"
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
+#include "files/WTFileManagerTypes.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -65,10 +66,10 @@ public:
     // The declaration, then the tree indented from level 0. Both replace the target's content.
     WTErr WriteToString(std::string &target) const;
     WTErr WriteToWCStMemObj(Utils::WCStMemObj &target) const;
-    // Writes the same text to an open file, looping until every byte is out.
-    WTErr AppendToOpenFile(WTOpenFileType *const file) const;
-    // Writes the same text to `path` with permissions rw-r--r--, atomically: an existing file is
-    // replaced only once the new one is complete.
+    // Writes the same text to an open file at its cursor: every byte, or the file layer's code.
+    WTErr AppendToOpenFile(FM::WTOpenFileType *const file) const;
+    // Writes the same text to `path` with permissions rw-r--r-- (less the umask), atomically: an
+    // existing file is replaced only once the new one is complete. The folder must exist.
     WTErr WriteToDataFork(const WTXMLPath &path) const;
 
     CXMLElement *GetRoot() const noexcept { return m_root; }

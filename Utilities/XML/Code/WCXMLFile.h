@@ -25,7 +25,7 @@ public:
     // eFMIllegalPathRef for an empty path, eFMFileNotFound when the path is no file, the parse's
     // code, or eXMLElementIncomplete for a document that ends before its root closes.
     virtual WTErr Read();
-    // Writes the tree, with permissions rw-r--r--.
+    // Writes the tree, with permissions rw-r--r-- (less the umask).
     virtual WTErr Write();
 
     XML::CXMLElement *GetXML() noexcept { return &m_root; }
