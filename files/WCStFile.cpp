@@ -25,10 +25,7 @@ WCStFile::WCStFile() noexcept : WUValidatable(eFMFileNotOpened), m_file(kNoOpenF
 WCStFile::WCStFile(WCStPath const &path, WEPermitions permissions) : WCStFile() {
     WTOpenFileType file = kNoOpenFile;
     WTErr const error = OpenFile(path, permissions, file);
-    if (error != eNoErr)
-        Fail(error);
-    else
-        Adopt(file);
+    AdoptOpened(error, file);
 }
 
 WCStFile::WCStFile(WTOpenFileType file) noexcept : WCStFile() {
@@ -110,6 +107,13 @@ void WCStFile::Fail(int error) const noexcept {
     SetError(error != eNoErr ? error : eGenericErr);
 }
 
+void WCStFile::AdoptOpened(int error, WTOpenFileType file) noexcept {
+    if (error != eNoErr)
+        Fail(error);
+    else
+        Adopt(file);
+}
+
 // ---- WCStFileRead
 
 WCStFileRead::WCStFileRead(WCStPath const &path) : WCStFile(path, eFMReadPermission) {}
@@ -137,14 +141,8 @@ int WCStFileRead::ReadToWCStMemObj(Utils::WCStMemObj &outData) {
 
 WCStFileWrite::WCStFileWrite() noexcept : m_firstWriteError(eNoErr) {}
 
-WCStFileWrite::WCStFileWrite(WCStPath const &path) : m_firstWriteError(eNoErr) {
-    WTOpenFileType file = kNoOpenFile;
-    WTErr const error = OpenFile(path, eFMReadWritePermission, file);
-    if (error != eNoErr)
-        Fail(error);
-    else
-        Adopt(file);
-}
+WCStFileWrite::WCStFileWrite(WCStPath const &path)
+    : WCStFile(path, eFMReadWritePermission), m_firstWriteError(eNoErr) {}
 
 int WCStFileWrite::RecordWrite(int error) noexcept {
     if (error != eNoErr && m_firstWriteError == eNoErr)
@@ -200,10 +198,7 @@ WCStFileCreate::WCStFileCreate(WCStPath const &path, WECreateFlags flags, WEPerm
     WTOpenFileType file = kNoOpenFile;
     if (flags == eFMCreateAppend) {
         WTErr const error = CreateAFile(path, flags, permissions, file, mode);
-        if (error != eNoErr)
-            Fail(error);
-        else
-            Adopt(file);
+        AdoptOpened(error, file);
         return;
     }
     if (flags != eFMCreateAlways && flags != eFMCreateNew) {
@@ -223,10 +218,7 @@ WCStFileCreate::WCStFileCreate(WCStPath const &path, WECreateFlags flags, WEPerm
         std::string const prefix = "." + std::string(path.GetLeaf().view()) + ".";
         error = CreateTempFile(path, m_staging, file, prefix.c_str(), mode);
     }
-    if (error != eNoErr)
-        Fail(error);
-    else
-        Adopt(file);
+    AdoptOpened(error, file);
 }
 
 WCStFileCreate::~WCStFileCreate() {
@@ -295,10 +287,7 @@ WCStTempFile::WCStTempFile() : WCStTempFile(WCStPath()) {}
 WCStTempFile::WCStTempFile(WCStPath const &place) : m_keep(false) {
     WTOpenFileType file = kNoOpenFile;
     WTErr const error = CreateTempFile(place, m_path, file);
-    if (error != eNoErr)
-        Fail(error);
-    else
-        Adopt(file);
+    AdoptOpened(error, file);
 }
 
 WCStTempFile::~WCStTempFile() {

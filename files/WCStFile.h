@@ -47,6 +47,8 @@ protected:
     bool IsValidSelf() const override { return m_file != kNoOpenFile; }
     void Adopt(WTOpenFileType file) noexcept;
     void Fail(int error) const noexcept;
+    // What an opening gave: its handle, or its code when it failed.
+    void AdoptOpened(int error, WTOpenFileType file) noexcept;
 
     WTOpenFileType m_file;
 };

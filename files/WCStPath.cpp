@@ -67,6 +67,20 @@ void AppendTail(bfs::path &ioPath, char const *tail) {
     }
 }
 
+// The status of what `path` names, following a link; a failure is the file layer's code.
+WTErr ReadStatus(bfs::path const &path, bfs::file_status &outStatus) {
+    boost::system::error_code failure;
+    outStatus = bfs::status(path, failure);
+    return FMErrorFromBoost(failure, eFMReadFailed);
+}
+
+// The status of the target, or of a link itself when `resolveLink` is false. The questions
+// asked of it have no error to give: what cannot be read counts as not there.
+bfs::file_status QuietStatus(bfs::path const &path, bool resolveLink) {
+    boost::system::error_code failure;
+    return resolveLink ? bfs::status(path, failure) : bfs::symlink_status(path, failure);
+}
+
 std::vector<std::string> Elements(bfs::path const &path) {
     std::vector<std::string> elements;
     for (auto const &element : path) {
@@ -434,12 +448,12 @@ int WCStPath::GetFileSize(std::uint64_t &outSize) const {
     outSize = 0;
     if (m_pathRef == nullptr)
         return GetError();
-    boost::system::error_code failure;
-    bfs::file_status const status = bfs::status(m_pathRef->m_path, failure);
-    if (failure)
-        return FMErrorFromBoost(failure, eFMReadFailed);
+    bfs::file_status status;
+    if (WTErr const error = ReadStatus(m_pathRef->m_path, status); error != eNoErr)
+        return error;
     if (bfs::is_directory(status))
         return eFMIsAFolder;
+    boost::system::error_code failure;
     std::uintmax_t const size = bfs::file_size(m_pathRef->m_path, failure);
     if (failure)
         return FMErrorFromBoost(failure, eFMReadFailed);
@@ -463,44 +477,28 @@ int WCStPath::GetPermissions(int &outPermissions) const {
     outPermissions = 0;
     if (m_pathRef == nullptr)
         return GetError();
-    boost::system::error_code failure;
-    bfs::file_status const status = bfs::status(m_pathRef->m_path, failure);
-    if (failure)
-        return FMErrorFromBoost(failure, eFMReadFailed);
+    bfs::file_status status;
+    if (WTErr const error = ReadStatus(m_pathRef->m_path, status); error != eNoErr)
+        return error;
     outPermissions = static_cast<int>(status.permissions() & bfs::perms_mask);
     return eNoErr;
 }
 
 bool WCStPath::IsExist() const {
-    if (m_pathRef == nullptr)
-        return false;
-    boost::system::error_code failure;
-    return bfs::exists(bfs::symlink_status(m_pathRef->m_path, failure));
+    return m_pathRef != nullptr && bfs::exists(QuietStatus(m_pathRef->m_path, false));
 }
 
 bool WCStPath::IsFile(bool resolveLink) const {
-    if (m_pathRef == nullptr)
-        return false;
-    boost::system::error_code failure;
-    auto const status = resolveLink ? bfs::status(m_pathRef->m_path, failure)
-                                    : bfs::symlink_status(m_pathRef->m_path, failure);
-    return bfs::is_regular_file(status);
+    return m_pathRef != nullptr &&
+           bfs::is_regular_file(QuietStatus(m_pathRef->m_path, resolveLink));
 }
 
 bool WCStPath::IsFolder(bool resolveLink) const {
-    if (m_pathRef == nullptr)
-        return false;
-    boost::system::error_code failure;
-    auto const status = resolveLink ? bfs::status(m_pathRef->m_path, failure)
-                                    : bfs::symlink_status(m_pathRef->m_path, failure);
-    return bfs::is_directory(status);
+    return m_pathRef != nullptr && bfs::is_directory(QuietStatus(m_pathRef->m_path, resolveLink));
 }
 
 bool WCStPath::IsFileSystemLink() const {
-    if (m_pathRef == nullptr)
-        return false;
-    boost::system::error_code failure;
-    return bfs::is_symlink(bfs::symlink_status(m_pathRef->m_path, failure));
+    return m_pathRef != nullptr && bfs::is_symlink(QuietStatus(m_pathRef->m_path, false));
 }
 
 bool WCStPath::IsLocked() const {

@@ -84,6 +84,31 @@ WTErr CopyFileBytes(bfs::path const &from, bfs::path const &to, bool replace) {
     return ReplaceWithBytes(to, bytes.data(), bytes.size(), mode);
 }
 
+// Removes what `path` names (a link, not its target); `recursive` empties a folder first.
+WTErr Delete(WCStPath const &path, bool recursive) {
+    if (!path.IsValid())
+        return path.GetError();
+    try {
+        boost::system::error_code failure;
+        bfs::path const &target = BoostPath(path);
+        if (!bfs::exists(bfs::symlink_status(target, failure)))
+            return eFMFileNotFound;
+        if (recursive)
+            bfs::remove_all(target, failure);
+        else
+            bfs::remove(target, failure);
+        if (!failure)
+            return eNoErr;
+        // Some systems report a folder that is not empty as EEXIST rather than ENOTEMPTY.
+        return !recursive && failure.value() == EEXIST ? eFMFileNotEmpty
+                                                       : FMErrorFromBoost(failure, eFMDeleteFailed);
+    } catch (std::bad_alloc const &) {
+        return eMemOutOfMemory;
+    } catch (bfs::filesystem_error const &error) {
+        return FMErrorFromBoost(error.code(), eFMDeleteFailed);
+    }
+}
+
 } // namespace
 
 WTErr CreateFolder(WCStPath const &folder) {
@@ -111,40 +136,11 @@ WTErr CreateFolder(WCStPath const &folder) {
 }
 
 WTErr DeleteFileSystemObject(WCStPath const &path) {
-    if (!path.IsValid())
-        return path.GetError();
-    try {
-        boost::system::error_code failure;
-        bfs::path const &target = BoostPath(path);
-        if (!bfs::exists(bfs::symlink_status(target, failure)))
-            return eFMFileNotFound;
-        bfs::remove(target, failure);
-        if (failure)
-            return failure.value() == EEXIST ? eFMFileNotEmpty
-                                             : FMErrorFromBoost(failure, eFMDeleteFailed);
-        return eNoErr;
-    } catch (std::bad_alloc const &) {
-        return eMemOutOfMemory;
-    }
+    return Delete(path, false);
 }
 
 WTErr DeleteFileSystemObjectRecursively(WCStPath const &path) {
-    if (!path.IsValid())
-        return path.GetError();
-    try {
-        boost::system::error_code failure;
-        bfs::path const &target = BoostPath(path);
-        if (!bfs::exists(bfs::symlink_status(target, failure)))
-            return eFMFileNotFound;
-        bfs::remove_all(target, failure);
-        if (failure)
-            return FMErrorFromBoost(failure, eFMDeleteFailed);
-        return eNoErr;
-    } catch (std::bad_alloc const &) {
-        return eMemOutOfMemory;
-    } catch (bfs::filesystem_error const &error) {
-        return FMErrorFromBoost(error.code(), eFMDeleteFailed);
-    }
+    return Delete(path, true);
 }
 
 WTErr MoveFileSystemObject(WCStPath const &from, WCStPath const &to) {
@@ -192,13 +188,8 @@ WTErr DuplicateFile(WCStPath const &from, WCStPath const &to, WEDuplicateFlags f
 }
 
 WTErr ReadFileToWCStMemObj(WCStPath const &path, Utils::WCStMemObj &outData) {
-    WTOpenFileType file = kNoOpenFile;
-    WTErr error = OpenFile(path, eFMReadPermission, file);
-    if (error != eNoErr)
-        return error;
-    error = ReadTheWholeFile(file, outData);
-    WTErr const closing = CloseFile(file);
-    return error != eNoErr ? error : closing;
+    WCMemObjSink sink(outData);
+    return ReadAllOfFile(path, sink);
 }
 
 WTErr WriteFileFromWCStMemObj(WCStPath const &path, Utils::WCStConstMemObj const &data, int mode) {

@@ -102,13 +102,8 @@ WTErr ReadTheWholeFile(WTOpenFileType file, std::string &outData) {
 }
 
 WTErr ReadTheWholeFile(WCStPath const &path, std::string &outData) {
-    WTOpenFileType file = kNoOpenFile;
-    WTErr error = OpenFile(path, eFMReadPermission, file);
-    if (error != eNoErr)
-        return error;
-    error = ReadTheWholeFile(file, outData);
-    WTErr const closing = CloseFile(file);
-    return error != eNoErr ? error : closing;
+    WCStringSink sink(outData);
+    return ReadAllOfFile(path, sink);
 }
 
 WTErr CreateTempFile(WCStPath const &place, WCStPath &outPath, WTOpenFileType &outFile,

@@ -9,6 +9,7 @@
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
 #include "files/WTFileManagerTypes.h"
+#include "files/WUOpenFile.h"
 #include "files/linux/WUPlatformFiles.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -85,6 +86,18 @@ WTErr ReadAllFromStart(WTOpenFileType file, Sink &sink) {
     }
     sink.Finish(filled);
     return eNoErr;
+}
+
+// Opens the file at `path` for reading, reads it whole and closes it; the first error wins.
+template <class Sink>
+WTErr ReadAllOfFile(WCStPath const &path, Sink &sink) {
+    WTOpenFileType file = kNoOpenFile;
+    WTErr error = OpenFile(path, eFMReadPermission, file);
+    if (error != eNoErr)
+        return error;
+    error = ReadAllFromStart(file, sink);
+    WTErr const closing = CloseFile(file);
+    return error != eNoErr ? error : closing;
 }
 
 } // namespace FM
