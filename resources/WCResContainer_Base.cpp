@@ -425,11 +425,13 @@ int WCResContainer_Base::WriteContainer() {
 
 int WCResContainer_Base::GetModificationTime(const WCResKey &key, std::int64_t &outTime) {
     FM::WCStPath path;
-    int err = GetPathToActualFile(key, path);
-    if (err != eNoErr)
-        return err;
+    const int err = GetPathToActualFile(key, path);
+    return err != eNoErr ? err : FileModificationTime(path, outTime);
+}
+
+int WCResContainer_Base::FileModificationTime(const FM::WCStPath &path, std::int64_t &outTime) {
     std::time_t time = 0;
-    err = path.GetFileLastWriteTime(time);
+    const int err = path.GetFileLastWriteTime(time);
     if (err == eNoErr)
         outTime = static_cast<std::int64_t>(time);
     return err;

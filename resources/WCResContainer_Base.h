@@ -121,6 +121,8 @@ protected:
     // Throws eRMInvalidResID for keys that could name a file outside the container.
     static void CheckKeyFields(const WCResKey &key);
     static WCFixedString<63> AttributeKey(const WCResKey &key, const char *name);
+    // The file's last write time in seconds; `outTime` is left alone on failure.
+    static int FileModificationTime(const FM::WCStPath &path, std::int64_t &outTime);
     // Under the lock: the last release of a record.
     void DestroyRecord(WTResourceType *resource);
     int ReleaseLocked(WTResourceType *resource);

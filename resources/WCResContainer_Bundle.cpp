@@ -1,7 +1,6 @@
 #include "resources/WCResContainer_Bundle.h"
 
 #include <algorithm>
-#include <ctime>
 #include <new>
 
 #include "core/WCStMemObj.h"
@@ -130,26 +129,28 @@ WCFixedString<255> WCResContainer_Bundle::ZipEntryName(const WCResKey &key) cons
     return entry;
 }
 
+FM::WCStFileReadFromZip *WCResContainer_Bundle::FindFileOrZip(const WCResKey &key,
+                                                              FM::WCStPath &outFile) {
+    FM::WCStPath theoretical;
+    try {
+        FindFile(key, theoretical, outFile);
+        return nullptr;
+    } catch (int err) {
+        if (err != eRMResNotFound)
+            throw;
+    }
+    return &GetZip(key.m_Type);
+}
+
 int WCResContainer_Bundle::ReadRawData(const WCResKey &key, Utils::WCStMemObj &outData) {
     try {
-        FM::WCStPath theoretical;
         FM::WCStPath actual;
-        int err = eNoErr;
-        try {
-            FindFile(key, theoretical, actual);
-        } catch (int thrown) {
-            err = thrown;
-        }
-        if (err == eNoErr) {
-            FM::WCStFileRead file(actual);
-            if (!file.IsValid() || file.ReadToWCStMemObj(outData) != eNoErr)
-                return eRMResNotFound;
-            return eNoErr;
-        }
-        if (err != eRMResNotFound)
-            return err;
-        FM::WCStFileReadFromZip &zip = GetZip(key.m_Type);
-        if (zip.ReadToWCStMemObj(ZipEntryName(key).c_str(), outData) != eNoErr)
+        if (FM::WCStFileReadFromZip *zip = FindFileOrZip(key, actual))
+            return zip->ReadToWCStMemObj(ZipEntryName(key).c_str(), outData) != eNoErr
+                       ? eRMResNotFound
+                       : eNoErr;
+        FM::WCStFileRead file(actual);
+        if (!file.IsValid() || file.ReadToWCStMemObj(outData) != eNoErr)
             return eRMResNotFound;
         return eNoErr;
     } catch (int err) {
@@ -161,22 +162,11 @@ int WCResContainer_Bundle::ReadRawData(const WCResKey &key, Utils::WCStMemObj &o
 
 int WCResContainer_Bundle::GetRawResSize(const WCResKey &key, std::uint64_t &outSize) {
     try {
-        FM::WCStPath theoretical;
         FM::WCStPath actual;
-        int err = eNoErr;
-        try {
-            FindFile(key, theoretical, actual);
-        } catch (int thrown) {
-            err = thrown;
-        }
-        if (err == eNoErr)
-            return actual.GetFileSize(outSize);
-        if (err != eRMResNotFound)
-            return err;
-        FM::WCStFileReadFromZip &zip = GetZip(key.m_Type);
-        if (zip.GetEntrySize(ZipEntryName(key).c_str(), outSize) != eNoErr)
-            return eRMResNotFound;
-        return eNoErr;
+        if (FM::WCStFileReadFromZip *zip = FindFileOrZip(key, actual))
+            return zip->GetEntrySize(ZipEntryName(key).c_str(), outSize) != eNoErr ? eRMResNotFound
+                                                                                   : eNoErr;
+        return actual.GetFileSize(outSize);
     } catch (int err) {
         return err;
     } catch (...) {
@@ -199,13 +189,7 @@ int WCResContainer_Bundle::GetModificationTime(const WCResKey &key, std::int64_t
         if (path.IsValid())
             err = eNoErr;
     }
-    if (err != eNoErr)
-        return err;
-    std::time_t time = 0;
-    err = path.GetFileLastWriteTime(time);
-    if (err == eNoErr)
-        outTime = static_cast<std::int64_t>(time);
-    return err;
+    return err != eNoErr ? err : FileModificationTime(path, outTime);
 }
 
 int WCResContainer_Bundle::WriteResourceData(WTResourceType &resource) {

@@ -51,6 +51,9 @@ private:
     // The open zip of a type; throws eFMFileNotFound when the type has neither zip nor folder,
     // eRMResNotFound when the zip cannot be read or only the folder exists.
     FM::WCStFileReadFromZip &GetZip(const WCFixedStringBase &type);
+    // Null with `outFile` set when the resource has a file of its own, else the zip of its type;
+    // throws what FindFile throws for anything but a missing file, and what GetZip throws.
+    FM::WCStFileReadFromZip *FindFileOrZip(const WCResKey &key, FM::WCStPath &outFile);
     FM::WCStPath FindZipPath(const WCFixedStringBase &type, bool resourcesFolderFirst) const;
     WCFixedString<255> ZipEntryName(const WCResKey &key) const;
 

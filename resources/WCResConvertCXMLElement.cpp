@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
@@ -10,17 +11,13 @@ MIREL_NAMESPACE_BEGIN
 
 namespace RM {
 
-int WCResConvertCXMLElement::ConvertAfterLoad(WSResDataBlock &data) {
-    std::unique_ptr<XML::CXMLElement> root(new (std::nothrow) XML::CXMLElement());
-    if (!root)
-        return eMemNewFailed;
+int HandOutCXMLElement(std::unique_ptr<XML::CXMLElement> root, const Utils::WCStConstMemObj &bytes,
+                       WSResDataBlock &data) {
     int err = eNoErr;
     {
         XML::CXMLTreeBuilder builder(root.get());
-        err = builder.BuildFromWCStMemObj(data.m_MemObj);
+        err = builder.BuildFromWCStMemObj(bytes);
     }
-    if (err == eNoErr && data.m_MemObj.Empty())
-        err = eXMLTreeEmpty;
     if (err == eNoErr && !root->IsValid())
         err = root->GetError() != eNoErr ? root->GetError() : eXMLTreeNotValid;
     if (err != eNoErr)
@@ -28,8 +25,20 @@ int WCResConvertCXMLElement::ConvertAfterLoad(WSResDataBlock &data) {
     data.m_pData = root.release();
     data.m_DataSize = 1;
     data.m_Form = kResFormCXMLElement;
-    data.m_MemObj.DisposePtr();
     return eNoErr;
+}
+
+int WCResConvertCXMLElement::ConvertAfterLoad(WSResDataBlock &data) {
+    std::unique_ptr<XML::CXMLElement> root(new (std::nothrow) XML::CXMLElement());
+    if (!root)
+        return eMemNewFailed;
+    // The builder accepts no bytes without complaint, but no bytes are no document.
+    if (data.m_MemObj.Empty())
+        return eXMLTreeEmpty;
+    const int err = HandOutCXMLElement(std::move(root), data.m_MemObj, data);
+    if (err == eNoErr)
+        data.m_MemObj.DisposePtr();
+    return err;
 }
 
 int WCResConvertCXMLElement::ConvertBeforeWrite(WSResDataBlock &data) {
@@ -46,11 +55,7 @@ int WCResConvertCXMLElement::Release(WSResDataBlock &data) {
     // After a write the form names the bytes, but the pointer is still the tree.
     if (data.m_DataSize == 1 && data.m_pData != data.m_MemObj.GetPtr())
         delete static_cast<XML::CXMLElement *>(data.m_pData);
-    data.m_MemObj.DisposePtr();
-    data.m_pData = nullptr;
-    data.m_DataSize = 0;
-    data.m_Form << kResFormReleasedSuffix;
-    return eNoErr;
+    return ReleaseBytes(data);
 }
 
 } // namespace RM

@@ -4,6 +4,14 @@ MIREL_NAMESPACE_BEGIN
 
 namespace RM {
 
+int ReleaseBytes(WSResDataBlock &data) {
+    data.m_MemObj.DisposePtr();
+    data.m_pData = nullptr;
+    data.m_DataSize = 0;
+    data.m_Form << kResFormReleasedSuffix;
+    return eNoErr;
+}
+
 int WCDefaultResConvert::ConvertAfterLoad(WSResDataBlock &data) {
     data.m_pData = data.m_MemObj.GetPtr();
     data.m_DataSize = data.m_MemObj.GetSize();
@@ -23,11 +31,7 @@ int WCDefaultResConvert::ConvertBeforeWrite(WSResDataBlock &data) {
 }
 
 int WCDefaultResConvert::Release(WSResDataBlock &data) {
-    data.m_MemObj.DisposePtr();
-    data.m_pData = nullptr;
-    data.m_DataSize = 0;
-    data.m_Form << kResFormReleasedSuffix;
-    return eNoErr;
+    return ReleaseBytes(data);
 }
 
 } // namespace RM

@@ -25,6 +25,10 @@ inline constexpr const char *kResFormCXMLElement = "CXMLElement";
 inline constexpr const char *kResFormPugiXML = "pugi::xml_document";
 inline constexpr const char *kResFormReleasedSuffix = ":Released";
 
+// Lets the raw bytes go and empties the block, its form marked released: how every converter's
+// Release ends, once its own object is deleted.
+int ReleaseBytes(WSResDataBlock &data);
+
 // Turns the raw bytes of a resource into the object its users get, back into bytes before a
 // write, and disposes of the object at the last release. A converter holds no state of a
 // resource, so one object serves every key that carries it. Called under the container's lock.

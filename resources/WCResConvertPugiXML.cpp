@@ -36,11 +36,7 @@ int WCResConvertPugiXML::ConvertBeforeWrite(WSResDataBlock &data) {
 int WCResConvertPugiXML::Release(WSResDataBlock &data) {
     if (data.m_DataSize == 1)
         delete static_cast<pugi::xml_document *>(data.m_pData);
-    data.m_MemObj.DisposePtr();
-    data.m_pData = nullptr;
-    data.m_DataSize = 0;
-    data.m_Form << kResFormReleasedSuffix;
-    return eNoErr;
+    return ReleaseBytes(data);
 }
 
 } // namespace RM

@@ -3,11 +3,11 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include <pugixml.hpp>
 
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/PugiXML.h"
 #include "Utilities/XML/Code/WCXMLTemplatizer.h"
 #include "resources/XMLFilterByComponentInfo.h"
@@ -64,19 +64,7 @@ int WCResConvertXMLFilterByComponentInfoAfterResolvingTemplates::ConvertAfterLoa
             return err;
     }
     doc.reset();
-    int err = eNoErr;
-    {
-        XML::CXMLTreeBuilder builder(element.get());
-        err = builder.BuildFromWCStMemObj(expanded);
-    }
-    if (err == eNoErr && !element->IsValid())
-        err = element->GetError() != eNoErr ? element->GetError() : eXMLTreeNotValid;
-    if (err != eNoErr)
-        return err;
-    data.m_pData = element.release();
-    data.m_DataSize = 1;
-    data.m_Form = kResFormCXMLElement;
-    return eNoErr;
+    return HandOutCXMLElement(std::move(element), expanded, data);
 }
 
 int WCResConvertXMLFilterByComponentInfoAfterResolvingTemplates::ConvertBeforeWrite(
@@ -93,11 +81,7 @@ int WCResConvertXMLFilterByComponentInfoAfterResolvingTemplates::Release(WSResDa
         else if (data.m_Form == kResFormPugiXML)
             delete static_cast<pugi::xml_document *>(data.m_pData);
     }
-    data.m_MemObj.DisposePtr();
-    data.m_pData = nullptr;
-    data.m_DataSize = 0;
-    data.m_Form << kResFormReleasedSuffix;
-    return eNoErr;
+    return ReleaseBytes(data);
 }
 
 } // namespace RM

@@ -40,6 +40,20 @@ int ReadVersion(const pugi::xml_document &doc, const char *name, WCVersion &out)
     return eNoErr;
 }
 
+// The two versions every XInf carries; nothing is written unless both are there.
+int ReadPluginVersions(const pugi::xml_document &doc, WCVersion &outInternal,
+                       WCVersion &outExternal) {
+    WCVersion internal, external;
+    int err = ReadVersion(doc, "InternalVersion", internal);
+    if (err == eNoErr)
+        err = ReadVersion(doc, "PluginExternalVersion", external);
+    if (err != eNoErr)
+        return err;
+    outInternal = internal;
+    outExternal = external;
+    return eNoErr;
+}
+
 } // namespace
 
 int GetResourceValueByName(WTResContainerType *container, const char *name,
@@ -59,17 +73,8 @@ int GetResourceValueByName(WTResContainerType *container, const char *name,
 int GetPluginVersionsFromXInfResource(WTResContainerType *container, WCVersion &outInternal,
                                       WCVersion &outExternal) {
     pugi::xml_document doc;
-    int err = ReadXInf(container, doc);
-    WCVersion internal, external;
-    if (err == eNoErr)
-        err = ReadVersion(doc, "InternalVersion", internal);
-    if (err == eNoErr)
-        err = ReadVersion(doc, "PluginExternalVersion", external);
-    if (err != eNoErr)
-        return err;
-    outInternal = internal;
-    outExternal = external;
-    return eNoErr;
+    const int err = ReadXInf(container, doc);
+    return err != eNoErr ? err : ReadPluginVersions(doc, outInternal, outExternal);
 }
 
 int GetKPAPIVersionsFromXInfResource(WTResContainerType *container, WCVersion &outAPI,
@@ -81,9 +86,7 @@ int GetKPAPIVersionsFromXInfResource(WTResContainerType *container, WCVersion &o
     if (err == eNoErr)
         err = ReadVersion(doc, "APIVersion", api);
     if (err == eNoErr)
-        err = ReadVersion(doc, "InternalVersion", internal);
-    if (err == eNoErr)
-        err = ReadVersion(doc, "PluginExternalVersion", external);
+        err = ReadPluginVersions(doc, internal, external);
     if (err != eNoErr)
         return err;
     outAPI = api;
