@@ -1,7 +1,6 @@
 #include "graphic_stream/WCGSGraphExtractor.h"
 
 #include <charconv>
-#include <cstring>
 #include <string_view>
 
 MIREL_NAMESPACE_BEGIN
@@ -38,29 +37,13 @@ int WCGSGraphExtractor::MetaData(SGSData &data) {
 int WCGSGraphExtractor::DrawVertices(SGSDrawVertices &) {
     if (!m_HasGraph || m_Graphs.empty())
         return 0;
-    std::size_t dimensions = 2;
-    const SGSData *data = GetLatestVertexData(dimensions);
-    const void *payload = data != nullptr ? GetDataPayload(*data) : nullptr;
-    if (payload == nullptr || (data->type != eGSTypeInt16 && data->type != eGSTypeFloat))
+    WCVertexPoints vertices;
+    if (!GetLatestVertexPoints(vertices))
         return 0;
-    const std::size_t count = static_cast<std::size_t>(data->num_elements) / dimensions;
-    const auto *bytes = static_cast<const unsigned char *>(payload);
     std::vector<WCPoint2D<float>> &points = m_Graphs.back().m_Points;
-    points.reserve(points.size() + count);
-    for (std::size_t i = 0; i < count; ++i) {
-        float xy[2];
-        for (std::size_t k = 0; k < 2; ++k) {
-            const std::size_t index = i * dimensions + k;
-            if (data->type == eGSTypeInt16) {
-                std::int16_t value;
-                std::memcpy(&value, bytes + index * sizeof value, sizeof value);
-                xy[k] = value;
-            } else {
-                std::memcpy(&xy[k], bytes + index * sizeof(float), sizeof(float));
-            }
-        }
-        points.emplace_back(xy[0], xy[1]);
-    }
+    points.reserve(points.size() + vertices.size());
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        points.push_back(vertices[i]);
     return 0;
 }
 

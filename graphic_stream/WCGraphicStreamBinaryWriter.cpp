@@ -282,12 +282,7 @@ WCGraphicStreamBinaryWriter &
 WCGraphicStreamBinaryWriter::DrawImageRecordForPath(const char *path, const SGSRect &drawRect,
                                                     const SGSRect &clipRect) {
     DataHereStr(path);
-    SGSDrawImage image;
-    image.ResID = -100;
-    image.draw_rect = drawRect;
-    image.clip_rect = clipRect;
-    image.flags = 0;
-    return DrawPNG(image);
+    return DrawImageRecord(-100, drawRect, clipRect, ImageFlags());
 }
 
 namespace {

@@ -487,6 +487,35 @@ SGSData *WCGraphicStreamEngineBase::GetLatestVertexData(std::size_t &dimensions)
     return flat;
 }
 
+bool WCGraphicStreamEngineBase::GetLatestVertexPoints(WCVertexPoints &outPoints) const noexcept {
+    std::size_t dimensions = 2;
+    const SGSData *data = GetLatestVertexData(dimensions);
+    const void *payload = data != nullptr ? GetDataPayload(*data) : nullptr;
+    if (payload == nullptr || (data->type != eGSTypeInt16 && data->type != eGSTypeFloat))
+        return false;
+    outPoints.m_Bytes = static_cast<const unsigned char *>(payload);
+    outPoints.m_Type = data->type;
+    outPoints.m_Dimensions = dimensions;
+    outPoints.m_Count = static_cast<std::size_t>(data->num_elements) / dimensions;
+    return true;
+}
+
+WCPoint2D<float>
+WCGraphicStreamEngineBase::WCVertexPoints::operator[](std::size_t index) const noexcept {
+    float xy[2];
+    for (std::size_t k = 0; k < 2; ++k) {
+        const std::size_t element = index * m_Dimensions + k;
+        if (m_Type == eGSTypeInt16) {
+            std::int16_t value;
+            std::memcpy(&value, m_Bytes + element * sizeof value, sizeof value);
+            xy[k] = value;
+        } else {
+            std::memcpy(&xy[k], m_Bytes + element * sizeof(float), sizeof(float));
+        }
+    }
+    return {xy[0], xy[1]};
+}
+
 void WCGraphicStreamEngineBase::SetLatestData(SGSData *data) {
     if (data == nullptr)
         return;

@@ -7,6 +7,7 @@
 
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
+#include "core/WCPoint2D.h"
 #include "core/WTErrors.h"
 #include "core/WURect.h"
 #include "graphic_stream/GraphicStreamDefs.h"
@@ -142,6 +143,23 @@ public:
     // The later of the latest 2-D and 3-D vertex records, with its dimension, or null: the
     // vertices a draw record uses.
     SGSData *GetLatestVertexData(std::size_t &dimensions) const noexcept;
+    // The x and y of each vertex of a vertex record of 16-bit integers or floats, a third
+    // coordinate skipped. Read in place and unaligned: valid while the stream is.
+    class WCVertexPoints {
+    public:
+        std::size_t size() const noexcept { return m_Count; }
+        WCPoint2D<float> operator[](std::size_t index) const noexcept;
+
+    private:
+        friend class WCGraphicStreamEngineBase;
+        const unsigned char *m_Bytes = nullptr;
+        std::int32_t m_Type = 0;
+        std::size_t m_Dimensions = 2;
+        std::size_t m_Count = 0;
+    };
+    // The vertices a draw record uses; false when there are none to read or their elements are
+    // of another type.
+    bool GetLatestVertexPoints(WCVertexPoints &outPoints) const noexcept;
     // Where a data record's payload is: behind it, through its pointer when pointers are
     // followed, or null.
     const void *GetDataPayload(const SGSData &data) const noexcept;

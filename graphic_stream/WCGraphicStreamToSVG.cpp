@@ -1,7 +1,6 @@
 #include "graphic_stream/WCGraphicStreamToSVG.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
@@ -47,6 +46,22 @@ std::string Number(double value) {
     char buffer[32];
     std::snprintf(buffer, sizeof buffer, "%g", value);
     return buffer;
+}
+
+struct WSTextPlace {
+    const char *m_Keyword;
+    std::int64_t m_At;
+};
+
+// Where a text stands along one side of its frame, `extent` long, and the SVG keyword for that:
+// at the start, at the end, or in the middle.
+WSTextPlace TextPlacement(bool atStart, bool atEnd, const char *startKeyword,
+                          const char *endKeyword, std::int64_t extent) {
+    if (atStart)
+        return {startKeyword, 0};
+    if (atEnd)
+        return {endKeyword, extent};
+    return {"middle", extent / 2};
 }
 
 std::string HTMLColor(const SGSRGBAColor &color) {
@@ -207,24 +222,10 @@ int WCGraphicStreamToSVG::DrawTheText(SGSDrawText &text) {
     const std::int64_t height = frame != nullptr ? frame->m_Frame.rect.size.height : 0;
     const SGSFont &font = GetFont();
 
-    const char *anchor = "middle";
-    std::int64_t x = width / 2;
-    if (text.hAlign == eGSAlignLeft) {
-        anchor = "start";
-        x = 0;
-    } else if (text.hAlign == eGSAlignRight) {
-        anchor = "end";
-        x = width;
-    }
-    const char *baseline = "middle";
-    std::int64_t y = height / 2;
-    if (text.vAlign == eGSAlignTop) {
-        baseline = "hanging";
-        y = 0;
-    } else if (text.vAlign == eGSAlignBottom) {
-        baseline = "bottom";
-        y = height;
-    }
+    const auto [anchor, x] = TextPlacement(text.hAlign == eGSAlignLeft,
+                                           text.hAlign == eGSAlignRight, "start", "end", width);
+    const auto [baseline, y] = TextPlacement(
+        text.vAlign == eGSAlignTop, text.vAlign == eGSAlignBottom, "hanging", "bottom", height);
 
     XML::CXMLElement *element = AddChild("text");
     element->SetText(CleanText(GetDataText(*data)));
@@ -242,35 +243,19 @@ int WCGraphicStreamToSVG::DrawTheText(SGSDrawText &text) {
 }
 
 int WCGraphicStreamToSVG::DrawVertices(SGSDrawVertices &vertices) {
-    std::size_t dimensions = 2;
-    const SGSData *data = GetLatestVertexData(dimensions);
-    const void *payload = data != nullptr ? GetDataPayload(*data) : nullptr;
-    if (payload == nullptr || (data->type != eGSTypeInt16 && data->type != eGSTypeFloat))
+    WCVertexPoints corners;
+    if (!GetLatestVertexPoints(corners))
         return 0;
-    const std::size_t count = static_cast<std::size_t>(data->num_elements) / dimensions;
 
     std::string points;
-    points.reserve(count * 12);
-    const auto *bytes = static_cast<const unsigned char *>(payload);
+    points.reserve(corners.size() * 12);
     // A fan's first vertex is its centre, which is not part of the outline.
     const std::size_t first = vertices.method == eGSTriangleFan ? 1 : 0;
-    for (std::size_t i = first; i < count; ++i) {
-        double xy[2];
-        for (std::size_t k = 0; k < 2; ++k) {
-            const std::size_t index = i * dimensions + k;
-            if (data->type == eGSTypeInt16) {
-                std::int16_t value;
-                std::memcpy(&value, bytes + index * sizeof value, sizeof value);
-                xy[k] = value;
-            } else {
-                float value;
-                std::memcpy(&value, bytes + index * sizeof value, sizeof value);
-                xy[k] = value;
-            }
-        }
+    for (std::size_t i = first; i < corners.size(); ++i) {
+        const WCPoint2D<float> corner = corners[i];
         if (!points.empty())
             points.push_back(' ');
-        points += Number(xy[0]) + "," + Number(xy[1]);
+        points += Number(corner.x) + "," + Number(corner.y);
     }
 
     double scaleX = vertices.scale.h;
