@@ -59,6 +59,10 @@ void AppendTail(bfs::path &ioPath, char const *tail) {
         if (element == "..") {
             if (ioPath.has_parent_path() && ioPath.filename() != "..")
                 ioPath = ioPath.parent_path();
+            else if (!ioPath.has_root_path() && !ioPath.empty() && ioPath.filename() != "..")
+                // A single relative name lies in the current folder, and "." is the parent of
+                // neither: stepping out of "." leaves it.
+                ioPath = ioPath.filename() == "." ? bfs::path("..") : bfs::path(".");
             else
                 ioPath /= "..";
             continue;

@@ -39,6 +39,9 @@ TEST(WCStPath, DotDotTailMeansTheParent) {
     EXPECT_STREQ(FM::WCStPath(file, "..").GetPathString().c_str(), "/a/b");
     EXPECT_STREQ(FM::WCStPath(file, "../../x").GetPathString().c_str(), "/a/x");
     EXPECT_STREQ(file.GetParent().GetPathString().c_str(), "/a/b");
+    // A bare relative name's parent is the current folder, never the name with ".." under it.
+    EXPECT_STREQ(FM::WCStPath("rel.xml").GetParent().GetPathString().c_str(), ".");
+    EXPECT_STREQ(FM::WCStPath("rel.xml").GetParent().GetParent().GetPathString().c_str(), "..");
     EXPECT_STREQ(FM::WCStPath("/a/b/").GetLeaf().c_str(), "b");
 }
 

@@ -99,6 +99,18 @@ TEST_F(FileSystemObjects, MemObjRoundTripAndFolderRefused) {
     EXPECT_TRUE(fs::is_directory(At("new/dir")));
 }
 
+TEST_F(FileSystemObjects, ABareRelativeNameIsWrittenInTheCurrentFolder) {
+    const fs::path previous = fs::current_path();
+    fs::current_path(m_dir.path());
+    Utils::WCStMemObj data;
+    ASSERT_EQ(data.Assign("<a/>", 4), eNoErr);
+    const WTErr written = FM::WriteFileFromWCStMemObj(FM::WCStPath("rel.xml"), data);
+    fs::current_path(previous);
+    EXPECT_EQ(written, eNoErr);
+    EXPECT_TRUE(fs::is_regular_file(At("rel.xml")));
+    EXPECT_EQ(ReadText(At("rel.xml")), "<a/>");
+}
+
 TEST_F(FileSystemObjects, LinksAreMadeAsGiven) {
     WriteText(At("target.txt"), "t");
     EXPECT_EQ(FM::CreateFileSystemLink(FM::WCStPath("target.txt"), PathOf(At("link"))), eNoErr);
