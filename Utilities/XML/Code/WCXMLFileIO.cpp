@@ -78,10 +78,7 @@ WTErr WriteWholeFile(const WTXMLPath &path, const void *data, std::uint64_t size
                      unsigned int mode) {
     if (path.empty() || !path.has_filename())
         return eFMWrongParameters;
-    // FM makes missing folders for the file it replaces; a document here only goes where its
-    // folder already is, and its callers make the folder first when they mean to.
-    if (path.has_parent_path() && !FMPath(path.parent_path()).IsFolder())
-        return eFMFileNotFound;
+    // Missing folders are made, as for every file the file layer creates.
     return FM::ReplaceFileContents(FMPath(path), data, size, static_cast<int>(mode));
 }
 

@@ -241,10 +241,16 @@ TEST(CXMLTreeBuilderFiles, MissingEmptyAndWrittenFiles) {
 TEST(CXMLTreeBuilderFiles, FailedWriteLeavesNoFileBehind) {
     mirel_test::WCTempDir dir;
     CXMLElement tree("Tree");
-    EXPECT_EQ(CXMLTreeBuilder(tree).WriteToDataFork(dir.path() / "no-folder" / "out.xml"),
-              ML::eFMFileNotFound);
+    std::ofstream(dir.path() / "in-the-way") << "x";
+    EXPECT_EQ(CXMLTreeBuilder(tree).WriteToDataFork(dir.path() / "in-the-way" / "out.xml"),
+              ML::eFMIsAFile);
     EXPECT_EQ(CXMLTreeBuilder(tree).WriteToDataFork(dir.path()), ML::eFMIsAFolder);
-    EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
+                            std::filesystem::directory_iterator()),
+              1);
+    // A missing folder is made.
+    EXPECT_EQ(CXMLTreeBuilder(tree).WriteToDataFork(dir.path() / "new" / "out.xml"), ML::eNoErr);
+    EXPECT_TRUE(std::filesystem::is_regular_file(dir.path() / "new" / "out.xml"));
 }
 
 } // namespace

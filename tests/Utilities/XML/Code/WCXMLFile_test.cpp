@@ -55,8 +55,8 @@ TEST(WCXMLFileWrite, WritesAndReplacesAtomically) {
     ASSERT_EQ(file.Write(), ML::eNoErr);
     EXPECT_EQ(ReadFile(path), "<out>\n\n    <Item>x</Item>\n</out>\n");
 
-    ML::WCXMLFile unwritable(dir.path() / "missing-folder" / "f.xml");
-    EXPECT_EQ(unwritable.Write(), ML::eFMFileNotFound);
+    ML::WCXMLFile unwritable(path / "f.xml");
+    EXPECT_EQ(unwritable.Write(), ML::eFMIsAFile);
     EXPECT_FALSE(unwritable.IsValid());
     // Only the one file is there: no temporary was left behind.
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
