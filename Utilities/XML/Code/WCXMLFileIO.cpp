@@ -1,7 +1,5 @@
 #include "Utilities/XML/Code/WCXMLFileIO.h"
 
-#include <system_error>
-
 #include "files/WCStPath.h"
 #include "files/WTFileManagerTypes.h"
 #include "files/WUFileSystemObjects.h"
@@ -13,12 +11,8 @@ namespace XML {
 namespace {
 
 // An empty path gives an invalid FM path, which every check below treats as "nothing there".
-// Relative paths are made absolute first: FM takes the parent of a bare file name for a folder
-// to be made of that name.
 FM::WCStPath FMPath(const WTXMLPath &path) {
-    std::error_code ec;
-    const WTXMLPath absolute = path.empty() ? path : std::filesystem::absolute(path, ec);
-    return FM::WCStPath(ec ? path.native() : absolute.native());
+    return FM::WCStPath(path.native());
 }
 
 // A file standing where a folder of the path should be means nothing is at the path.
