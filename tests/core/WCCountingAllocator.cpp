@@ -25,9 +25,22 @@ long mirel_test::AllocationsSoFar() {
     return tAllocations;
 }
 
-// The array forms are not replaced: their defaults call these.
+// The array forms are replaced too: a sanitizer's run-time gives them defaults of its own that
+// would bypass the count.
 void *operator new(std::size_t size) {
     return OrThrow(CountedAlloc(size, 0));
+}
+void *operator new[](std::size_t size) {
+    return OrThrow(CountedAlloc(size, 0));
+}
+void *operator new[](std::size_t size, std::nothrow_t const &) noexcept {
+    return CountedAlloc(size, 0);
+}
+void operator delete[](void *p) noexcept {
+    std::free(p);
+}
+void operator delete[](void *p, std::size_t) noexcept {
+    std::free(p);
 }
 void *operator new(std::size_t size, std::align_val_t a) {
     return OrThrow(CountedAlloc(size, static_cast<std::size_t>(a)));
