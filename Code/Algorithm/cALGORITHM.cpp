@@ -1,5 +1,4 @@
 #include "Code/Algorithm/cALGORITHM.h"
-#include "resources/GetAndFilterXMLResource.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,6 +7,7 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/linux/WUNativeModule.h"
+#include "resources/GetAndFilterXMLResource.h"
 
 MIREL_NAMESPACE_BEGIN
 
