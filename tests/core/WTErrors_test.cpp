@@ -217,9 +217,12 @@ TEST(ConvertErrorWIN, MapsTheListedSystemErrors) {
 TEST(ConvertErrno, FollowsTheWindowsEquivalents) {
     EXPECT_EQ(ConvertErrno(0), 0);
     EXPECT_EQ(ConvertErrno(ENOENT), eFMFileNotFound);
+    EXPECT_EQ(ConvertErrno(ENOTDIR), eFMFileNotFound);
+    EXPECT_EQ(ConvertErrno(EBADF), -2013);
     EXPECT_EQ(ConvertErrno(ENOMEM), eMemOutOfMemory);
     EXPECT_EQ(ConvertErrno(EEXIST), eFMFileAllreadyExists);
     EXPECT_EQ(ConvertErrno(EBUSY), -2014);
+    EXPECT_EQ(ConvertErrno(ETXTBSY), -2014);
     EXPECT_EQ(ConvertErrno(ENOEXEC), -2012);
     EXPECT_EQ(ConvertErrno(EINVAL), eGenericErr);
 }

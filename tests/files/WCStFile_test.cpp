@@ -208,18 +208,13 @@ TEST_F(WCStFileTest, TempFileGoesAwayUnlessKeptOrMoved) {
 
 TEST_F(WCStFileTest, TempFileWithoutPlaceUsesTheTemporaryFolder) {
     mirel_test::WCTempDir tmp;
-    char const *saved = std::getenv("TMPDIR");
-    std::string const restore = saved != nullptr ? saved : "";
-    setenv("TMPDIR", tmp.path().c_str(), 1);
     {
+        mirel_test::WCTestHome home; // restores TMPDIR
+        setenv("TMPDIR", tmp.path().c_str(), 1);
         FM::WCStTempFile temp;
         ASSERT_TRUE(temp.IsValid());
         EXPECT_TRUE(FM::WCStPath(tmp.path().string()).IsPathContained(temp.GetPath()));
     }
-    if (saved != nullptr)
-        setenv("TMPDIR", restore.c_str(), 1);
-    else
-        unsetenv("TMPDIR");
     EXPECT_EQ(CountEntries(tmp.path()), 0u);
 }
 

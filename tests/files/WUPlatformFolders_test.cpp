@@ -109,14 +109,10 @@ TEST(SystemFolders, FollowXDGRulesForUnsetAndRelativeVariables) {
     EXPECT_EQ(Resolve(FM::eUserDomain, FM::eCacheFolder), (home.path() / ".cache").string());
     EXPECT_EQ(Resolve(FM::eUserDomain, FM::eDesktopFolder), (home.path() / "Desktop").string());
     EXPECT_EQ(Resolve(FM::eLocalDomain, FM::eAppDataFolder), "/second/share");
-    char const *saved = std::getenv("TMPDIR");
-    std::string const restore = saved != nullptr ? saved : "";
     setenv("TMPDIR", "/var/tmp", 1);
     EXPECT_EQ(Resolve(FM::eUserDomain, FM::eTemporaryFolder), "/var/tmp");
     unsetenv("TMPDIR");
     EXPECT_EQ(Resolve(FM::eUserDomain, FM::eTemporaryFolder), "/tmp");
-    if (saved != nullptr)
-        setenv("TMPDIR", restore.c_str(), 1);
 }
 
 TEST(SystemFolders, NamesFollowTheTables) {

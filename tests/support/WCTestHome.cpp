@@ -21,7 +21,8 @@ WCTempDir::~WCTempDir() {
 WCTestHome::WCTestHome()
     : m_saved{{"HOME", false, {}},          {"XDG_CONFIG_HOME", false, {}},
               {"XDG_DATA_HOME", false, {}}, {"XDG_CACHE_HOME", false, {}},
-              {"XDG_DATA_DIRS", false, {}}, {"XDG_DESKTOP_DIR", false, {}}} {
+              {"XDG_DATA_DIRS", false, {}}, {"XDG_DESKTOP_DIR", false, {}},
+              {"TMPDIR", false, {}}} {
     for (auto &saved : m_saved) {
         if (const char *value = std::getenv(saved.name)) {
             saved.had = true;

@@ -20,7 +20,8 @@ private:
 };
 
 // Points HOME and the XDG variables at a temporary home for the life of the object, so the
-// library's folders never reach the real user's, and restores them afterwards.
+// library's folders never reach the real user's, and restores them afterwards. TMPDIR is left as
+// it is but restored too, so a test may change it freely.
 class WCTestHome {
 public:
     WCTestHome();
@@ -37,7 +38,7 @@ private:
         std::string value;
     };
     WCTempDir m_dir;
-    WSSaved m_saved[6];
+    WSSaved m_saved[7];
 };
 
 } // namespace mirel_test
