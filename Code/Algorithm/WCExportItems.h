@@ -113,21 +113,21 @@ bool Parse(char const *text, T &value) {
 
 } // namespace ExportItemDetail
 
-// A constant value; reads only.
-template <typename T>
-class WCExportItemConst : public WCExportItemBase {
+// The reading face shared by the typed items: binary of exactly sizeof(T), text, and type.
+// `Derived` gives the value through Value().
+template <typename T, typename Derived>
+class WCExportItemTypedReader : public WCExportItemBase {
 public:
-    explicit WCExportItemConst(T value) : m_value(value) {}
     int get_value_binary(char const *, void *buffer, std::uint64_t size) const override {
         if (size != sizeof(T))
             return eValueWrongSize;
         if (buffer == nullptr)
             return eMemNullPointer;
-        std::memcpy(buffer, &m_value, sizeof(T));
+        std::memcpy(buffer, &static_cast<Derived const &>(*this).Value(), sizeof(T));
         return eNoErr;
     }
     int get_value_str(char const *, WCFixedStringBase &out) const override {
-        ExportItemDetail::Print(m_value, out);
+        ExportItemDetail::Print(static_cast<Derived const &>(*this).Value(), out);
         return eNoErr;
     }
     int get_value_info(char const *, WTKeyValueType &type, std::uint64_t &size) const override {
@@ -135,6 +135,14 @@ public:
         size = sizeof(T);
         return eNoErr;
     }
+};
+
+// A constant value; reads only.
+template <typename T>
+class WCExportItemConst : public WCExportItemTypedReader<T, WCExportItemConst<T>> {
+public:
+    explicit WCExportItemConst(T value) : m_value(value) {}
+    T const &Value() const { return m_value; }
 
 private:
     T m_value;
@@ -143,18 +151,11 @@ private:
 // A value that lives elsewhere (a member of the algorithm); reads and writes through the pointer,
 // which must outlive the item.
 template <typename T>
-class WCExportItem : public WCExportItemBase {
+class WCExportItem : public WCExportItemTypedReader<T, WCExportItem<T>> {
 public:
     explicit WCExportItem(T *value) : m_value(value) {}
+    T const &Value() const { return *m_value; }
     bool is_settable() const override { return true; }
-    int get_value_binary(char const *, void *buffer, std::uint64_t size) const override {
-        if (size != sizeof(T))
-            return eValueWrongSize;
-        if (buffer == nullptr)
-            return eMemNullPointer;
-        std::memcpy(buffer, m_value, sizeof(T));
-        return eNoErr;
-    }
     int set_value_binary(char const *, void const *data, std::uint64_t size) override {
         if (size != sizeof(T))
             return eValueWrongSize;
@@ -163,20 +164,11 @@ public:
         std::memcpy(m_value, data, sizeof(T));
         return eNoErr;
     }
-    int get_value_str(char const *, WCFixedStringBase &out) const override {
-        ExportItemDetail::Print(*m_value, out);
-        return eNoErr;
-    }
     int set_value_str(char const *, char const *text) override {
         T parsed{};
         if (!ExportItemDetail::Parse(text, parsed))
             return eValueWrongSize;
         *m_value = parsed;
-        return eNoErr;
-    }
-    int get_value_info(char const *, WTKeyValueType &type, std::uint64_t &size) const override {
-        type = KeyValueTypeOf<T>();
-        size = sizeof(T);
         return eNoErr;
     }
 
