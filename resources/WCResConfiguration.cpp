@@ -14,7 +14,8 @@ namespace RM {
 
 namespace {
 
-// Whether the bytes are well-formed UTF-8 (no overlong forms, surrogates or values past U+10FFFF).
+// Whether the bytes are well-formed UTF-8 (no overlong forms, surrogates or values past U+10FFFF)
+// free of noncharacters, which the YAML emitter would write back as U+FFFD.
 bool IsUTF8(std::string_view text) {
     const auto *p = reinterpret_cast<const unsigned char *>(text.data());
     const auto *end = p + text.size();
@@ -45,6 +46,8 @@ bool IsUTF8(std::string_view text) {
         }
         if ((more == 2 && (value < 0x800 || (value >= 0xD800 && value <= 0xDFFF))) ||
             (more == 3 && (value < 0x10000 || value > 0x10FFFF)))
+            return false;
+        if ((value & 0xFFFE) == 0xFFFE || (value >= 0xFDD0 && value <= 0xFDEF))
             return false;
     }
     return true;

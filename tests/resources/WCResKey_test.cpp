@@ -108,12 +108,17 @@ TEST(WCResConfiguration, WrittenYAMLReadsBackTheSame) {
     EXPECT_EQ(*back.FindAttribute(WCFixedString<63>("PNG_:a:x")), "with: colon");
 }
 
-TEST(WCResConfiguration, TextIsCutWithoutSplittingACharacterAndBadUTF8IsRefused) {
+TEST(WCResConfiguration, TextIsCutWithoutSplittingACharacterAndUnwritableUTF8IsRefused) {
     RM::WCResConfiguration config;
     // 14 ASCII bytes then a two-byte character: the 15-byte extension keeps the ASCII only.
     ASSERT_EQ(config.ReadFromYAML("Extensions:\n  T: .abcdefghijklm\xC3\xA9\n"), eNoErr);
     EXPECT_EQ(config.GetExtension(WCFixedString<31>("T")), ".abcdefghijklm");
     EXPECT_EQ(config.ReadFromYAML("Extensions:\n  T: .x\xC3\x28\n"), eRMInvalidResContainer);
+    EXPECT_EQ(config.GetExtension(WCFixedString<31>("T")), ".abcdefghijklm");
+    // Noncharacters would come back from a write as U+FFFD, so they are refused like bad bytes.
+    EXPECT_EQ(config.ReadFromYAML("Extensions:\n  R\xEF\xBF\xBF/knob.: .p\n"),
+              eRMInvalidResContainer);
+    EXPECT_EQ(config.ReadFromYAML("Extensions:\n  T: .\xEF\xB7\x90\n"), eRMInvalidResContainer);
     EXPECT_EQ(config.GetExtension(WCFixedString<31>("T")), ".abcdefghijklm");
     RM::WCResConfiguration::WTExtensionMap map;
     RM::WCResConfiguration::ReadPairs("A .a\nB .\xFF\n", map);
