@@ -261,10 +261,18 @@ void WCXMLTemplatizer::EmitBody(const pugi::xml_node &body, std::ostream &stream
         return;
     }
     std::string text;
+    // Text in a body is written like its elements, so a template can fill a structural element's
+    // text; a body's leading text is kept in the template node itself when the document is read.
+    if (body.value()[0] != '\0') {
+        WriteEscaped(text, body.value());
+        text += '\n';
+        resolve_vars_in_str(text, stream);
+    }
     for (const pugi::xml_node &child : body.children()) {
         if (m_Cut)
             return;
-        if (child.type() != pugi::node_element)
+        const pugi::xml_node_type type = child.type();
+        if (type != pugi::node_element && type != pugi::node_pcdata && type != pugi::node_cdata)
             continue;
         if (std::strcmp(child.name(), "Instance") == 0) {
             resolve_instance_to_stream(child, stream);
@@ -299,7 +307,14 @@ void WCXMLTemplatizer::resolve_array_instance_to_stream(const pugi::xml_node &no
     if (body != nullptr) {
         std::string sizeText;
         ResolveVarsInto(node.attribute("ArraySize").value(), sizeText);
-        const int count = ClampedAtoi(sizeText.c_str());
+        // A size that is no number names a variable, as "ArrayVar" does, so a configuration
+        // variable can size the arrays of a whole document.
+        WTName sizeValue(sizeText);
+        char *numberEnd = nullptr;
+        (void)std::strtoll(sizeValue.c_str(), &numberEnd, 10);
+        if (numberEnd == sizeValue.c_str())
+            resolve_var(WTName(sizeText), WTName(sizeText), sizeValue);
+        const int count = ClampedAtoi(sizeValue.c_str());
         const WTName loopVar(node.attribute("ArrayVar").value());
         WTName startText;
         resolve_var(loopVar, WTName("0"), startText);

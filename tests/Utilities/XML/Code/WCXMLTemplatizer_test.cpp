@@ -75,14 +75,28 @@ TEST(WCXMLTemplatizerVariables, ResolveVarSearchesInnermostScopeFirst) {
     EXPECT_NE(text.find("a=\"$(a b) $( ) $(x=) $(\" t=\"T\""), std::string::npos) << text;
 }
 
+TEST(WCXMLTemplatizerVariables, TextOfABodyIsExpandedWithItsElements) {
+    WCXMLTemplatizer templatizer;
+    ASSERT_EQ(templatizer.read_from_str("<R><Title><Template Name='Caption'>$(Name) &amp; Co<B/>"
+                                        "<![CDATA[$(Name)]]>$(Name=x) end</Template>"
+                                        "<Instance Template='Caption' Name='Gain'/></Title></R>"),
+              ML::eNoErr);
+    templatizer.set_depth(1);
+    std::string text;
+    ASSERT_EQ(templatizer.write_to_str(text), ML::eNoErr);
+    // The leading text, a CDATA section and the text after an element all take the variables.
+    EXPECT_EQ(text, "<R>\n<Title>\nGain &amp; Co\n<B />\n<![CDATA[Gain]]>Gain end</Title>\n</R>\n");
+}
+
 TEST(WCXMLTemplatizerArrays, CountsFromStartAndSkipsEmptyArrays) {
     pugi::xml_document doc;
     Expand("arrays.xml", 0, doc);
     std::string names;
     for (const pugi::xml_node slider : doc.child("GUI").children("Slider"))
         names += std::string(slider.attribute("Name").value()) + ",";
-    // Start 4 from the array's own attribute, then a nested array counted through a variable.
-    EXPECT_EQ(names, "Band4,Band5,Band6,Band0,Band1,");
+    // Start 4 from the array's own attribute, then a nested array counted through a reference,
+    // then one whose size names a configuration variable.
+    EXPECT_EQ(names, "Band4,Band5,Band6,Band0,Band1,Band7,Band8,");
 }
 
 TEST(WCXMLTemplatizerBadInput, CyclesAndRunawayArraysEnd) {
