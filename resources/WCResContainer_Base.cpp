@@ -300,6 +300,7 @@ int WCResContainer_Base::AddResource(const WCResKey &key, const void *data, std:
                 loaded->m_Data.m_pData = const_cast<void *>(data);
                 loaded->m_Data.m_DataSize = size;
                 loaded->m_Flags &= ~RM::kResFlagDataCopied;
+                ShareWithVariantsLocked(*loaded);
                 return eNoErr;
             }();
             if (err == eNoErr) {
@@ -357,8 +358,22 @@ int WCResContainer_Base::UpdateResource(WTResourceType *resource, const void *da
     resource->m_Data.m_pData = resource->m_Data.m_MemObj.GetPtr();
     resource->m_Data.m_DataSize = size;
     resource->m_Flags |= RM::kResFlagDataCopied;
+    ShareWithVariantsLocked(*resource);
     m_Dirty = true;
     return eNoErr;
+}
+
+void WCResContainer_Base::ShareWithVariantsLocked(const WTResourceType &base) {
+    // A base's variants follow it in the map: same type and id, a variant sorting after none.
+    for (auto it = m_ResMap.upper_bound(base); it != m_ResMap.end() && it->first.BaseKey() == base;
+         ++it) {
+        WTResourceType *variant = it->second;
+        if (variant->m_pParent != &base || (variant->m_Flags & RM::kResFlagOwnsConversion) != 0)
+            continue;
+        variant->m_Data.m_pData = base.m_Data.m_pData;
+        variant->m_Data.m_DataSize = base.m_Data.m_DataSize;
+        variant->m_Data.m_Form = base.m_Data.m_Form;
+    }
 }
 
 int WCResContainer_Base::WriteResource(WTResourceType *resource) {

@@ -127,6 +127,8 @@ protected:
     void DestroyRecord(WTResourceType *resource);
     int ReleaseLocked(WTResourceType *resource);
     WTResourceType *FindLocked(const WCResKey &key);
+    // Under the lock: variants that share a base's data take its new pointer, size and form.
+    void ShareWithVariantsLocked(const WTResourceType &base);
 
     WTResMap m_ResMap;
     bool m_Dirty = false;

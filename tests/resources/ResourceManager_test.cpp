@@ -180,6 +180,23 @@ TEST_F(ResourceRecords, VariantsShareTheirBaseData) {
               eRMInvalidResRef);
 }
 
+TEST_F(ResourceRecords, VariantsFollowTheirBaseWhenItsBytesAreReplaced) {
+    Put("TXT_/a", "first");
+    Container *container = Open();
+    Resource *variant = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a", "v"), variant), eNoErr);
+    Resource *base = variant->m_pParent;
+    ASSERT_EQ(RM::UpdateResource(base, "second", 6), eNoErr);
+    EXPECT_EQ(Text(variant), "second");
+    static const char kCallerData[] = "third";
+    Resource *added = nullptr;
+    ASSERT_EQ(RM::AddResource(container, WCResKey("TXT_", "a"), kCallerData, 5, added), eNoErr);
+    EXPECT_EQ(variant->m_Data.m_pData, kCallerData);
+    EXPECT_EQ(Text(variant), "third");
+    RM::ReleaseResource(added);
+    RM::ReleaseResource(variant);
+}
+
 TEST_F(ResourceRecords, ReleaseAllDisposesVariantsAndBasesTogether) {
     Put("XML_/1", "<a/>");
     Container *container = Open();
