@@ -11,6 +11,20 @@ MIREL_NAMESPACE_BEGIN
 
 namespace RM {
 
+namespace {
+
+// Whether the block's pointer is a tree this converter made. After a write the form names the
+// bytes while the pointer is still the tree; raw bytes a caller added under an XML key are never
+// taken for one, whatever their size.
+bool HoldsTree(const WSResDataBlock &data) {
+    if (data.m_pData == nullptr || data.m_DataSize != 1 || data.m_pData == data.m_MemObj.GetPtr())
+        return false;
+    return data.m_Form == kResFormCXMLElement ||
+           (data.m_Form == kResFormMemObj && !data.m_MemObj.Empty());
+}
+
+} // namespace
+
 int HandOutCXMLElement(std::unique_ptr<XML::CXMLElement> root, const Utils::WCStConstMemObj &bytes,
                        WSResDataBlock &data) {
     int err = eNoErr;
@@ -42,7 +56,7 @@ int WCResConvertCXMLElement::ConvertAfterLoad(WSResDataBlock &data) {
 }
 
 int WCResConvertCXMLElement::ConvertBeforeWrite(WSResDataBlock &data) {
-    if (data.m_Form != kResFormCXMLElement || data.m_pData == nullptr)
+    if (!HoldsTree(data))
         return eMemNullPointer;
     XML::CXMLTreeBuilder builder(static_cast<XML::CXMLElement *>(data.m_pData));
     const int err = builder.WriteToWCStMemObj(data.m_MemObj);
@@ -52,8 +66,7 @@ int WCResConvertCXMLElement::ConvertBeforeWrite(WSResDataBlock &data) {
 }
 
 int WCResConvertCXMLElement::Release(WSResDataBlock &data) {
-    // After a write the form names the bytes, but the pointer is still the tree.
-    if (data.m_DataSize == 1 && data.m_pData != data.m_MemObj.GetPtr())
+    if (HoldsTree(data))
         delete static_cast<XML::CXMLElement *>(data.m_pData);
     return ReleaseBytes(data);
 }

@@ -27,14 +27,15 @@ int WCResConvertPugiXML::ConvertAfterLoad(WSResDataBlock &data) {
 }
 
 int WCResConvertPugiXML::ConvertBeforeWrite(WSResDataBlock &data) {
-    if (data.m_pData == nullptr || data.m_DataSize != 1)
+    if (data.m_Form != kResFormPugiXML || data.m_pData == nullptr || data.m_DataSize != 1)
         return eMemNullPointer;
     return PugiXML::write_xml_to_mem_obj(*static_cast<pugi::xml_document *>(data.m_pData),
                                          data.m_MemObj);
 }
 
 int WCResConvertPugiXML::Release(WSResDataBlock &data) {
-    if (data.m_DataSize == 1)
+    // Raw bytes a caller added under a pugi key are not a document, whatever their size.
+    if (data.m_Form == kResFormPugiXML && data.m_DataSize == 1)
         delete static_cast<pugi::xml_document *>(data.m_pData);
     return ReleaseBytes(data);
 }

@@ -234,6 +234,25 @@ TEST_F(ResourceRecords, XMLConverterKeepsTheTreeAndDropsTheBytes) {
     RM::ReleaseResource(resource);
 }
 
+TEST_F(ResourceRecords, AddedBytesUnderAnXMLKeyAreReleasedAsBytes) {
+    Put("XML_/1", "<a/>");
+    Container *container = Open();
+    static const char kOneByte[] = "x";
+    for (auto converter :
+         {std::shared_ptr<RM::WCResConvertObj>(std::make_shared<RM::WCResConvertCXMLElement>()),
+          std::shared_ptr<RM::WCResConvertObj>(std::make_shared<RM::WCResConvertPugiXML>())}) {
+        WCResKey key("XML_", "added");
+        key.SetConverter(converter);
+        Resource *copied = nullptr;
+        ASSERT_EQ(RM::AddResourceCopyData(container, key, kOneByte, 1, copied), eNoErr);
+        EXPECT_EQ(RM::ReleaseResource(copied), eNoErr);
+        Resource *borrowed = nullptr;
+        ASSERT_EQ(RM::AddResource(container, key, kOneByte, 1, borrowed), eNoErr);
+        EXPECT_EQ(RM::ReleaseResource(borrowed), eNoErr);
+    }
+    EXPECT_STREQ(kOneByte, "x");
+}
+
 TEST_F(ResourceRecords, PugiConverterKeepsTheBytesBesideTheDocument) {
     Put("XML_/7", "<root a=\"1\"/>");
     Container *container = Open();
