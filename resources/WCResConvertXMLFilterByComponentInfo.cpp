@@ -32,7 +32,9 @@ int WCResConvertPugiXMLFilterByComponentInfo::ConvertAfterLoad(WSResDataBlock &d
     const int err = WCResConvertPugiXML::ConvertAfterLoad(data);
     if (err != eNoErr)
         return err;
-    pugi::xml_node root = *static_cast<pugi::xml_document *>(data.m_pData);
+    // From the root element, as the other two forms filter: a root tagged for another component
+    // would otherwise take the whole document with it.
+    pugi::xml_node root = static_cast<pugi::xml_document *>(data.m_pData)->document_element();
     return FilterPugiXMLByComponentInfo(*m_pInfo, root);
 }
 

@@ -170,6 +170,29 @@ TEST_F(FilteredResources, PugiFormAndUserFormReleaseWithTheUser) {
               ML::eRMResRefNotFound);
 }
 
+TEST_F(FilteredResources, EveryFormKeepsTheRootWhateverItsAttributes) {
+    Put("XML_/Tagged.xml",
+        "<Plugin SubComp='Stmo' OS='Mac'><Kept/><Gone SubComp='Stmo'/></Plugin>");
+    const ML::WCResKey key("XML_", "Tagged.xml");
+    const MirelComponentInfo mono = Component("Mono");
+    Resource *resource = nullptr;
+    void *data = nullptr;
+    ASSERT_EQ(RM::GetAndFilterXMLResourceByComponentInfo(m_Container, key, mono, resource, data),
+              ML::eNoErr);
+    EXPECT_EQ(Names(*static_cast<ML::XML::CXMLElement *>(data)), "Kept ");
+    RM::ReleaseResource(resource);
+    ASSERT_EQ(
+        RM::GetAndFilterPugiXMLResourceByComponentInfo(m_Container, key, mono, resource, data),
+        ML::eNoErr);
+    EXPECT_EQ(Names(*static_cast<pugi::xml_document *>(data)), "Plugin(Kept ) ");
+    RM::ReleaseResource(resource);
+    ASSERT_EQ(RM::GetAndFilterXMLResourceByComponentInfoAfterResolvingTemplates(
+                  m_Container, key, mono, resource, data),
+              ML::eNoErr);
+    EXPECT_EQ(Names(*static_cast<ML::XML::CXMLElement *>(data)), "Kept ");
+    RM::ReleaseResource(resource);
+}
+
 TEST(MakeComponentKey, CodesAKeyCannotHoldAreWrittenInHex) {
     MirelComponentInfo info = Component("a/b.");
     const ML::WCResKey key = ML::RM::MakeComponentKey(ML::WCResKey("XML_", "x"), "XMLT", info);
