@@ -384,16 +384,27 @@ int WCResContainer_Base::WriteResource(WTResourceType *resource) {
         m_Dirty = true;
         return eNoErr;
     }
+    return WriteRecordLocked(*resource);
+}
+
+int WCResContainer_Base::WriteRecordLocked(WTResourceType &resource) {
+    const void *const handedOut = resource.m_Data.m_pData;
+    const WCFixedString<31> form = resource.m_Data.m_Form;
+    int err = eNoErr;
     try {
-        int err = ConverterOf(*resource).ConvertBeforeWrite(resource->m_Data);
+        err = ConverterOf(resource).ConvertBeforeWrite(resource.m_Data);
         if (err == eNoErr)
-            err = WriteResourceData(*resource);
-        if (err == eNoErr)
-            resource->m_Flags &= ~RM::kResFlagAddedNotOnDisk;
-        return err;
-    } catch (int err) {
-        return err;
+            err = WriteResourceData(resource);
+    } catch (int thrown) {
+        err = thrown;
     }
+    // The converter names the bytes it wrote, but users still hold the converted object, so the
+    // record keeps naming that: a later write, copy or update must not take it for raw bytes.
+    if (resource.m_Data.m_pData == handedOut)
+        resource.m_Data.m_Form = form;
+    if (err == eNoErr)
+        resource.m_Flags &= ~RM::kResFlagAddedNotOnDisk;
+    return err;
 }
 
 int WCResContainer_Base::MarkResourceForDelete(WTResourceType *resource) {
@@ -413,15 +424,7 @@ int WCResContainer_Base::WriteContainer() {
         if ((resource->m_Flags & RM::kResFlagMarkedForDelete) != 0) {
             err = DeleteResourceData(*resource);
         } else if ((resource->m_Flags & RM::kResFlagDeferredWrite) != 0) {
-            try {
-                err = ConverterOf(*resource).ConvertBeforeWrite(resource->m_Data);
-                if (err == eNoErr)
-                    err = WriteResourceData(*resource);
-                if (err == eNoErr)
-                    resource->m_Flags &= ~RM::kResFlagAddedNotOnDisk;
-            } catch (int thrown) {
-                err = thrown;
-            }
+            err = WriteRecordLocked(*resource);
         }
         if (first == eNoErr)
             first = err;

@@ -129,6 +129,8 @@ protected:
     WTResourceType *FindLocked(const WCResKey &key);
     // Under the lock: variants that share a base's data take its new pointer, size and form.
     void ShareWithVariantsLocked(const WTResourceType &base);
+    // Under the lock: converts back and writes one record now.
+    int WriteRecordLocked(WTResourceType &resource);
 
     WTResMap m_ResMap;
     bool m_Dirty = false;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 
+#include "Utilities/XML/Code/CXMLElement.h"
 #include "core/WUAssert.h"
 #include "resources/WCResContainer_Base.h"
 #include "resources/WCResConvertCXMLElement.h"
@@ -231,6 +232,29 @@ TEST_F(ResourceRecords, XMLConverterKeepsTheTreeAndDropsTheBytes) {
     Utils::WCStMemObj copy;
     EXPECT_EQ(RM::CopyResourceToWCStMemObj(second, copy), eRMInvalidResRef);
     RM::ReleaseResource(second);
+    RM::ReleaseResource(resource);
+}
+
+TEST_F(ResourceRecords, XMLTreeStaysATreeAcrossWrites) {
+    Put("XML_/9", "<root a=\"1\"/>");
+    Container *container = Open();
+    WCResKey key("XML_", "9");
+    key.SetConverter(std::make_shared<RM::WCResConvertCXMLElement>());
+    Resource *resource = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, key, resource), eNoErr);
+    auto *root = static_cast<XML::CXMLElement *>(resource->m_Data.m_pData);
+    root->SetAttrib("a", 2);
+    ASSERT_EQ(RM::WriteResource(resource), eNoErr);
+    EXPECT_STREQ(resource->m_Data.m_Form.c_str(), "CXMLElement");
+    root->SetAttrib("a", 3);
+    ASSERT_EQ(RM::WriteResource(resource), eNoErr);
+    EXPECT_NE(resources_test::ReadText(Resources() / "XML_" / "9").find("a=\"3\""),
+              std::string::npos);
+    // Still the tree, so neither copied as bytes nor replaced by them.
+    Utils::WCStMemObj copy;
+    EXPECT_EQ(RM::CopyResourceToWCStMemObj(resource, copy), eRMInvalidResRef);
+    EXPECT_EQ(RM::UpdateResource(resource, "x", 1), eRMResUpdateFailed);
+    EXPECT_EQ(resource->m_Data.m_pData, root);
     RM::ReleaseResource(resource);
 }
 
