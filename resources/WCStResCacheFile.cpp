@@ -82,6 +82,9 @@ int WCStResCacheFile::CheckAndWriteCacheFile(WTResContainerType *const container
         err = resource.GetError();
         if (err == eNoErr)
             err = resource.CopyResourceToWCStMemObj(data);
+        // Held by others in a converted form, which is no file: the file gets the stored bytes.
+        if (err == eRMInvalidResRef)
+            err = GetRawResourceData(container, key, data);
     }
     if (err != eNoErr) {
         SetError(err);

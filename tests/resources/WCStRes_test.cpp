@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "resources/WCResConvertCXMLElement.h"
 #include "resources/WCStResCacheFile.h"
 #include "tests/resources/ResourcesTestSupport.h"
 
@@ -141,6 +142,18 @@ TEST_F(CacheFiles, RewrittenWhenItsTimeIsNotStrictlyLater) {
         EXPECT_EQ(ReadText(cachePath), "version 1");
         EXPECT_GT(MTime(cachePath), resourceTime);
     }
+}
+
+TEST_F(CacheFiles, ResourceHeldAsATreeIsCachedAsItsStoredBytes) {
+    Put("XML_/1", "<root/>");
+    Container *container = Open();
+    WCResKey treeKey("XML_", "1");
+    treeKey.SetConverter(std::make_shared<RM::WCResConvertCXMLElement>());
+    RM::WCStRes tree(container, treeKey);
+    ASSERT_TRUE(tree.IsValid());
+    RM::WCStResCacheFile cache(container, WCResKey("XML_", "1"));
+    ASSERT_TRUE(cache.IsValid()) << cache.ErrorName();
+    EXPECT_EQ(ReadText(cache.GetCacheFilePath().GetPathString().c_str()), "<root/>");
 }
 
 TEST_F(CacheFiles, ProcessorTypesGetADllName) {
