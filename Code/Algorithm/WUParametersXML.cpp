@@ -1,7 +1,9 @@
 #include "Code/Algorithm/WUParametersXML.h"
 
+#include <algorithm>
 #include <cstring>
 #include <map>
+#include <vector>
 
 #include "Code/Algorithm/sCONTROL_PARAMXML.h"
 #include "core/WTErrors.h"
@@ -28,20 +30,43 @@ std::int32_t ArraySizeOf(pugi::xml_node const &element) {
     return size > probe.kMaxArraySize ? probe.kMaxArraySize : static_cast<std::int32_t>(size);
 }
 
-using ElementsByName = std::map<WCFixedString<127>, pugi::xml_node>;
+// Each named element with its position among the "Parameter" elements.
+struct WSNamedElement {
+    pugi::xml_node node;
+    std::size_t position = 0;
+};
+// Every element of a name, in document order: a name used twice has a parent for each place.
+using ElementsByName = std::map<WCFixedString<127>, std::vector<WSNamedElement>>;
 
-// Reads the ancestors of `element` first, oldest first, then the element itself.
-void ReadWithParents(pugi::xml_node const &element, ElementsByName const &earlier,
-                     sCONTROL_PARAMXML &data) {
+// The last element of `name` before `position`; null when there is none.
+WSNamedElement const *FindParent(ElementsByName const &earlier, char const *name,
+                                 std::size_t position) {
+    const auto found = earlier.find(WCFixedString<127>(name));
+    if (found == earlier.end())
+        return nullptr;
+    auto const &elements = found->second;
+    const auto after = std::lower_bound(
+        elements.begin(), elements.end(), position,
+        [](WSNamedElement const &element, std::size_t at) { return element.position < at; });
+    return after == elements.begin() ? nullptr : &*(after - 1);
+}
+
+// Reads the ancestors of `element` first, oldest first, then the element itself. A parent
+// counts only when it comes before the element that names it, so an ancestor reads exactly as
+// it did for its own parameter, even when its "Parent" names an element further down.
+void ReadWithParents(pugi::xml_node const &element, std::size_t position,
+                     ElementsByName const &earlier, sCONTROL_PARAMXML &data) {
     pugi::xml_node chain[kMaxParentDepth];
     int depth = 0;
     pugi::xml_node current = element;
     while (depth < kMaxParentDepth) {
         chain[depth++] = current;
-        const auto found = earlier.find(WCFixedString<127>(current.attribute("Parent").value()));
-        if (found == earlier.end() || found->second == current)
+        WSNamedElement const *parent =
+            FindParent(earlier, current.attribute("Parent").value(), position);
+        if (parent == nullptr)
             break;
-        current = found->second;
+        current = parent->node;
+        position = parent->position;
     }
     for (int i = depth - 1; i >= 0; --i)
         data.ReadFromXML(chain[i]);
@@ -67,9 +92,10 @@ int ReadParametersXML(pugi::xml_node const &root, WSParamMaps const &maps,
 
     ElementsByName earlier;
     sCONTROL_PARAMXML data;
+    std::size_t position = 0;
     for (pugi::xml_node element : root.children("Parameter")) {
         data.MembersDefaults();
-        ReadWithParents(element, earlier, data);
+        ReadWithParents(element, position, earlier, data);
         const std::int32_t size = data.m_ArraySize;
         const WCFixedString<127> baseName = data.m_Name;
         for (std::int32_t i = 0; i < size; ++i) {
@@ -82,7 +108,8 @@ int ReadParametersXML(pugi::xml_node const &root, WSParamMaps const &maps,
             params.push_back(std::move(param));
         }
         if (auto name = element.attribute("Name"))
-            earlier[WCFixedString<127>(name.value())] = element;
+            earlier[WCFixedString<127>(name.value())].push_back({element, position});
+        ++position;
     }
     return eNoErr;
 }

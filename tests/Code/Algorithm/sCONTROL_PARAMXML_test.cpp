@@ -91,6 +91,32 @@ TEST(ParamXML, ReadsParametersInOrderWithArraysAndParents) {
     EXPECT_NE(band.m_Extension.get(), params[1].m_Extension.get());
 }
 
+TEST(ParamXML, AParentCountsOnlyWhenItComesBeforeTheElementNamingIt) {
+    // An ancestor reads as it did for its own parameter: "A" inherits the first "X", not the
+    // one declared after it, and "Z" inherits nothing from the "W" further down.
+    std::vector<ml::sCONTROL_PARAM> params;
+    ASSERT_EQ(Read(R"(<ParamXML>
+      <Parameter Name="X"><Units>first</Units></Parameter>
+      <Parameter Name="A" Parent="X"><Label>a</Label></Parameter>
+      <Parameter Name="X"><Units>second</Units><MouseAcceleration>2</MouseAcceleration>
+      </Parameter>
+      <Parameter Name="C" Parent="A"/>
+      <Parameter Name="Z" Parent="W"><Label>z</Label></Parameter>
+      <Parameter Name="W"><Units>w</Units></Parameter>
+      <Parameter Name="D" Parent="Z"/>
+      </ParamXML>)",
+                   params),
+              0);
+    ASSERT_EQ(params.size(), 7u);
+    auto const &c = params[3];
+    EXPECT_STREQ(c.GetLabel().c_str(), "a");
+    EXPECT_STREQ(c.GetUnits().c_str(), "first");
+    EXPECT_EQ(c.m_MouseAcceleration, -1.0);
+    auto const &d = params[6];
+    EXPECT_STREQ(d.GetLabel().c_str(), "z");
+    EXPECT_STREQ(d.GetUnits().c_str(), "") << "W comes after Z";
+}
+
 TEST(ParamXML, ToggleMapOmitsPointsAndSpreadsStates) {
     std::vector<ml::sCONTROL_PARAM> params;
     ASSERT_EQ(Read(kParams, params), 0);
