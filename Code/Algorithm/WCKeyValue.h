@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -85,6 +87,16 @@ T WCKeyValue::GetAs(char const *key, T fallback) const {
                 return std::string(text.c_str());
             } else if constexpr (std::is_same_v<T, bool>) {
                 return held != H{};
+            } else if constexpr (std::is_floating_point_v<H> && std::is_integral_v<T>) {
+                // A number no T can hold saturates at T's end, and NaN has no integer at all;
+                // a plain cast of either is undefined.
+                if (std::isnan(held))
+                    return fallback;
+                if (held <= static_cast<H>(std::numeric_limits<T>::min()))
+                    return std::numeric_limits<T>::min();
+                if (held >= static_cast<H>(std::numeric_limits<T>::max()))
+                    return std::numeric_limits<T>::max();
+                return static_cast<T>(held);
             } else {
                 return static_cast<T>(held);
             }

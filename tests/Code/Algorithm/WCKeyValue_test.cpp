@@ -1,6 +1,7 @@
 #include "Code/Algorithm/WCKeyValue.h"
 
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -35,6 +36,16 @@ TEST(WCKeyValue, ConvertsWhateverItHolds) {
     EXPECT_EQ(store.GetAs<int>("flag", 0), 1);
     EXPECT_EQ(store.GetAs<std::string>("big", ""), "7");
     EXPECT_TRUE(store.GetAs<bool>("big", false));
+
+    // Numbers an integer cannot hold saturate instead of wrapping to the other end.
+    store.Set("huge", 1e10);
+    store.Set("negative", -1.5);
+    store.Set("nan", std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(store.GetAs<std::int32_t>("huge", 0), std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(store.GetAs<std::int32_t>("negative", 0), -1);
+    EXPECT_EQ(store.GetAs<std::uint32_t>("negative", 7u), 0u);
+    EXPECT_EQ(store.GetAs<std::int64_t>("huge", 0), 10000000000);
+    EXPECT_EQ(store.GetAs<std::int32_t>("nan", 5), 5) << "NaN has no integer: the default";
 }
 
 TEST(WCKeyValue, FunctionValuesReadCurrent) {
