@@ -217,6 +217,9 @@ int WCResContainer_Bundle::DeleteResourceData(WTResourceType &resource) {
 }
 
 int WCResContainer_Bundle::WriteConfiguration() {
+    // A refused file was never read into the maps, so writing them would throw its entries away.
+    if (m_ConfigError != eNoErr)
+        return m_ConfigError;
     const std::string text = m_Config.WriteToYAML();
     return FM::ReplaceFileContents(
         FM::WCStPath(m_ResourcesFolder, RM::WCResConfiguration::kYAMLFileName), text.data(),

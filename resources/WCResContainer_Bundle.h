@@ -39,7 +39,8 @@ public:
     // A resource standing in a zip takes the zip's time.
     int GetModificationTime(const WCResKey &key, std::int64_t &outTime) override;
 
-    // Writes the configuration back as "resource_config.yaml" when it changed.
+    // Writes the configuration back as "resource_config.yaml" when it changed; a file that was
+    // refused when read is left alone and its code answered.
     int WriteConfiguration() override;
 
     // "<type>/<id>[!variant]<extension>", the text redirections are keyed by.

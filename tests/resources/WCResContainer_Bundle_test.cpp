@@ -166,6 +166,16 @@ TEST_F(BundleBadInput, BrokenOrMisshapenYAMLRefusesTheWholeConfigurationAndTheBu
     }
 }
 
+TEST_F(BundleBadInput, RefusedYAMLIsNotOverwrittenByChangedAttributes) {
+    const std::string broken = "Extensions: [unclosed\nRedirection:\n  TXT_/b: a\n";
+    Put("resource_config.yaml", broken);
+    Put("TXT_/a", "a");
+    Container *container = Open();
+    ASSERT_EQ(RM::SetResourceAttrib(container, WCResKey("TXT_", "a"), "gain", "3"), eNoErr);
+    EXPECT_EQ(RM::WriteResContainer(container), eRMInvalidResContainer);
+    EXPECT_EQ(ReadText(Resources() / "resource_config.yaml"), broken);
+}
+
 TEST_F(BundleBadInput, KeysThatWouldLeaveTheBundleAreRefused) {
     Put("TXT_/a", "a");
     WriteFile(Bundle().parent_path() / "secret", "outside");
