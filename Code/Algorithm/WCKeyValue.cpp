@@ -1,8 +1,52 @@
 #include "Code/Algorithm/WCKeyValue.h"
 
+#include <cctype>
+#include <charconv>
 #include <cstring>
+#include <string_view>
+#include <strings.h>
+#include <type_traits>
 
 MIREL_NAMESPACE_BEGIN
+
+namespace {
+
+// Reads the whole text as a T: blanks around the value are allowed, anything else is not.
+template <typename T>
+WTErr ParseWhole(char const *text, T &out) {
+    char const *end = text + std::strlen(text);
+    while (text != end && std::isspace(static_cast<unsigned char>(*text)))
+        ++text;
+    while (end != text && std::isspace(static_cast<unsigned char>(end[-1])))
+        --end;
+    const std::string_view word(text, static_cast<std::size_t>(end - text));
+    if constexpr (std::is_same_v<T, bool>) {
+        auto is = [&](std::string_view known) {
+            return word.size() == known.size() &&
+                   strncasecmp(word.data(), known.data(), known.size()) == 0;
+        };
+        if (is("true") || is("yes") || is("1"))
+            out = true;
+        else if (is("false") || is("no") || is("0"))
+            out = false;
+        else
+            return eNotANumber;
+        return eNoErr;
+    } else {
+        if (text != end && *text == '+')
+            ++text;
+        if (std::is_unsigned_v<T> && text != end && *text == '-')
+            return eNegativeNumber;
+        const auto [stop, ec] = std::from_chars(text, end, out);
+        if (ec == std::errc::invalid_argument)
+            return eNotANumber;
+        if (ec == std::errc::result_out_of_range)
+            return eOutOfRangeNumber;
+        return stop == end ? eNoErr : eNotJustANumber;
+    }
+}
+
+} // namespace
 
 void WCKeyValue::Set(char const *key, Value value) {
     if (key == nullptr)
@@ -14,6 +58,59 @@ void WCKeyValue::SetFunc(char const *key, std::function<Value()> func) {
     if (key == nullptr || !func)
         return;
     m_values[Key(key)] = Entry{Value{}, std::move(func)};
+}
+
+WTErr WCKeyValue::SetStr(char const *key, char const *text) {
+    if (text == nullptr)
+        return eMemNullPointer;
+    if (key == nullptr)
+        return eValueNotFound;
+    const auto found = m_values.find(Key(key));
+    const Value current = found != m_values.end() ? found->second.Current() : Value(std::string());
+    if (std::holds_alternative<std::string>(current)) {
+        Set(key, std::string(text));
+        return eNoErr;
+    }
+    return std::visit(
+        [&](auto const &held) -> WTErr {
+            using H = std::decay_t<decltype(held)>;
+            H parsed{};
+            if constexpr (!std::is_same_v<H, std::string>) {
+                const WTErr err = ParseWhole(text, parsed);
+                if (err != eNoErr)
+                    return err;
+            }
+            found->second = Entry{Value(parsed), {}};
+            return eNoErr;
+        },
+        current);
+}
+
+WTErr WCKeyValue::SetBinary(char const *key, void const *data, std::uint64_t size) {
+    if (data == nullptr)
+        return eMemNullPointer;
+    if (key == nullptr)
+        return eValueNotFound;
+    const auto found = m_values.find(Key(key));
+    if (found != m_values.end()) {
+        const Value current = found->second.Current();
+        if (!std::holds_alternative<std::string>(current) && ByteSize(current) == size) {
+            std::visit(
+                [&](auto const &held) {
+                    using H = std::decay_t<decltype(held)>;
+                    H value{};
+                    if constexpr (std::is_same_v<H, bool>)
+                        value = *static_cast<unsigned char const *>(data) != 0;
+                    else if constexpr (!std::is_same_v<H, std::string>)
+                        std::memcpy(&value, data, sizeof value);
+                    found->second = Entry{Value(value), {}};
+                },
+                current);
+            return eNoErr;
+        }
+    }
+    Set(key, std::string(static_cast<char const *>(data), size));
+    return eNoErr;
 }
 
 bool WCKeyValue::Has(char const *key) const {

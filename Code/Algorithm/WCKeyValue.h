@@ -30,6 +30,15 @@ public:
 
     void Set(char const *key, Value value);
     void SetFunc(char const *key, std::function<Value()> func);
+    // Writes text under a key. A key that holds a boolean or a number keeps its type, so what a
+    // tool types in reads back through the typed and binary forms; text that does not read as
+    // that type is refused (-12 not a number, -13 trailing text, -14 negative for an unsigned
+    // key, -19 out of range) and the old value stays. Any other key holds the text. Either way
+    // the value written replaces a pointer or function the key was bound to.
+    WTErr SetStr(char const *key, char const *text);
+    // Writes bytes under a key. A key that holds a boolean or a number of exactly `size` bytes
+    // keeps its type; any other key holds the bytes as a string. -4003 for null data.
+    WTErr SetBinary(char const *key, void const *data, std::uint64_t size);
     bool Has(char const *key) const;
     std::optional<Value> Get(char const *key) const;
     void Clear() { m_values.clear(); }

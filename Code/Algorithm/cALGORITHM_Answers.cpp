@@ -32,8 +32,7 @@ int cALGORITHM::SetPluginValueBinary(char const *key, void const *data, std::uin
         return eValueNotFound;
     if (m_ExportItems.is_item_supported(key))
         return m_ExportItems.set_value_binary(key, data, size);
-    m_KeyValues.Set(key, std::string(static_cast<char const *>(data), size));
-    return eNoErr;
+    return m_KeyValues.SetBinary(key, data, size);
 }
 
 int cALGORITHM::GetPluginValueStr(char const *key, WCFixedStringBase &out) const {

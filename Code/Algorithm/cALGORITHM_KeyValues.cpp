@@ -66,8 +66,7 @@ int cALGORITHM::SetPluginValueStr(char const *key, char const *text) {
         return eValueNotFound;
     if (m_ExportItems.is_item_supported(key))
         return m_ExportItems.set_value_str(key, text);
-    m_KeyValues.Set(key, std::string(text));
-    return eNoErr;
+    return m_KeyValues.SetStr(key, text);
 }
 
 int cALGORITHM::GetPluginValueInfo(char const *key, WTKeyValueType &type,

@@ -75,4 +75,49 @@ TEST(WCKeyValue, BinaryCopiesWhatFitsAndNamesWhatDoesNot) {
     EXPECT_EQ(store.GetBinary("word", nullptr, 4), ml::eMemNullPointer);
 }
 
+TEST(WCKeyValue, TextAndBytesWrittenToATypedKeyKeepItsType) {
+    ml::WCKeyValue store;
+    store.Set("inputs:stem", std::int32_t(0));
+    store.Set("flag", false);
+    store.Set("rate", 44100.0);
+    store.Set("count", std::uint32_t(3));
+
+    // The binary read of a 32-bit key must see the number typed in, not its characters.
+    EXPECT_EQ(store.SetStr("inputs:stem", " 2 "), 0);
+    std::int32_t word = -1;
+    EXPECT_EQ(store.GetBinary("inputs:stem", &word, sizeof word), 0);
+    EXPECT_EQ(word, 2);
+    EXPECT_EQ(store.SetStr("flag", "Yes\n"), 0);
+    EXPECT_TRUE(store.GetAs<bool>("flag", false));
+    EXPECT_EQ(store.SetStr("rate", "48000.5"), 0);
+    EXPECT_EQ(store.GetAs<double>("rate", 0.0), 48000.5);
+
+    struct Refusal {
+        const char *key;
+        const char *text;
+        ml::WTErr code;
+    };
+    for (auto const &r :
+         {Refusal{"inputs:stem", "two", ml::eNotANumber},
+          Refusal{"inputs:stem", "2x", ml::eNotJustANumber},
+          Refusal{"inputs:stem", "99999999999", ml::eOutOfRangeNumber},
+          Refusal{"count", "-1", ml::eNegativeNumber}, Refusal{"flag", "maybe", ml::eNotANumber}})
+        EXPECT_EQ(store.SetStr(r.key, r.text), r.code) << r.key << " " << r.text;
+    EXPECT_EQ(store.GetAs<std::int32_t>("inputs:stem", 0), 2) << "a refused text loses nothing";
+    EXPECT_EQ(store.GetAs<std::uint32_t>("count", 0), 3u);
+    EXPECT_EQ(store.SetStr("inputs:stem", nullptr), ml::eMemNullPointer);
+
+    const std::int32_t five = 5;
+    EXPECT_EQ(store.SetBinary("inputs:stem", &five, sizeof five), 0);
+    EXPECT_EQ(store.GetAs<std::int32_t>("inputs:stem", 0), 5);
+    const unsigned char byte = 2;
+    EXPECT_EQ(store.SetBinary("flag", &byte, 1), 0);
+    EXPECT_TRUE(store.GetAs<bool>("flag", false)) << "any non-zero byte is true";
+    EXPECT_EQ(store.SetBinary("count", "abcdefgh", 8), 0) << "another size becomes bytes";
+    EXPECT_EQ(store.GetAs<std::string>("count", ""), "abcdefgh");
+    EXPECT_EQ(store.SetStr("free", "text"), 0);
+    EXPECT_EQ(store.GetAs<std::string>("free", ""), "text");
+    EXPECT_EQ(store.SetBinary("free", nullptr, 1), ml::eMemNullPointer);
+}
+
 } // namespace
