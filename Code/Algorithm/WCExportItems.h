@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cctype>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <string_view>
+#include <strings.h>
 #include <type_traits>
 
 #include "core/MirelNamespace.h"
@@ -74,40 +77,47 @@ void Print(T value, WCFixedStringBase &out) {
     }
 }
 
+// Reads the whole text as a T: blanks around the value are allowed, anything else is refused
+// with its code (-12 not a number, -13 trailing text, -14 negative for an unsigned type, -19
+// out of range) and `out` is left alone. Booleans read "true", "yes", "1", "false", "no", "0"
+// in any case.
 template <typename T>
-bool Parse(char const *text, T &value) {
+WTErr ParseWhole(char const *text, T &out) {
     if (text == nullptr)
-        return false;
+        return eMemNullPointer;
+    char const *end = text + std::strlen(text);
+    while (text != end && std::isspace(static_cast<unsigned char>(*text)))
+        ++text;
+    while (end != text && std::isspace(static_cast<unsigned char>(end[-1])))
+        --end;
+    const std::string_view word(text, static_cast<std::size_t>(end - text));
     if constexpr (std::is_same_v<T, bool>) {
-        if (std::strcmp(text, "true") == 0 || std::strcmp(text, "1") == 0) {
-            value = true;
-            return true;
-        }
-        if (std::strcmp(text, "false") == 0 || std::strcmp(text, "0") == 0) {
-            value = false;
-            return true;
-        }
-        return false;
+        auto is = [&](std::string_view known) {
+            return word.size() == known.size() &&
+                   strncasecmp(word.data(), known.data(), known.size()) == 0;
+        };
+        if (is("true") || is("yes") || is("1"))
+            out = true;
+        else if (is("false") || is("no") || is("0"))
+            out = false;
+        else
+            return eNotANumber;
+        return eNoErr;
     } else {
-        WCFixedString<127> holder(text);
-        if (holder.empty())
-            return false;
-        if constexpr (std::is_same_v<T, std::int32_t> || std::is_same_v<T, std::uint32_t>) {
-            long long wide = 0;
-            holder >> wide;
-            value = static_cast<T>(wide);
-        } else if constexpr (std::is_same_v<T, std::int64_t>) {
-            long long wide = 0;
-            holder >> wide;
-            value = static_cast<T>(wide);
-        } else if constexpr (std::is_same_v<T, std::uint64_t>) {
-            unsigned long long wide = 0;
-            holder >> wide;
-            value = static_cast<T>(wide);
-        } else {
-            holder >> value;
-        }
-        return true;
+        if (text != end && *text == '+')
+            ++text;
+        if (std::is_unsigned_v<T> && text != end && *text == '-')
+            return eNegativeNumber;
+        T parsed{};
+        const auto [stop, ec] = std::from_chars(text, end, parsed);
+        if (ec == std::errc::invalid_argument)
+            return eNotANumber;
+        if (ec == std::errc::result_out_of_range)
+            return eOutOfRangeNumber;
+        if (stop != end)
+            return eNotJustANumber;
+        out = parsed;
+        return eNoErr;
     }
 }
 
@@ -165,11 +175,7 @@ public:
         return eNoErr;
     }
     int set_value_str(char const *, char const *text) override {
-        T parsed{};
-        if (!ExportItemDetail::Parse(text, parsed))
-            return eValueWrongSize;
-        *m_value = parsed;
-        return eNoErr;
+        return ExportItemDetail::ParseWhole(text, *m_value);
     }
 
 private:

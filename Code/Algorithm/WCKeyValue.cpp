@@ -1,52 +1,11 @@
 #include "Code/Algorithm/WCKeyValue.h"
 
-#include <cctype>
-#include <charconv>
 #include <cstring>
-#include <string_view>
-#include <strings.h>
 #include <type_traits>
 
+#include "Code/Algorithm/WCExportItems.h"
+
 MIREL_NAMESPACE_BEGIN
-
-namespace {
-
-// Reads the whole text as a T: blanks around the value are allowed, anything else is not.
-template <typename T>
-WTErr ParseWhole(char const *text, T &out) {
-    char const *end = text + std::strlen(text);
-    while (text != end && std::isspace(static_cast<unsigned char>(*text)))
-        ++text;
-    while (end != text && std::isspace(static_cast<unsigned char>(end[-1])))
-        --end;
-    const std::string_view word(text, static_cast<std::size_t>(end - text));
-    if constexpr (std::is_same_v<T, bool>) {
-        auto is = [&](std::string_view known) {
-            return word.size() == known.size() &&
-                   strncasecmp(word.data(), known.data(), known.size()) == 0;
-        };
-        if (is("true") || is("yes") || is("1"))
-            out = true;
-        else if (is("false") || is("no") || is("0"))
-            out = false;
-        else
-            return eNotANumber;
-        return eNoErr;
-    } else {
-        if (text != end && *text == '+')
-            ++text;
-        if (std::is_unsigned_v<T> && text != end && *text == '-')
-            return eNegativeNumber;
-        const auto [stop, ec] = std::from_chars(text, end, out);
-        if (ec == std::errc::invalid_argument)
-            return eNotANumber;
-        if (ec == std::errc::result_out_of_range)
-            return eOutOfRangeNumber;
-        return stop == end ? eNoErr : eNotJustANumber;
-    }
-}
-
-} // namespace
 
 void WCKeyValue::Set(char const *key, Value value) {
     if (key == nullptr)
@@ -76,7 +35,7 @@ WTErr WCKeyValue::SetStr(char const *key, char const *text) {
             using H = std::decay_t<decltype(held)>;
             H parsed{};
             if constexpr (!std::is_same_v<H, std::string>) {
-                const WTErr err = ParseWhole(text, parsed);
+                const WTErr err = ExportItemDetail::ParseWhole(text, parsed);
                 if (err != eNoErr)
                     return err;
             }

@@ -25,6 +25,15 @@ TEST(WCExportItemsContainer, GenericItemsReadAndWriteThroughThePointerAtTheirExa
     EXPECT_EQ(volume, 3.5);
     EXPECT_EQ(items.set_value_str("track_volume", "1.25"), 0);
     EXPECT_EQ(volume, 1.25);
+    // Text that is not the item's type is refused with its code and changes nothing.
+    std::int32_t count = 4;
+    items.add_generic_item("count", &count);
+    EXPECT_EQ(items.set_value_str("track_volume", "loud"), ml::eNotANumber);
+    EXPECT_EQ(items.set_value_str("track_volume", "2 dB"), ml::eNotJustANumber);
+    EXPECT_EQ(items.set_value_str("count", "4294967296"), ml::eOutOfRangeNumber);
+    EXPECT_EQ(items.set_value_str("count", nullptr), ml::eMemNullPointer);
+    EXPECT_EQ(volume, 1.25);
+    EXPECT_EQ(count, 4);
     ml::WCFixedString<127> text;
     EXPECT_EQ(items.get_value_str("track_volume", text), 0);
     EXPECT_STREQ(text.c_str(), "1.25");
