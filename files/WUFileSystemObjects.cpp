@@ -296,5 +296,12 @@ void UnNormalizePathString(WCFixedStringBase &ioText) {
     ioText.assign(text.data(), text.size());
 }
 
+bool IsExistSpecificDiagnosticsFolder(char const *name) {
+    if (name == nullptr || *name == '\0')
+        return false;
+    WCStPath const diagnostics(eUserDomain, eMirelPreferencesFolder, "Diagnostics");
+    return diagnostics.IsValid() && WCStPath(diagnostics, name).IsFolder();
+}
+
 } // namespace FM
 MIREL_NAMESPACE_END

@@ -56,6 +56,10 @@ WTErr NormalizePathString(char const *text, WCFixedStringBase &outText);
 // separator) that texts from the other desktop system may carry; other texts are left alone.
 void UnNormalizePathString(std::string &ioText);
 void UnNormalizePathString(WCFixedStringBase &ioText);
+// Whether the diagnostics switch `name` is on: a folder of that name under "Diagnostics" in the
+// user's Mirel preferences. Switches are folders made by hand, so a shipped plug-in behaves
+// differently only on a machine a developer set up for it.
+bool IsExistSpecificDiagnosticsFolder(char const *name);
 
 } // namespace FM
 MIREL_NAMESPACE_END

@@ -7,6 +7,7 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/linux/WUNativeModule.h"
+#include "files/WUFileSystemObjects.h"
 #include "resources/GetAndFilterXMLResource.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -222,9 +223,9 @@ void cALGORITHM::Init_Key_Values() {
         if (!m_KeyValues.Has(key))
             m_KeyValues.Set(key, false);
     }
-    // The edit mode exists only where its diagnostics folder does; none is configured here.
     if (!m_KeyValues.Has("EnableMirelEditMode"))
-        m_KeyValues.Set("EnableMirelEditMode", false);
+        m_KeyValues.Set("EnableMirelEditMode",
+                        FM::IsExistSpecificDiagnosticsFolder("EnableMirelEditMode"));
     for (char const *key :
          {"inputs:stem", "sidechain_inputs:stem", "outputs:stem", "through_delay", "tail:length"}) {
         if (!m_KeyValues.Has(key))

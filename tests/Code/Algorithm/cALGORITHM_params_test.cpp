@@ -9,7 +9,9 @@
 #include "Code/Algorithm/PluginInstance.h"
 #include "Code/Algorithm/cALGORITHM.h"
 #include "core/WCStMemObj.h"
+#include "files/WUFileSystemObjects.h"
 #include "tests/support/WCSilentAlgorithm.h"
+#include "tests/support/WCTestHome.h"
 
 namespace {
 
@@ -144,6 +146,21 @@ TEST(AlgorithmKeyValues, FinishCreateAddsTheListedKeys) {
     for (std::string key; keys >> key;)
         EXPECT_TRUE(made.alg.HasPluginValue(key.c_str())) << key;
     EXPECT_TRUE(made.alg.GetPluginValue_bool("ARASupport", false)) << "set before, kept";
+}
+
+TEST(AlgorithmKeyValues, EditModeIsEnabledOnlyWhereItsDiagnosticsFolderExists) {
+    mirel_test::WCTestHome home;
+    {
+        WSMade made(kParamXML);
+        made.alg.FinishCreate();
+        EXPECT_FALSE(made.alg.GetPluginValue_bool("EnableMirelEditMode", true));
+    }
+    ml::FM::WCStPath const diagnostics(ml::FM::eUserDomain, ml::FM::eMirelPreferencesFolder,
+                                       "Diagnostics");
+    ASSERT_EQ(ml::FM::CreateFolder(ml::FM::WCStPath(diagnostics, "EnableMirelEditMode")), 0);
+    WSMade made(kParamXML);
+    made.alg.FinishCreate();
+    EXPECT_TRUE(made.alg.GetPluginValue_bool("EnableMirelEditMode", false));
 }
 
 TEST(AlgorithmKeyValues, BinaryAccessFallsThroughToExportItems) {
