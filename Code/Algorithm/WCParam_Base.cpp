@@ -40,6 +40,7 @@ void WCParam_Base::SetScale(double min, double max, double res, std::int32_t num
 
     const char *name = m_ScaleType.c_str();
     const bool extended = res > 1.0 && std::isfinite(res);
+    bool indexStates = false;
     if (std::strcmp(name, "linear") == 0) {
         SetScaleLin(m_Scale, min, max, res);
         m_Forward = extended ? ExtendedResLinearScale : LinearScale;
@@ -53,6 +54,7 @@ void WCParam_Base::SetScale(double min, double max, double res, std::int32_t num
         m_Forward = ToggleScale;
         m_Inverse = nullptr;
         m_Type = eParamTypeDiscrete;
+        indexStates = true;
     } else if (std::strcmp(name, "linearRanges") == 0 ||
                std::strcmp(name, "linearRangesWithRounding") == 0) {
         SetScaleLin(m_Scale, min, max, res);
@@ -67,6 +69,7 @@ void WCParam_Base::SetScale(double min, double max, double res, std::int32_t num
         m_Inverse = isMap ? InverseToggleMapScale : InverseToggleRangesScale;
         m_NumStates = static_cast<std::int32_t>(m_Scale.realWorldPoints.size());
         m_Type = eParamTypeDiscrete;
+        indexStates = !isMap;
     } else if (std::strcmp(name, "STDFreq") == 0) {
         SetScaleLin(m_Scale, min, max, res);
         m_Forward = FrqScale;
@@ -85,7 +88,10 @@ void WCParam_Base::SetScale(double min, double max, double res, std::int32_t num
         }
     }
     if (m_NumStates > 1) {
-        m_StateStep = kMaxState / (m_NumStates - 1);
+        // "toggle" and "toggleRanges" read their state as an index (modulo the count), so their
+        // states are whole numbers; spreading them over the 0..1000 axis would make index 2 of
+        // four quantise to 0.
+        m_StateStep = indexStates ? 1.0 : kMaxState / (m_NumStates - 1);
         m_Type = eParamTypeDiscrete;
     } else {
         m_StateStep = 0.0;

@@ -76,7 +76,17 @@ TEST(SetScale, MapKindsCountTheirPointsAndAreDiscrete) {
     EXPECT_EQ(param.GetNumStates(), 3);
     EXPECT_TRUE(param.IsDiscrete());
     EXPECT_EQ(param.GetScaleInfo().resolution, 1.0);
-    EXPECT_DOUBLE_EQ(param.GetStateStep(), 500.0);
+    EXPECT_DOUBLE_EQ(param.GetStateStep(), 1.0) << "the state is an index into the points";
+    EXPECT_EQ(param.StateToRealWorld(param.QuantizeState(2.2)), 4);
+
+    ml::WCParam_Base toggle;
+    toggle.SetScale(0, 3, 1, 4, 0, "toggle", nullptr, nullptr);
+    EXPECT_DOUBLE_EQ(toggle.QuantizeState(2.0), 2.0);
+    EXPECT_EQ(toggle.StateToRealWorld(toggle.QuantizeState(2.0)), 2);
+
+    ml::WCParam_Base map;
+    map.SetScale(0, 1, 1, 0, 0, "toggleMap", nullptr, nullptr, {10, 20, 30}, {0, 500, 1000});
+    EXPECT_DOUBLE_EQ(map.GetStateStep(), 500.0) << "map states are state points on the axis";
 }
 
 TEST(SetScale, NumberOfStatesSetsTheStep) {
