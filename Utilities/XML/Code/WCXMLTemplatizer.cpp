@@ -254,12 +254,14 @@ const pugi::xml_node *WCXMLTemplatizer::FindTemplate(const pugi::xml_node &insta
 }
 
 void WCXMLTemplatizer::EmitBody(const pugi::xml_node &body, std::ostream &stream) {
-    // Each expansion costs a byte of the limit, so that bodies writing nothing cannot loop for
-    // billions of array entries.
-    if (m_Cut || ++m_Written > m_OutputLimit) {
+    // Each expansion costs a short line of the limit, so that bodies writing nothing cannot loop
+    // for billions of array entries: the default limit allows about a million expansions.
+    constexpr std::uint64_t kExpansionCost = 64;
+    if (m_Cut || m_OutputLimit - m_Written < kExpansionCost) {
         m_Cut = true;
         return;
     }
+    m_Written += kExpansionCost;
     std::string text;
     // Text in a body is written like its elements, so a template can fill a structural element's
     // text; a body's leading text is kept in the template node itself when the document is read.
