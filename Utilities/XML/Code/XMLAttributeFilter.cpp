@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <vector>
 
 MIREL_NAMESPACE_BEGIN
@@ -17,7 +18,8 @@ bool Breaks(const char *value, const WSAttributeRequirement &rule) {
 void FilterOne(const WSAttributeRequirement &rule, CXMLElement &root) {
     // An explicit stack: documents from outside may nest deeper than the call stack allows.
     std::vector<CXMLElement *> pending{&root};
-    WCFixedString<255> value;
+    // Whole values: a code listed past any fixed length must still keep its element.
+    std::string value;
     while (!pending.empty()) {
         CXMLElement *element = pending.back();
         pending.pop_back();

@@ -52,6 +52,15 @@ TEST(XMLAttributeFilter, RulesApplyOneAfterAnother) {
     EXPECT_EQ(Names(root), "B()");
 }
 
+TEST(XMLAttributeFilter, ACodeFarIntoALongListStillKeepsItsElement) {
+    const std::string text = "<P><A S='" + std::string(300, 'x') + ",y'/></P>";
+    const WSAttributeRequirement rules[] = {{"S", "y"}};
+    ML::XML::CXMLElement element;
+    ASSERT_EQ(mirel_test::Parse(text, element), ML::eNoErr);
+    ML::XML::FilterXMLByAttributes(rules, 1, element);
+    EXPECT_EQ(Names(element), "A()");
+}
+
 TEST(XMLAttributeFilter, DeepTreesDoNotExhaustTheStack) {
     std::string text;
     for (int i = 0; i < 100000; ++i)
