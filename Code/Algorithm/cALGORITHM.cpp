@@ -68,7 +68,7 @@ cALGORITHM::~cALGORITHM() {
 void cALGORITHM::ResetAllmembers() {
     m_AlgName.clear();
     m_UserManualName.clear();
-    m_ThreeLetterName.clear();
+    m_AbbreviatedNames.clear();
     m_DefaultSkin.clear();
     m_SetupNames[0].clear();
     m_SetupNames[1].clear();
@@ -405,7 +405,6 @@ void cALGORITHM::SetAlgName(char const *name) {
     m_AlgName = name;
     if (m_UserManualName.empty())
         m_UserManualName = m_AlgName;
-    m_ThreeLetterName.assign(m_AlgName.c_str(), 3);
 }
 
 void cALGORITHM::SetAlgTypes(WCFourCC type, WCFourCC subType) {
@@ -421,11 +420,20 @@ int cALGORITHM::GetAlgName(WCFixedStringBase &out) const {
 int cALGORITHM::GetAlgNameOfLength(std::int64_t length, WCFixedStringBase &out) const {
     if (length <= 0)
         return eOutOfRangeNumber;
-    if (length == 3 && !m_ThreeLetterName.empty()) {
-        out = m_ThreeLetterName;
-        return eNoErr;
+    WCFixedString<63> const *shorter = nullptr;
+    for (auto const &[numChars, name] : m_AbbreviatedNames) {
+        if (numChars == length) {
+            out = name;
+            return eNoErr;
+        }
+        if (numChars < length && name.size() <= static_cast<std::uint64_t>(length) &&
+            (shorter == nullptr || name.size() > shorter->size()))
+            shorter = &name;
     }
-    out.assign(m_AlgName.c_str(), std::min<std::uint64_t>(length, m_AlgName.size()));
+    if (m_AlgName.size() > static_cast<std::uint64_t>(length) && shorter != nullptr)
+        out = *shorter;
+    else
+        out.assign(m_AlgName.c_str(), std::min<std::uint64_t>(length, m_AlgName.size()));
     return eNoErr;
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <pugixml.hpp>
@@ -187,7 +188,8 @@ public:
     WCFourCC GetAlgType() const { return m_AlgType; }
     WCFourCC GetAlgSubType() const { return m_AlgSubType; }
     int GetAlgName(WCFixedStringBase &out) const;
-    // The abbreviation of at most `length` characters, or the name cut to it.
+    // The name authored for exactly `length` characters ("AlgNameList"); else the whole name
+    // when it fits; else the longest authored name shorter than `length`; else the name cut.
     int GetAlgNameOfLength(std::int64_t length, WCFixedStringBase &out) const;
     bool IsNative() const { return m_IsNative; }
     bool IsNetShell() const { return m_IsNetShell; }
@@ -531,7 +533,8 @@ private:
     short m_PresetResourceNumber = 1000;
     WCFixedString<63> m_AlgName;
     WCFixedString<63> m_UserManualName;
-    WCFixedString<3> m_ThreeLetterName;
+    // The "AlgNameList" entries, by their "NumChars".
+    std::vector<std::pair<std::int64_t, WCFixedString<63>>> m_AbbreviatedNames;
     WCFixedString<63> m_DefaultSkin;
     mutable miThread::ThreadMutexInited m_AlgLock;
     mutable miThread::ThreadMutexInited m_ProcessLock;

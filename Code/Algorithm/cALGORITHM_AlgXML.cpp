@@ -88,8 +88,9 @@ int cALGORITHM::Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element) {
             SetAlgName(text);
         } else if (std::strcmp(tag, "AlgNameList") == 0) {
             for (pugi::xml_node name : child.children("Name")) {
-                if (name.attribute("NumChars").as_int() == 3)
-                    m_ThreeLetterName = name.text().get();
+                std::int64_t const numChars = name.attribute("NumChars").as_llong();
+                if (numChars > 0)
+                    m_AbbreviatedNames.emplace_back(numChars, name.text().get());
             }
         } else if (std::strcmp(tag, "UserManualName") == 0) {
             m_UserManualName = text;

@@ -240,7 +240,8 @@ TEST(AlgorithmXML, ElementsSetIdentityNumbersAndFlags) {
     WSMade made(nullptr);
     auto &alg = made.alg;
     const std::string xml = R"(<AlgXML><cALGORITHM>
-        <AlgName>Gain Filter</AlgName><AlgNameList><Name NumChars="3">GnF</Name></AlgNameList>
+        <AlgName>Gain Filter</AlgName><AlgNameList><Name NumChars="3">GnF</Name>
+          <Name NumChars="8">GainFltr</Name></AlgNameList>
         <AlgType>GnFl</AlgType><PresetXMLResID>1200</PresetXMLResID>
         <OptimalRefreshRate>abc</OptimalRefreshRate><UndoLevel>50</UndoLevel>
         <IsMidiListener/><DontNotifyPresetLoadedToHost/><NotAFlag/>
@@ -251,6 +252,14 @@ TEST(AlgorithmXML, ElementsSetIdentityNumbersAndFlags) {
     EXPECT_STREQ(name.c_str(), "Gain Filter");
     alg.GetAlgNameOfLength(3, name);
     EXPECT_STREQ(name.c_str(), "GnF");
+    alg.GetAlgNameOfLength(8, name);
+    EXPECT_STREQ(name.c_str(), "GainFltr");
+    alg.GetAlgNameOfLength(10, name);
+    EXPECT_STREQ(name.c_str(), "GainFltr") << "the longest authored name that fits";
+    alg.GetAlgNameOfLength(2, name);
+    EXPECT_STREQ(name.c_str(), "Ga") << "nothing authored fits: the name cut";
+    alg.GetAlgNameOfLength(20, name);
+    EXPECT_STREQ(name.c_str(), "Gain Filter");
     EXPECT_EQ(alg.GetAlgType(), ml::WCFourCC("GnFl"));
     EXPECT_EQ(alg.GetPresetResourceNumber(), 1200);
     EXPECT_EQ(alg.GetOptimalRefreshRate(), 80u) << "unreadable numbers keep the default";
