@@ -871,11 +871,14 @@ void WCRedisConnection::subscribe_thread_implementation() {
         if (m_listening.load() && reply != nullptr && reply->type == REDIS_REPLY_ARRAY &&
             reply->elements >= 3 && reply->element[1]->type == REDIS_REPLY_STRING &&
             reply->element[2]->type == REDIS_REPLY_STRING) {
-            WCFixedString<255> const from(TextOf(reply->element[1]));
+            std::string_view const fullChannel = TextOf(reply->element[1]);
+            WCFixedString<255> const from(fullChannel);
             std::string const message(TextOf(reply->element[2]));
             if (message == "quit") {
-                // Only our own channel may stop us; a pattern subscriber could see others.
-                if (from == channel)
+                // Only our own channel may stop us; a pattern subscriber could see others. The
+                // whole name is compared, since a channel cut to what the callback sees would
+                // never match a long one and unsubscribe would wait for ever.
+                if (fullChannel == channel.view())
                     m_listening = false;
             } else if (callback != nullptr) {
                 try {

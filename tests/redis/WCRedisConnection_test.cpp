@@ -397,6 +397,24 @@ TEST_F(ConnectionTest, QuitEndsTheSubscriptionButQuitWithABlankIsAMessage) {
     EXPECT_EQ(recorder.count(), 1u) << "\"quit\" never reaches the callback";
 }
 
+TEST_F(ConnectionTest, QuitEndsASubscriptionWhoseChannelIsLongerThanTheCallbackSees) {
+    // An instance name can run to 511 characters and is the channel of its text commands.
+    std::string const channel = "mi:" + std::string(400, 'c');
+    Recorder recorder;
+    m_connection.subscribe(channel.c_str(), &Recorder::Callback, &recorder);
+    ASSERT_TRUE(m_connection.is_listening());
+    m_probe->command({"PUBLISH", channel, "quit"});
+    EXPECT_TRUE(WaitFor([&] { return !m_connection.is_listening(); }));
+    EXPECT_EQ(recorder.count(), 0u);
+
+    m_connection.subscribe(channel.c_str(), &Recorder::Callback, &recorder);
+    m_probe->command({"PUBLISH", channel, "hello"});
+    ASSERT_TRUE(WaitFor([&] { return recorder.count() == 1; }));
+    EXPECT_EQ(recorder.messages[0].first, channel.substr(0, 255));
+    m_connection.unsubscribe();
+    EXPECT_FALSE(m_connection.is_listening());
+}
+
 TEST_F(ConnectionTest, FalseFromTheCallbackEndsTheSubscription) {
     Recorder recorder;
     recorder.result = false;
