@@ -81,6 +81,12 @@ int WCRedisConnection::connect() {
     SetError(eNoErr);
     if (!IsValid())
         return GetError();
+    // A larger number reaches another port (cut to five digits, or wrapped to 16 bits), so a
+    // port no server can have fails like an absent server instead.
+    if (m_port <= 0 || m_port > 65535) {
+        SetError(eRedisConnectFailed);
+        return GetError();
+    }
     redisContext *context = nullptr;
     {
         Platform::WCStSigPipeBlocker blocker;

@@ -170,6 +170,17 @@ TEST_F(ConfigFileTest, ServerThatIsNotRunningFailsQuietly) {
 
 class ClientTest : public mirel_redis_test::RedisServerTest {};
 
+TEST_F(ClientTest, PortOutOfRangeFailsInsteadOfReachingTheWrappedPort) {
+    // Past 65535 the number is wrapped or cut to its first five digits on its way to the socket.
+    for (int const port : {m_server->port() * 10 + 7, m_server->port() + 65536, 0}) {
+        WriteFile(default_config_path(), "bind 127.0.0.1\nport " + std::to_string(port) + "\n");
+        WCRedisClient client("A", "cat");
+        EXPECT_EQ(client.connect(), eRedisConnectFailed) << port;
+        EXPECT_FALSE(client.is_connected());
+    }
+    EXPECT_FALSE(m_probe->exists("mi:instance_counter")) << "a client reached the test server";
+}
+
 TEST_F(ClientTest, ConnectRegistersTheInstanceWithItsDetails) {
     m_probe->command({"SET", "mi:instance_counter", "6"});
     m_probe->command({"SADD", "mi:deactive_instances", "mi:active_plugins:A_B:7"});
