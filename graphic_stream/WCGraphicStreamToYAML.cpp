@@ -60,6 +60,9 @@ WTErr WCGraphicStreamToYAML::ExecStreamWithAllChecksums(
     m_ChecksumWalk = true;
     const WTErr result = ExecStream(stream, length);
     m_ChecksumWalk = false;
+    // A walk that stopped at a fault never reached AfterExceStream; the counts still tell how far
+    // it got, and the end frames it passed are among them.
+    m_ExecCommands_count = GetRecordCount();
 
     std::ostream &out = *m_Report;
     out << m_ExecCommands_count << " WCGraphicStreamToYAML.m_ExecCommands_count\n";

@@ -114,6 +114,24 @@ TEST(WCGraphicStreamToYAML, OneChecksumTooFewIsReportedOnce) {
     EXPECT_NE(text.find("1 WCGraphicStreamToYAML.m_count_missing\n"), std::string::npos);
 }
 
+TEST(WCGraphicStreamToYAML, CountsOfAWalkStoppedByAFaultStillAddUp) {
+    WSDemo demo;
+    const std::vector<std::uint64_t> checksums = demo.Checksums();
+    WCGraphicStreamToYAML yaml;
+    std::ostringstream report;
+    yaml.SetReportStream(report);
+    // The closing record is cut off, after three frames have closed.
+    ASSERT_EQ(yaml.ExecStreamWithAllChecksums(demo.Ptr(), demo.Size() - 8, checksums), -8);
+    ASSERT_EQ(yaml.GetCountEndFrames(), 3u);
+    EXPECT_EQ(yaml.GetExecCommandsCount(), yaml.GetRecordCount());
+    EXPECT_NE(report.str().find(std::to_string(yaml.GetRecordCount()) +
+                                " WCGraphicStreamToYAML.m_ExecCommands_count\n"),
+              std::string::npos);
+    EXPECT_NE(report.str().find(std::to_string(yaml.GetRecordCount() - 3) +
+                                " m_ExecCommands_count (without end frames)\n"),
+              std::string::npos);
+}
+
 TEST(WCGraphicStreamToYAML, PlainWalkShowsNoChecksums) {
     WSDemo demo;
     WCGraphicStreamToYAML yaml;
