@@ -156,10 +156,60 @@ int WCGraphicStreamEngineBase::ClipMultipleRects(SGSClipMultipleRects &) {
 int WCGraphicStreamEngineBase::ResourcesBaseURL(SGSData &data) {
     const std::string_view text = GetDataText(data);
     m_ResourcesBaseURL.assign(text.data(), text.size());
+    if (text.empty())
+        return 0;
+    WCStResContainerGraphicStream *container = nullptr;
+    if (const auto found = m_ResContainers.find(text); found != m_ResContainers.end()) {
+        container = found->second.get();
+    } else {
+        std::unique_ptr<WCStResContainerGraphicStream> made =
+            NewResContainerData(FM::WCStPath(std::string(text)));
+        if (made == nullptr)
+            return 0;
+        container = made.get();
+        m_ResContainers.emplace(std::string(text), std::move(made));
+    }
+    container->AddUse();
+    if (m_FrameStack.empty())
+        m_LooseResContainer = container;
+    else
+        m_FrameStack.back().m_ResContainer = container;
     return 0;
 }
 
-void WCGraphicStreamEngineBase::CloseRedundantResContainers() {}
+std::unique_ptr<WCStResContainerGraphicStream>
+WCGraphicStreamEngineBase::NewResContainerData(const FM::WCStPath &path) {
+    return std::make_unique<WCStResContainerGraphicStream>(path);
+}
+
+void WCGraphicStreamEngineBase::CloseRedundantResContainers() {
+    for (auto it = m_ResContainers.begin(); it != m_ResContainers.end();) {
+        WCStResContainerGraphicStream *container = it->second.get();
+        // One still named by an open frame stays, even when a nested stream reset the counts.
+        bool referenced = container == m_LooseResContainer;
+        for (const WSFrameState &state : m_FrameStack)
+            referenced = referenced || state.m_ResContainer == container;
+        if (container->GetUseCount() == 0 && !referenced)
+            it = m_ResContainers.erase(it);
+        else
+            ++it;
+    }
+}
+
+WCStResContainerGraphicStream *WCGraphicStreamEngineBase::GetResContainer() const noexcept {
+    if (!m_FrameStack.empty() && m_FrameStack.back().m_ResContainer != nullptr)
+        return m_FrameStack.back().m_ResContainer;
+    return m_LooseResContainer;
+}
+
+int WCGraphicStreamEngineBase::GetImageResource(std::int32_t resID,
+                                                WTResourceType *&outResource) {
+    outResource = nullptr;
+    WCStResContainerGraphicStream *container = GetResContainer();
+    if (container == nullptr)
+        return eRMContainerNotFound;
+    return container->GetImage(resID, outResource);
+}
 int WCGraphicStreamEngineBase::Remark(SGSData &) {
     return 0;
 }
@@ -189,7 +239,10 @@ void WCGraphicStreamEngineBase::RegisterBeginStream(SGSStream &stream) {
     if (m_StreamName.empty())
         m_StreamName.assign(name.data(), name.size());
     m_Stream = stream;
-    ResetResContainersCount();
+    // Counted per outermost stream: a nested stream that reset them would make its parent's
+    // folder look unused.
+    if (m_FrameStack.size() == 1)
+        ResetResContainersCount();
 }
 
 void WCGraphicStreamEngineBase::RegisterEndStream(SGSCommandHeader &) {
@@ -206,7 +259,10 @@ void WCGraphicStreamEngineBase::RegisterEndFrame(SGSCommandHeader &) {
         m_FrameStack.pop_back();
 }
 
-void WCGraphicStreamEngineBase::ResetResContainersCount() {}
+void WCGraphicStreamEngineBase::ResetResContainersCount() {
+    for (auto &entry : m_ResContainers)
+        entry.second->ResetUseCount();
+}
 int WCGraphicStreamEngineBase::BeforeExceStream(char *) {
     return 0;
 }
@@ -248,6 +304,8 @@ void WCGraphicStreamEngineBase::ResetWalkState() {
     m_StreamName.clear();
     m_Stream = SGSStream{};
     m_ResourcesBaseURL.clear();
+    m_LooseResContainer = nullptr;
+    ResetResContainersCount();
     m_RecordCount = 0;
     m_CurrentRecordOffset = 0;
     m_NextFloatArray = 0;
@@ -300,6 +358,7 @@ WTErr WCGraphicStreamEngineBase::Walk(char *stream, std::uint64_t length) {
         offset += static_cast<std::uint64_t>(header.size);
     }
 
+    CloseRedundantResContainers();
     AfterExceStream(stream);
     m_EndTime = std::chrono::steady_clock::now();
     return result;

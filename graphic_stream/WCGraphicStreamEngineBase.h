@@ -2,6 +2,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,7 +14,9 @@
 #include "core/WCPoint2D.h"
 #include "core/WTErrors.h"
 #include "core/WURect.h"
+#include "files/WCStPath.h"
 #include "graphic_stream/GraphicStreamDefs.h"
+#include "graphic_stream/WCStResContainerGraphicStream.h"
 
 MIREL_NAMESPACE_BEGIN
 namespace miGS {
@@ -29,6 +35,11 @@ namespace miGS {
 // nothing is thrown out of a walk. The buffer must start at a 4-byte boundary, which every memory
 // object and heap block does.
 //
+// Each resources-folder record makes the folder's container the one of the stream (and of its
+// frames): GetImageResource takes images by number from it. Containers stay with the engine from
+// walk to walk while its streams name them, and the ones the last stream did not name are closed
+// at the end of a walk.
+//
 // DataPtr records carry a pointer of the writing process. The engine follows such pointers only
 // after FollowDataPointers(true), which a painter of streams written in its own process sets; for
 // a stream from a file or another process their payload reads as absent.
@@ -46,6 +57,8 @@ public:
         std::int64_t m_AbsoluteY = 0;
         std::vector<SGSRect> m_ClipRects;
         WCFixedString<63> m_Name;
+        // The resources of the innermost stream that named its folder; owned by the engine.
+        WCStResContainerGraphicStream *m_ResContainer = nullptr;
     };
 
     // The outcome of one frame in ExecStreamWithFrameChecksums.
@@ -95,8 +108,10 @@ public:
     virtual int ClipVertices(SGSDrawVertices &vertices);
     virtual int ClipRect(SGSClipRect &clip);
     virtual int ClipMultipleRects(SGSClipMultipleRects &clip);
-    // The base keeps the folder text, see GetResourcesBaseURL.
+    // The base keeps the folder text (see GetResourcesBaseURL), finds or makes the folder's
+    // container and counts a use of it.
     virtual int ResourcesBaseURL(SGSData &data);
+    // Closes the containers the current stream did not use; called at the end of every walk.
     virtual void CloseRedundantResContainers();
     virtual int Remark(SGSData &data);
     virtual int MetaData(SGSData &data);
@@ -113,6 +128,9 @@ public:
     virtual void RegisterBeginFrame(SGSFrame &frame);
     virtual void RegisterEndFrame(SGSCommandHeader &header);
     virtual void ResetResContainersCount();
+    // Makes the container of a folder named by a stream; a painter may return its own kind.
+    virtual std::unique_ptr<WCStResContainerGraphicStream>
+    NewResContainerData(const FM::WCStPath &path);
     virtual int BeforeExceStream(char *stream);
     virtual int AfterExceStream(char *stream);
 
@@ -134,6 +152,13 @@ public:
     void SetScalingFactor(double factor) noexcept { m_ScalingFactor = factor; }
     double GetScalingFactor() const noexcept { return m_ScalingFactor; }
     const WURect<short> &GetWindowRect() const noexcept { return m_WindowRect; }
+
+    // The container of the innermost stream or frame whose stream named a folder, or null.
+    WCStResContainerGraphicStream *GetResContainer() const noexcept;
+    // An image of that container by resource number, loaded once and kept while the container
+    // is; eRMContainerNotFound when no folder was named.
+    int GetImageResource(std::int32_t resID, WTResourceType *&outResource);
+    std::size_t GetNumResContainers() const noexcept { return m_ResContainers.size(); }
 
     // The font of the innermost frame (the default font outside any frame).
     const SGSFont &GetFont() const noexcept;
@@ -218,6 +243,11 @@ private:
     WCFixedString<63> m_StreamName;
     SGSStream m_Stream;
     WCFixedString<1023> m_ResourcesBaseURL;
+    // By folder text; std::less<> finds a folder by the record's text without a copy.
+    std::map<std::string, std::unique_ptr<WCStResContainerGraphicStream>, std::less<>>
+        m_ResContainers;
+    // The container named by a record outside any stream.
+    WCStResContainerGraphicStream *m_LooseResContainer = nullptr;
     std::vector<std::vector<float>> m_FloatArrays;
     std::vector<std::vector<std::int16_t>> m_Int16Arrays;
     std::vector<std::vector<std::uint16_t>> m_Uint16Arrays;
