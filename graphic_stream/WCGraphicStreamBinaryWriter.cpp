@@ -26,6 +26,30 @@ std::size_t TextLength(const char *text) noexcept {
     return text != nullptr ? std::strlen(text) : 0;
 }
 
+// Growing the memory object may move its block, so a source that lies inside the stream (a
+// record copied from the stream into itself) is held as an offset across the growth and found
+// again in the new block.
+class WSSourceInStream {
+public:
+    WSSourceInStream(const Utils::WCStMemObj &memory, const void *source) noexcept
+        : m_Source(source) {
+        const auto block = reinterpret_cast<std::uintptr_t>(memory.GetPtr());
+        const auto at = reinterpret_cast<std::uintptr_t>(source);
+        if (block != 0 && at >= block && at - block < memory.GetSize())
+            m_Offset = at - block;
+    }
+    const void *Get(const Utils::WCStMemObj &memory) const noexcept {
+        if (m_Offset == kOutside)
+            return m_Source;
+        return static_cast<const char *>(memory.GetPtr()) + m_Offset;
+    }
+
+private:
+    static constexpr std::uintptr_t kOutside = ~std::uintptr_t(0);
+    const void *m_Source;
+    std::uintptr_t m_Offset = kOutside;
+};
+
 } // namespace
 
 WCGraphicStreamBinaryWriter::WCGraphicStreamBinaryWriter(Utils::WCStMemObj &target,
@@ -71,9 +95,10 @@ void WCGraphicStreamBinaryWriter::CountOpenedFrame(std::uint64_t bytes) noexcept
 
 template <typename Record>
 void WCGraphicStreamBinaryWriter::AppendRecord(const Record &record) {
+    const WSSourceInStream source(*m_Target, &record);
     void *place = m_Target->InPlaceAppendAndReserve(sizeof(Record));
     if (place != nullptr)
-        std::memcpy(place, &record, sizeof(Record));
+        std::memcpy(place, source.Get(*m_Target), sizeof(Record));
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSStream &stream) {
@@ -148,19 +173,27 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(const SGSData
         bytes = static_cast<std::uint64_t>(header.num_elements) *
                 static_cast<std::uint64_t>(GraphicStreamDataTypeElementSize(header.type));
     MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, *this);
-    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(SGSData) + bytes));
+    // The padding is reserved with the record, so a memory object that cannot grow leaves no
+    // record without its padding behind.
+    const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
+    const std::uint64_t padding = RoundUp4(unpadded) - unpadded;
+    const WSSourceInStream headerSource(*m_Target, &header);
+    const WSSourceInStream payloadSource(*m_Target, payload);
+    auto *place = static_cast<char *>(
+        m_Target->InPlaceAppendAndReserve(sizeof(SGSData) + bytes + padding));
     if (place == nullptr)
         return *this;
-    std::memcpy(place, &header, sizeof(SGSData));
+    std::memcpy(place, headerSource.Get(*m_Target), sizeof(SGSData));
+    place += sizeof(SGSData);
     if (bytes != 0) {
         // Without a source the payload is zeroed rather than left undefined, so the record still
         // holds the bytes its count announces and a reader stays in step.
         if (payload != nullptr)
-            std::memcpy(place + sizeof(SGSData), payload, bytes);
+            std::memcpy(place, payloadSource.Get(*m_Target), bytes);
         else
-            std::memset(place + sizeof(SGSData), 0, bytes);
+            std::memset(place, 0, bytes);
     }
-    m_Target->ResizePtrAlign(4, kPaddingByte);
+    std::memset(place + bytes, kPaddingByte, padding);
     return *this;
 }
 

@@ -1,5 +1,6 @@
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
+#include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -122,6 +123,32 @@ TEST(WCGraphicStreamBinaryWriter, PreparedHeaderKeepsItsSize) {
     header.header.size = 28;
     writer.ClearStream().DataHere(header, rgb);
     EXPECT_EQ(memory.GetSize(), 28u);
+}
+
+TEST(WCGraphicStreamBinaryWriter, RecordsCopiedFromTheStreamIntoItselfSurviveItsGrowth) {
+    WCGraphicStreamBinaryWriter source;
+    source.DrawTheText(7, eGSAlignLeft, eGSAlignTop).DataHereStr("Hello");
+    const char *draw = source.GetStreamPtr();
+    const char *text = draw + 24;
+    // Each memory object holds one record and is exactly full, so copying that record into it
+    // has to grow it; the neighbouring block makes the growth move it.
+    {
+        Utils::WCStMemObj memory(draw, 24);
+        Utils::WCStMemObj neighbour(draw, 24);
+        WCGraphicStreamBinaryWriter writer(memory);
+        writer.DrawTheText(*reinterpret_cast<const SGSDrawText *>(writer.GetStreamPtr()));
+        ASSERT_EQ(memory.GetSize(), 48u);
+        EXPECT_EQ(std::memcmp(writer.GetStreamPtr() + 24, draw, 24), 0);
+    }
+    {
+        Utils::WCStMemObj memory(text, 36);
+        Utils::WCStMemObj neighbour(text, 36);
+        WCGraphicStreamBinaryWriter writer(memory);
+        const char *stream = writer.GetStreamPtr();
+        writer.DataHere(*reinterpret_cast<const SGSData *>(stream), stream + 28);
+        ASSERT_EQ(memory.GetSize(), 72u);
+        EXPECT_EQ(std::memcmp(writer.GetStreamPtr() + 36, text, 36), 0);
+    }
 }
 
 TEST(WCGraphicStreamBinaryWriter, RemarksAreOffAndMetadataOnByDefault) {
