@@ -293,6 +293,9 @@ int WCGSArrays::GetDrawInstructionsArrays(WCGraphicStreamBinaryWriter &writer, s
     if (total == 0)
         return eNoErr;
     const bool withColors = GetNumColors() > 0;
+    // Refused before the first record, so a fault leaves no vertices without their draw record.
+    if (withColors && GetNumColors() < WindowEnd())
+        return eGMNoColors;
 
     SGSDrawVertices vertices;
     vertices.header.command = command;

@@ -65,6 +65,7 @@ TEST(WCGSArrays, TooFewColoursOrNoVerticesAreFaults) {
     arrays.AddColor_3ub(1, 2, 3);
     WCGraphicStreamBinaryWriter writer;
     EXPECT_EQ(arrays.GetDrawInstructionsLineStrip(writer), eGMNoColors);
+    EXPECT_EQ(writer.GetStreamSize(), 0u);
     EXPECT_EQ(arrays.GiveVerticesToGS(writer, 0, 0), eNoErr);
 
     WCGSArrays empty;
