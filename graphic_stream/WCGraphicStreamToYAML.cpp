@@ -411,7 +411,7 @@ void WCGraphicStreamToYAML::EmitPayload(const SGSData &data) {
     case eGSTypeInt32: EmitElements<std::int32_t>(out, payload, count); break;
     case eGSTypeFloat: EmitElements<float>(out, payload, count); break;
     case eGSTypeRect: {
-        out << YAML::BeginSeq;
+        out << YAML::Flow << YAML::BeginSeq;
         const auto *bytes = static_cast<const unsigned char *>(payload);
         for (std::int32_t i = 0; i < count; ++i) {
             SGSRect rect;
