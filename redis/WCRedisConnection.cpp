@@ -253,7 +253,7 @@ void WCRedisConnection::del_all_keys() {
     clear_argv();
     m_argv.push_back("DEL");
     m_argvLengths.push_back(3);
-    for (WTRedisKey const &key : m_keysToDelete) {
+    for (std::string const &key : m_keysToDelete) {
         m_argv.push_back(key.c_str());
         m_argvLengths.push_back(key.size());
     }

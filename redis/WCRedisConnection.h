@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -44,6 +45,9 @@ struct WSRedisKeyLess {
     }
 };
 using WTRedisKeySet = std::set<WTRedisKey, WSRedisKeyLess>;
+// The keys a connection deletes when it ends, kept whole: a key cut to 511 characters would name
+// another key.
+using WTRedisKeysToDelete = std::set<std::string, WSRedisKeyLess>;
 
 // [subscribe-thread] Receives one message of a subscription; false ends the subscription, and
 // so does an exception.
@@ -163,7 +167,7 @@ public:
         m_shouldDeleteCurrentKeys = shouldDelete;
     }
     bool get_should_delete_current_keys() const noexcept { return m_shouldDeleteCurrentKeys; }
-    WTRedisKeySet const &get_keys_to_delete() const noexcept { return m_keysToDelete; }
+    WTRedisKeysToDelete const &get_keys_to_delete() const noexcept { return m_keysToDelete; }
 
     // Starts the subscribe thread on `channel` and returns once it listens or has given up. Does
     // nothing while a subscription runs, when not connected, or for a null channel.
@@ -233,7 +237,7 @@ private:
     std::uint64_t m_pendingReplies;
     bool m_shouldDeleteCurrentKeys;
     int m_port;
-    WTRedisKeySet m_keysToDelete;
+    WTRedisKeysToDelete m_keysToDelete;
     WTRedisStack m_stack;
     std::vector<const char *> m_argv;
     std::vector<std::size_t> m_argvLengths;

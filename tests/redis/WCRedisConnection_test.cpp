@@ -298,6 +298,9 @@ TEST_F(ConnectionTest, DisconnectDeletesCreatedKeysOnly) {
     m_connection.left_push_to_list_now("list", "x");
     m_connection.increment_value("counter", 1);
     m_probe->command({"SET", "foreign", "1"});
+    std::string const longKey(600, 'k');
+    m_connection.set_value_now(longKey.c_str(), "1");
+    m_probe->command({"SET", longKey.substr(0, 511), "foreign"});
     m_connection.disconnect();
 
     EXPECT_EQ(m_connection.GetError(), eRedisNotConnected);
@@ -308,6 +311,8 @@ TEST_F(ConnectionTest, DisconnectDeletesCreatedKeysOnly) {
     EXPECT_TRUE(m_probe->exists("list")) << "list pushes are not remembered";
     EXPECT_TRUE(m_probe->exists("counter"));
     EXPECT_TRUE(m_probe->exists("foreign"));
+    EXPECT_FALSE(m_probe->exists(longKey)) << "a long key is deleted whole";
+    EXPECT_TRUE(m_probe->exists(longKey.substr(0, 511))) << "not the key its cut name names";
 }
 
 TEST_F(ConnectionTest, ForgottenKeysAndKeysWrittenWithDeletingOffSurviveTheDisconnect) {
