@@ -1,6 +1,7 @@
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 
@@ -101,8 +102,19 @@ void WCGraphicStreamBinaryWriter::AppendRecord(const Record &record) {
         std::memcpy(place, source.Get(*m_Target), sizeof(Record));
 }
 
+// Names in fixed fields are read as zero-terminated text, so the last byte of the field is zero
+// in the stream even when the caller filled the whole field.
+void WCGraphicStreamBinaryWriter::TerminateText(std::uint64_t recordStart, std::uint64_t field,
+                                                std::uint64_t fieldSize) noexcept {
+    const std::uint64_t last = recordStart + field + fieldSize - 1;
+    if (last < m_Target->GetSize())
+        static_cast<char *>(m_Target->GetPtr())[last] = '\0';
+}
+
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSStream &stream) {
+    const std::uint64_t start = m_Target->GetSize();
     AppendRecord(stream);
+    TerminateText(start, offsetof(SGSStream, stream_name), sizeof stream.stream_name);
     return *this;
 }
 
@@ -127,7 +139,9 @@ WCGraphicStreamBinaryWriter::RotateFrame(const SGSFrameRotate &rotate) {
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const SGSFont &font) {
+    const std::uint64_t start = m_Target->GetSize();
     AppendRecord(font);
+    TerminateText(start, offsetof(SGSFont, name), sizeof font.name);
     return *this;
 }
 

@@ -58,7 +58,8 @@ public:
     std::uint64_t GetFramesBytes() const noexcept { return m_FramesBytes; }
     void CountOpenedFrame(std::uint64_t bytes) noexcept;
 
-    // Raw records, copied byte for byte.
+    // Raw records, copied byte for byte, except that the last byte of a stream or font name is
+    // always zero.
     WCGraphicStreamBinaryWriter &OpenStream(const SGSStream &stream);
     WCGraphicStreamBinaryWriter &OpenFrame(const SGSFrame &frame);
     WCGraphicStreamBinaryWriter &CloseFrame(std::int32_t command);
@@ -212,6 +213,8 @@ public:
 private:
     template <typename Record>
     void AppendRecord(const Record &record);
+    void TerminateText(std::uint64_t recordStart, std::uint64_t field,
+                       std::uint64_t fieldSize) noexcept;
     template <typename T>
     WCGraphicStreamBinaryWriter &Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
                                           std::size_t count, std::int32_t method,

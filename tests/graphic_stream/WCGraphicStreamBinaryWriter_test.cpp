@@ -42,6 +42,12 @@ TEST(WCGraphicStreamBinaryWriter, StreamRecordLaysOutSizeSignatureAndName) {
     EXPECT_EQ(At<std::int32_t>(memory, 36), 0);
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), "EQ-7");
     EXPECT_EQ(At<char>(memory, 111), '\0');
+
+    // A name that fills the whole field keeps 63 characters and its terminating zero.
+    SGSStream full;
+    std::memset(full.stream_name, 'n', sizeof full.stream_name);
+    writer.ClearStream().OpenStream(full);
+    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), std::string(63, 'n'));
 }
 
 TEST(WCGraphicStreamBinaryWriter, DataHerePadsItsPayloadToFourBytesWithUnderscores) {
@@ -326,6 +332,11 @@ TEST(WCGraphicStreamBinaryWriter, FontNamesAreCutTo31Characters) {
     EXPECT_EQ(At<SGSRGBAColor>(memory, 44).red, 9);
     EXPECT_EQ(At<SGSRGBAColor>(memory, 44).alpha, 255);
     EXPECT_EQ(At<std::uint32_t>(memory, 48), 3u);
+
+    SGSFont full;
+    std::memset(full.name, 'f', sizeof full.name);
+    writer.ClearStream().Font(full);
+    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 8), std::string(31, 'f'));
 }
 
 TEST(WCGraphicStreamBinaryWriter, TextWithAndWithoutItsString) {
