@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 #include "core/WUAssert.h"
 #include "graphic_stream/GSConversions.h"
@@ -439,6 +440,20 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNGAtPositionMulti
 
 // ---- Shapes ----
 
+namespace {
+
+// The end point of an arc line is truncated towards zero; in pixels it then wraps to 16 bits like
+// the start point, where a plain conversion of a double beyond a short would be undefined.
+template <typename T>
+T ArcEndCoordinate(double value) noexcept {
+    if constexpr (std::is_integral_v<T>)
+        return static_cast<T>(static_cast<std::uint16_t>(static_cast<std::int64_t>(value)));
+    else
+        return static_cast<T>(value);
+}
+
+} // namespace
+
 template <typename T>
 WCGraphicStreamBinaryWriter &
 WCGraphicStreamBinaryWriter::Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
@@ -476,9 +491,13 @@ WCGraphicStreamBinaryWriter::DrawArcLine(const WCRGBAColor &color, double angleD
     const double r = static_cast<double>(radius);
     WCPoint2D<T> points[2];
     points[0] = WCPoint2D<T>(static_cast<T>(rect.left + radius), static_cast<T>(rect.top + radius));
-    // A conversion to short truncates towards zero, which is the rule for the end point.
-    points[1] = WCPoint2D<T>(static_cast<T>(rect.left + r + r * std::sin(angle)),
-                             static_cast<T>(rect.top + r - r * std::cos(angle)));
+    // An angle that is no number (a broken value) draws the pointer at zero length instead of
+    // sending it to an arbitrary point.
+    points[1] = points[0];
+    if (std::isfinite(angle)) {
+        points[1] = WCPoint2D<T>(ArcEndCoordinate<T>(rect.left + r + r * std::sin(angle)),
+                                 ArcEndCoordinate<T>(rect.top + r - r * std::cos(angle)));
+    }
     return Vertices(color, points, 2, eGSLineStrip, antialias ? 0u : eGSNoAntialias, width,
                     pattern);
 }

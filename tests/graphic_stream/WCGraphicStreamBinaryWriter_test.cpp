@@ -1,5 +1,6 @@
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
+#include <cmath>
 #include <cstring>
 #include <string>
 
@@ -281,7 +282,8 @@ TEST(WCGraphicStreamBinaryWriter, LinesAndArcLines) {
     struct {
         double angle;
         short x, y;
-    } const table[] = {{0, 10, 0}, {90, 20, 10}, {180, 10, 20}, {270, 0, 10}, {45, 17, 2}};
+    } const table[] = {{0, 10, 0},   {90, 20, 10}, {180, 10, 20},      {270, 0, 10},
+                       {45, 17, 2},  {NAN, 10, 10}, {INFINITY, 10, 10}};
     for (auto const &row : table) {
         writer.ClearStream().DrawArcLine(WCRGBAColor(), row.angle, WURect<short>(0, 0, 20, 20));
         Utils::WCStMemObj &memory = writer.GetMemObj();
