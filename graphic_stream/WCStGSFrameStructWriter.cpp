@@ -5,6 +5,17 @@
 MIREL_NAMESPACE_BEGIN
 namespace miGS {
 
+namespace {
+
+// A size that does not fit 32 bits wraps, as a 16-bit rectangle's does in 16 bits, instead of
+// overflowing a signed integer.
+std::int32_t Difference32(std::int32_t high, std::int32_t low) noexcept {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(high) -
+                                     static_cast<std::uint32_t>(low));
+}
+
+} // namespace
+
 WCStGSFrameStructWriter::WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer,
                                                  const SGSFrame &frame)
     : m_Writer(writer) {
@@ -17,8 +28,8 @@ WCStGSFrameStructWriter::WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &wr
     SGSFrame frame;
     frame.rect.location.x = rect.left;
     frame.rect.location.y = rect.top;
-    frame.rect.size.width = rect.right - rect.left;
-    frame.rect.size.height = rect.bottom - rect.top;
+    frame.rect.size.width = Difference32(rect.right, rect.left);
+    frame.rect.size.height = Difference32(rect.bottom, rect.top);
     Open(frame);
 }
 

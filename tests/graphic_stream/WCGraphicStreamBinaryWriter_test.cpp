@@ -394,6 +394,11 @@ TEST(WCStGSFrameStructWriter, NestedGuardsCloseInnerBeforeOuter) {
     EXPECT_EQ(RectAt(memory, frame + 16), (Rect{2, 1, 20, 10}));
     EXPECT_EQ(writer.GetNumFramesOpened(), 2u);
     EXPECT_EQ(writer.GetFramesBytes(), 64u);
+
+    // A size beyond 32 bits wraps rather than overflowing.
+    writer.ClearStream();
+    WCStGSFrameStructWriter huge(writer, WURect<int>(0, -2000000000, 10, 2000000000), 0);
+    EXPECT_EQ(RectAt(memory, 16), (Rect{-2000000000, 0, -294967296, 10}));
 }
 
 TEST(WCStGSFrameStructWriter, ExplicitCloseAndClearedStream) {
