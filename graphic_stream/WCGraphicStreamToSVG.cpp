@@ -126,8 +126,9 @@ void WCGraphicStreamToSVG::CloseGroup() {
 }
 
 int WCGraphicStreamToSVG::BeginStream(SGSStream &stream) {
-    if (m_Parents.size() > 1 || !m_Root->GetSubElements().empty() ||
-        m_Root->AttribExists("width")) {
+    // Only an earlier stream makes the root an SVG root; a remark or a loose record before the
+    // first stream must not.
+    if (m_Parents.size() > 1 || m_Root->AttribExists("xmlns")) {
         // A stream inside a stream is drawn like a frame.
         OpenGroup(stream.frame.rect.location.x, stream.frame.rect.location.y);
         return 0;

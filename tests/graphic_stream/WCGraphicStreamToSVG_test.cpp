@@ -89,6 +89,25 @@ TEST(WCGraphicStreamToSVG, ImagesReferToTheirResourceNumber) {
     EXPECT_EQ(rotation->GetSubElements().front(), images[2]);
 }
 
+TEST(WCGraphicStreamToSVG, StreamAfterLooseRecordsStillMakesTheRoot) {
+    WSStreamSVG svg([](WCGraphicStreamBinaryWriter &writer) {
+        writer.ActivateRemarks(true).Remark("made by hand");
+        SGSStream stream;
+        stream.frame.rect.size = {30, 20};
+        WCStGSStreamStructWriter guard(writer, stream);
+        SGSStream inner;
+        inner.frame.rect.location = {4, 5};
+        WCStGSStreamStructWriter nested(writer, inner);
+        writer.DrawPNG(static_cast<short>(3));
+    });
+    ASSERT_EQ(svg.m_Result, eNoErr);
+    EXPECT_EQ(Attrib(&svg.m_Root, "xmlns"), "http://www.w3.org/2000/svg");
+    EXPECT_EQ(Attrib(&svg.m_Root, "width"), "30");
+    const auto groups = Elements(svg.m_Root, "g");
+    ASSERT_EQ(groups.size(), 1u);
+    EXPECT_EQ(Attrib(groups[0], "transform"), "translate(4,5)");
+}
+
 TEST(WCGraphicStreamToSVG, ImageWithoutResourceAddsNothing) {
     WSStreamSVG svg([](WCGraphicStreamBinaryWriter &writer) {
         WCStGSStreamStructWriter stream(writer, SGSStream());
