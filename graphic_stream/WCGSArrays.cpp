@@ -266,6 +266,8 @@ int WCGSArrays::GiveVerticesToGS(WCGraphicStreamBinaryWriter &writer, std::size_
         return eGMNoVertices;
     if (m_Dimensions != 2 && m_Dimensions != 3)
         return eGMNoVertices;
+    if (first > GetNumVerticesTotal() || count > GetNumVerticesTotal() - first)
+        return eGMNoVertices;
     const std::int32_t purpose = m_Dimensions == 2 ? eGSPurposePoint2D : eGSPurposePoint3D;
     const unsigned char *data = VertexBytes() + first * GetSingleVerticeSizeInBytes();
     const std::size_t elements = count * static_cast<std::size_t>(m_Dimensions);
@@ -278,7 +280,7 @@ int WCGSArrays::GiveVerticesToGS(WCGraphicStreamBinaryWriter &writer, std::size_
 
 int WCGSArrays::GiveColorsToGS(WCGraphicStreamBinaryWriter &writer, std::size_t first,
                                std::size_t count) {
-    if (GetNumColors() < first + count)
+    if (first > GetNumColors() || count > GetNumColors() - first)
         return eGMNoColors;
     const std::int32_t purpose = m_ColorBytes == 3 ? eGSPurposeRGBColor : eGSPurposeRGBAColor;
     writer.Data(ColorBytes() + first * GetSingleColorSizeInBytes(),

@@ -67,6 +67,10 @@ TEST(WCGSArrays, TooFewColoursOrNoVerticesAreFaults) {
     EXPECT_EQ(arrays.GetDrawInstructionsLineStrip(writer), eGMNoColors);
     EXPECT_EQ(writer.GetStreamSize(), 0u);
     EXPECT_EQ(arrays.GiveVerticesToGS(writer, 0, 0), eNoErr);
+    // Vertices beyond the arrays are not read.
+    EXPECT_EQ(arrays.GiveVerticesToGS(writer, 1, 2), eGMNoVertices);
+    EXPECT_EQ(arrays.GiveVerticesToGS(writer, 3, 0), eGMNoVertices);
+    EXPECT_EQ(arrays.GiveColorsToGS(writer, SIZE_MAX, 2), eGMNoColors);
 
     WCGSArrays empty;
     writer.ClearStream();
