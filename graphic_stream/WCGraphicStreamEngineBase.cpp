@@ -271,8 +271,13 @@ int WCGraphicStreamEngineBase::AfterExceStream(char *) {
 }
 
 WTErr WCGraphicStreamEngineBase::ExecStream(char *stream, std::uint64_t length) {
-    if (stream == nullptr)
-        return length == 0 ? eNoErr : kGSErrBadRecordSize;
+    if (stream == nullptr) {
+        if (length != 0)
+            return kGSErrBadRecordSize;
+        // An empty stream is still walked, so an exporter makes its (empty) document.
+        alignas(SGSData) static char nothing[sizeof(SGSCommandHeader)];
+        stream = nothing;
+    }
     // Records are read in place; a buffer off the 4-byte grid cannot hold a valid stream.
     if (reinterpret_cast<std::uintptr_t>(stream) % alignof(SGSData) != 0)
         return kGSErrBadRecordSize;

@@ -57,6 +57,17 @@ TEST(GSDumpTool, WritesSvgAndChecksums) {
     EXPECT_NE(ReadFile(counts).find("0 WCGraphicStreamToYAML.m_count_missing"), std::string::npos);
 }
 
+TEST(GSDumpTool, EmptyFileGivesEmptyDocuments) {
+    mirel_test::WCTempDir dir;
+    const auto empty = dir.path() / "empty.gs";
+    std::ofstream(empty, std::ios::binary).flush();
+    const auto out = dir.path() / "out";
+    ASSERT_EQ(RunDump("--svg " + Quote(empty) + " -o " + Quote(out)), 0);
+    EXPECT_EQ(ReadFile(out).rfind("<svg", 0), 0u) << ReadFile(out);
+    ASSERT_EQ(RunDump(Quote(empty) + " -o " + Quote(out)), 0);
+    EXPECT_EQ(ReadFile(out), "[]\n");
+}
+
 TEST(GSDumpTool, CorruptStreamLeavesTheOutputAlone) {
     mirel_test::WCTempDir dir;
     const std::string stream = ReadFile(kDemo);
