@@ -699,10 +699,12 @@ void WCRedisConnection::subscribe(const char *channel, WTSubscriptionCallback ca
         return;
     {
         std::lock_guard<std::mutex> guard(m_subscriptionLock);
-        if (m_subscriptionContext != nullptr || m_listening.load() || m_subscriptionStarting)
+        if (m_listening.load() || m_subscriptionStarting)
             return;
     }
-    // A subscription that ended on its own leaves its thread to be joined.
+    // A subscription that ended on its own leaves its thread to be joined, and may still be
+    // closing its socket; waiting for it lets a caller subscribe again as soon as the old one
+    // stopped listening, instead of being ignored for that moment.
     unsubscribe();
 
     std::unique_lock<std::mutex> lock(m_subscriptionLock);

@@ -170,7 +170,8 @@ public:
     WTRedisKeysToDelete const &get_keys_to_delete() const noexcept { return m_keysToDelete; }
 
     // Starts the subscribe thread on `channel` and returns once it listens or has given up. Does
-    // nothing while a subscription runs, when not connected, or for a null channel.
+    // nothing while a subscription listens, when not connected, or for a null channel; one that
+    // has stopped listening is waited for, and then replaced.
     void subscribe(const char *channel, WTSubscriptionCallback callback, void *user);
     // Publishes "quit" on the channel and waits for the subscribe thread to end. Called from the
     // subscribe thread itself (inside the callback) it only publishes "quit".

@@ -413,6 +413,7 @@ TEST_F(ConnectionTest, QuitEndsASubscriptionWhoseChannelIsLongerThanTheCallbackS
     EXPECT_EQ(recorder.count(), 0u);
 
     m_connection.subscribe(channel.c_str(), &Recorder::Callback, &recorder);
+    ASSERT_TRUE(m_connection.is_listening());
     m_probe->command({"PUBLISH", channel, "hello"});
     ASSERT_TRUE(WaitFor([&] { return recorder.count() == 1; }));
     EXPECT_EQ(recorder.messages[0].first, channel.substr(0, 255));
@@ -436,6 +437,19 @@ TEST_F(ConnectionTest, FalseFromTheCallbackEndsTheSubscription) {
     EXPECT_TRUE(m_connection.is_listening());
     m_probe->command({"PUBLISH", "chan", "three"});
     EXPECT_TRUE(WaitFor([&] { return recorder.count() == 2; }));
+}
+
+TEST_F(ConnectionTest, SubscribingAgainRightAfterQuitListensAgain) {
+    Recorder recorder;
+    for (int round = 0; round < 20; ++round) {
+        m_connection.subscribe("chan", &Recorder::Callback, &recorder);
+        ASSERT_TRUE(m_connection.is_listening()) << "round " << round;
+        m_probe->command({"PUBLISH", "chan", "quit"});
+        // No sleep: the next subscribe comes while the old thread may still be closing.
+        auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (m_connection.is_listening() && std::chrono::steady_clock::now() < deadline) {
+        }
+    }
 }
 
 bool ThrowingCallback(const char *, const char *, void *) {
