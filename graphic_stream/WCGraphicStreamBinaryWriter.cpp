@@ -33,8 +33,12 @@ std::size_t TextLength(const char *text) noexcept {
 // again in the new block.
 class WSSourceInStream {
 public:
-    WSSourceInStream(const Utils::WCStMemObj &memory, const void *source) noexcept
+    WSSourceInStream(const Utils::WCStMemObj &memory, const void *source,
+                     std::uint64_t appended) noexcept
         : m_Source(source) {
+        // Without growth nothing moves, which is the common case on every redraw.
+        if (appended <= memory.GetCapacity() - memory.GetSize())
+            return;
         const auto block = reinterpret_cast<std::uintptr_t>(memory.GetPtr());
         const auto at = reinterpret_cast<std::uintptr_t>(source);
         if (block != 0 && at >= block && at - block < memory.GetSize())
@@ -96,26 +100,19 @@ void WCGraphicStreamBinaryWriter::CountOpenedFrame(std::uint64_t bytes) noexcept
 }
 
 template <typename Record>
-void WCGraphicStreamBinaryWriter::AppendRecord(const Record &record) {
-    const WSSourceInStream source(*m_Target, &record);
-    void *place = m_Target->InPlaceAppendAndReserve(sizeof(Record));
+char *WCGraphicStreamBinaryWriter::AppendRecord(const Record &record) {
+    const WSSourceInStream source(*m_Target, &record, sizeof(Record));
+    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(Record)));
     if (place != nullptr)
         std::memcpy(place, source.Get(*m_Target), sizeof(Record));
-}
-
-// Names in fixed fields are read as zero-terminated text, so the last byte of the field is zero
-// in the stream even when the caller filled the whole field.
-void WCGraphicStreamBinaryWriter::TerminateText(std::uint64_t recordStart, std::uint64_t field,
-                                                std::uint64_t fieldSize) noexcept {
-    const std::uint64_t last = recordStart + field + fieldSize - 1;
-    if (last < m_Target->GetSize())
-        static_cast<char *>(m_Target->GetPtr())[last] = '\0';
+    return place;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSStream &stream) {
-    const std::uint64_t start = m_Target->GetSize();
-    AppendRecord(stream);
-    TerminateText(start, offsetof(SGSStream, stream_name), sizeof stream.stream_name);
+    // The name is read as zero-terminated text, so its last byte is zero in the stream even when
+    // the caller filled the whole field; the font's name below likewise.
+    if (char *place = AppendRecord(stream))
+        place[offsetof(SGSStream, stream_name) + sizeof stream.stream_name - 1] = '\0';
     return *this;
 }
 
@@ -140,9 +137,8 @@ WCGraphicStreamBinaryWriter::RotateFrame(const SGSFrameRotate &rotate) {
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const SGSFont &font) {
-    const std::uint64_t start = m_Target->GetSize();
-    AppendRecord(font);
-    TerminateText(start, offsetof(SGSFont, name), sizeof font.name);
+    if (char *place = AppendRecord(font))
+        place[offsetof(SGSFont, name) + sizeof font.name - 1] = '\0';
     return *this;
 }
 
@@ -192,10 +188,10 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(const SGSData
     // record without its padding behind.
     const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
     const std::uint64_t padding = RoundUp4(unpadded) - unpadded;
-    const WSSourceInStream headerSource(*m_Target, &header);
-    const WSSourceInStream payloadSource(*m_Target, payload);
-    auto *place = static_cast<char *>(
-        m_Target->InPlaceAppendAndReserve(sizeof(SGSData) + bytes + padding));
+    const std::uint64_t recordBytes = sizeof(SGSData) + bytes + padding;
+    const WSSourceInStream headerSource(*m_Target, &header, recordBytes);
+    const WSSourceInStream payloadSource(*m_Target, payload, recordBytes);
+    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(recordBytes));
     if (place == nullptr)
         return *this;
     std::memcpy(place, headerSource.Get(*m_Target), sizeof(SGSData));
@@ -208,7 +204,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(const SGSData
         else
             std::memset(place, 0, bytes);
     }
-    std::memset(place + bytes, kPaddingByte, padding);
+    for (std::uint64_t i = 0; i < padding; ++i)
+        place[bytes + i] = kPaddingByte;
     return *this;
 }
 

@@ -211,10 +211,9 @@ public:
                                              std::int32_t vAlign = eGSAlignVCenter);
 
 private:
+    // The place of the appended record, or null when the memory object could not grow.
     template <typename Record>
-    void AppendRecord(const Record &record);
-    void TerminateText(std::uint64_t recordStart, std::uint64_t field,
-                       std::uint64_t fieldSize) noexcept;
+    char *AppendRecord(const Record &record);
     template <typename T>
     WCGraphicStreamBinaryWriter &Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
                                           std::size_t count, std::int32_t method,
