@@ -91,8 +91,9 @@ void WCGraphicStreamToYAML::CountUse(bool show) {
     else
         ++m_count_skips;
     if (!has_checksums()) {
-        if (m_count_missing++ == 0)
-            *m_Report << "not enough checksums\n";
+        // One line per record left without its checksum, so the report shows where they ran out.
+        ++m_count_missing;
+        *m_Report << "not enough checksums\n";
         return;
     }
     const std::uint64_t checksum = next_checksum();

@@ -98,7 +98,7 @@ TEST(WCGraphicStreamToYAML, AsManyChecksumsAsRecordsAreAllShown) {
               checksums[1]);
 }
 
-TEST(WCGraphicStreamToYAML, OneChecksumTooFewIsReportedOnce) {
+TEST(WCGraphicStreamToYAML, EachMissingChecksumIsReportedOnce) {
     WSDemo demo;
     std::vector<std::uint64_t> checksums = demo.Checksums();
     checksums.pop_back();
@@ -112,6 +112,15 @@ TEST(WCGraphicStreamToYAML, OneChecksumTooFewIsReportedOnce) {
     ASSERT_NE(first, std::string::npos);
     EXPECT_EQ(text.find("not enough checksums", first + 1), std::string::npos);
     EXPECT_NE(text.find("1 WCGraphicStreamToYAML.m_count_missing\n"), std::string::npos);
+
+    // Each record beyond the list says so.
+    checksums.resize(checksums.size() - 2);
+    report.str("");
+    ASSERT_EQ(yaml.ExecStreamWithAllChecksums(demo.Ptr(), demo.Size(), checksums), eNoErr);
+    EXPECT_EQ(yaml.GetCountMissing(), 3u);
+    const std::string line = "not enough checksums\n";
+    EXPECT_EQ(report.str().rfind(line + line + line, 0), 0u);
+    EXPECT_EQ(report.str().find(line + line + line + line), std::string::npos);
 }
 
 TEST(WCGraphicStreamToYAML, CountsOfAWalkStoppedByAFaultStillAddUp) {
