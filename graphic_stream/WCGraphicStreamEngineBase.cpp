@@ -202,8 +202,7 @@ WCStResContainerGraphicStream *WCGraphicStreamEngineBase::GetResContainer() cons
     return m_LooseResContainer;
 }
 
-int WCGraphicStreamEngineBase::GetImageResource(std::int32_t resID,
-                                                WTResourceType *&outResource) {
+int WCGraphicStreamEngineBase::GetImageResource(std::int32_t resID, WTResourceType *&outResource) {
     outResource = nullptr;
     WCStResContainerGraphicStream *container = GetResContainer();
     if (container == nullptr)
