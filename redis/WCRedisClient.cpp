@@ -269,7 +269,11 @@ int WCRedisClient::read_data(YAML::Node const &node, std::string &outText, const
                     outText.assign(reply->str, reply->len);
             };
             if (ScalarOf(node, "path", name)) {
-                fileResult = FM::ReadTheWholeFile(FM::WCStPath(name), outText);
+                FM::WCStPath const file(name);
+                // A device such as /dev/zero or a pipe has no end to read up to: any publisher
+                // could make the host block or fill its memory, so only plain files are read.
+                bool const special = file.IsExist() && !file.IsFile() && !file.IsFolder();
+                fileResult = special ? eFMIsNotAFile : FM::ReadTheWholeFile(file, outText);
                 if (fileResult != eNoErr)
                     outText.clear();
                 outSource = "path";

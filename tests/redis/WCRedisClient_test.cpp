@@ -298,6 +298,21 @@ TEST_F(DataTest, MissingFileFailsTheReadOnlyWhenNoOtherSourceFollows) {
     EXPECT_EQ(text, "from key");
 }
 
+TEST_F(DataTest, ReadRefusesAPathThatIsNoPlainFile) {
+    // A device or a pipe could be read for ever; each refusal names what the path is.
+    std::filesystem::create_directories(path("folder"));
+    std::pair<std::string, int> const cases[] = {{path("folder"), eFMIsAFolder},
+                                                 {"/dev/null", eFMIsNotAFile}};
+    for (auto const &[target, code] : cases) {
+        std::string text = "stale";
+        const char *source = nullptr;
+        EXPECT_EQ(m_client.read_data(YAML::Load("{path: '" + target + "'}"), text, source), code)
+            << target;
+        EXPECT_TRUE(text.empty());
+        EXPECT_STREQ(source, "path");
+    }
+}
+
 TEST_F(DataTest, ReadServesEachSource) {
     WriteFile(path("in.txt"), std::string("line\nwith\0zero", 14));
     m_probe->command({"HSET", "h", "f", "hashed"});
