@@ -544,15 +544,16 @@ bool WCRedisConnection::set_value_if_not_exist(const char *key, const char *valu
 void WCRedisConnection::set_hash_item_now_if_hash_exists(const char *key, const char *field,
                                                          const char *value) {
     MIREL_ASSERT_RETURN(key != nullptr && field != nullptr && value != nullptr, );
+    // Writing into a hash that is already there does not make it ours to delete at the end.
     if (get_type(key) == "hash")
-        set_hash_item_now(key, field, value);
+        run_now({"HSET", key, field, value});
 }
 
 void WCRedisConnection::set_hash_item_now_if_key_exists(const char *key, const char *field,
                                                         const char *value) {
     MIREL_ASSERT_RETURN(key != nullptr && field != nullptr && value != nullptr, );
     if (is_hash_key(key, field))
-        set_hash_item_now(key, field, value);
+        run_now({"HSET", key, field, value});
 }
 
 void WCRedisConnection::remove_from_list_by_value_now(const char *key, const char *value,

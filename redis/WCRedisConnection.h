@@ -147,6 +147,8 @@ public:
     std::int64_t increment_hash_value(const char *key, const char *field, std::int64_t delta);
     // "SET" key value "NX" (and "PX" ttl when ttl is not 0); true when the key was set.
     bool set_value_if_not_exist(const char *key, const char *value, std::int64_t ttlMs = 0);
+    // "HSET" only into a hash, or a field, that is already there; the hash is not remembered for
+    // deletion, since this connection did not create it.
     void set_hash_item_now_if_hash_exists(const char *key, const char *field, const char *value);
     void set_hash_item_now_if_key_exists(const char *key, const char *field, const char *value);
     void remove_from_list_by_value_now(const char *key, const char *value, std::int64_t count);

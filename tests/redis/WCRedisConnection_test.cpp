@@ -276,6 +276,10 @@ TEST_F(ConnectionTest, ConditionalHashWritesCheckFirst) {
     m_connection.set_hash_item_now_if_key_exists("hash", "present", "y");
     EXPECT_EQ(m_probe->integer({"HEXISTS", "hash", "absent"}), 0);
     EXPECT_EQ(m_probe->hget("hash", "present"), "y");
+
+    // They never create the hash, so it stays its owner's when this connection ends.
+    m_connection.disconnect();
+    EXPECT_EQ(m_probe->hget("hash", "f"), "x");
 }
 
 TEST_F(ConnectionTest, DelKeysPatternDeletesOnlyMatches) {
