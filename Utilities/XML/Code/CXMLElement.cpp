@@ -159,17 +159,25 @@ CXMLElement &CXMLElement::operator=(const CXMLElement &other) {
 
 CXMLElement &CXMLElement::operator=(CXMLElement &&other) noexcept {
     if (this != &other) {
-        ClearSubElements();
-        SetError(other.GetError());
-        m_name = other.m_name;
-        m_text = std::move(other.m_text);
-        m_isCDATA = other.m_isCDATA;
-        m_subElements = std::move(other.m_subElements);
-        m_attributes = std::move(other.m_attributes);
-        m_parent = nullptr;
+        // Everything is taken out of `other` before this element's children are deleted, since
+        // `other` may be one of them (an element replaced by one of its own descendants).
+        const WTErr error = other.GetError();
+        const WTName name = other.m_name;
+        std::string text = std::move(other.m_text);
+        const bool isCDATA = other.m_isCDATA;
+        std::vector<CXMLElement *> subElements = std::move(other.m_subElements);
+        std::string attributes = std::move(other.m_attributes);
         other.m_subElements.clear();
         other.m_isCDATA = false;
         other.m_name.clear();
+        ClearSubElements();
+        SetError(error);
+        m_name = name;
+        m_text = std::move(text);
+        m_isCDATA = isCDATA;
+        m_subElements = std::move(subElements);
+        m_attributes = std::move(attributes);
+        m_parent = nullptr;
     }
     return *this;
 }

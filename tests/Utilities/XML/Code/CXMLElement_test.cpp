@@ -166,6 +166,18 @@ TEST_F(CXMLElementTree, CopyIsDeepAndIndependent) {
     EXPECT_TRUE(assigned.GetSubElements().empty());
 }
 
+TEST_F(CXMLElementTree, MoveAssigningADescendantReplacesTheTreeByThatSubTree) {
+    root = std::move(*root.GetSubElements()[0]);
+    EXPECT_EQ(root.GetName().compare("a"), 0);
+    std::string names;
+    for (const CXMLElement *child : root.GetSubElements())
+        names += child->GetName().c_str();
+    EXPECT_EQ(names, "xy");
+    root = std::move(*root.GetSubElements()[1]);
+    EXPECT_EQ(root.GetName().compare("y"), 0);
+    EXPECT_TRUE(root.GetSubElements().empty());
+}
+
 TEST_F(CXMLElementTree, ClearEmptiesEverythingAndMemoryShrinks) {
     const auto before = root.GetMemoryUsage();
     EXPECT_GT(before, 7 * sizeof(CXMLElement));
