@@ -123,11 +123,9 @@ int read_xml_from_string_inplace(std::string &text, pugi::xml_document &doc) {
 
 int write_xml_to_file(const pugi::xml_document &doc, const XML::WTXMLPath &path,
                       unsigned int format) {
-    if (path.has_parent_path()) {
-        const WTErr err = XML::CreateFolder(path.parent_path());
-        if (err != eNoErr)
-            return err;
-    }
+    // A folder that cannot be made is a failed write like any other: callers test for one code.
+    if (path.has_parent_path() && XML::CreateFolder(path.parent_path()) != eNoErr)
+        return eFMWriteFailed;
     std::string text;
     pugi_xml_std_str_writer writer(text);
     doc.save(writer, kIndent, format != 0 ? format : pugi::format_indent);

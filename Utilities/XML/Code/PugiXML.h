@@ -45,7 +45,7 @@ int read_xml_from_string_inplace(std::string &text, pugi::xml_document &doc);
 
 // Creates the parent folder, then writes the document indented by one blank with `format`
 // (pugi::format_indent when 0). Atomic: the file appears complete or not at all.
-// eFMWriteFailed, or the folder's code.
+// eFMWriteFailed for any failure, the folder's included.
 int write_xml_to_file(const pugi::xml_document &doc, const XML::WTXMLPath &path,
                       unsigned int format = 0);
 // Indented by one blank with pugi::format_indent. The string and memory object are replaced.

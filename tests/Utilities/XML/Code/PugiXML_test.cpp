@@ -81,6 +81,9 @@ TEST(PugiXMLWriting, FilesAreIndentedByOneBlankAndWrittenWhole) {
               "<a>1</a>\n");
 
     EXPECT_EQ(ML::PugiXML::write_xml_to_file(doc, dir.path()), ML::eFMWriteFailed);
+    WriteText(dir.path() / "in-the-way", "x");
+    EXPECT_EQ(ML::PugiXML::write_xml_to_file(doc, dir.path() / "in-the-way" / "out.xml"),
+              ML::eFMWriteFailed);
 }
 
 TEST(PugiXMLConversion, ElementTreeToPugiAndBack) {
