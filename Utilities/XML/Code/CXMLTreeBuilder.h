@@ -69,7 +69,7 @@ public:
     // Writes the same text to an open file at its cursor: every byte, or the file layer's code.
     WTErr AppendToOpenFile(FM::WTOpenFileType *const file) const;
     // Writes the same text to `path` with permissions rw-r--r-- (less the umask), atomically: an
-    // existing file is replaced only once the new one is complete. The folder must exist.
+    // existing file is replaced only once the new one is complete. Missing folders are made.
     WTErr WriteToDataFork(const WTXMLPath &path) const;
 
     CXMLElement *GetRoot() const noexcept { return m_root; }

@@ -13,8 +13,8 @@ namespace XML {
 
 // The XML layer's few file operations, done by the file layer (FM). The layer's functions take
 // std::filesystem paths; these hand them to FM and keep the codes the layer has always given
-// where FM's answer differs (a missing folder on the way is eFMFileNotFound, and a document is
-// never written into a folder that does not exist). Errors are the codes of the file-manager band.
+// where FM's answer differs (a file standing where a folder of the path should be is
+// eFMFileNotFound when reading). Errors are the codes of the file-manager band.
 // [any-thread]; the functions share no state.
 
 // The path type of the layer's file functions: a native path, UTF-8 on Linux.
@@ -37,8 +37,9 @@ WTErr CreateFolder(const WTXMLPath &folder);
 WTErr GetDesktopFolder(WTXMLPath &folder);
 
 // Writes `size` bytes to `path`, all or nothing: a new file beside it is renamed over it once
-// complete, so a failure leaves an earlier file whole and no temporary file behind. The folder
-// must exist (eFMFileNotFound). `mode` is the POSIX permission of the file, less the umask.
+// complete, so a failure leaves an earlier file whole and no temporary file behind. Missing
+// folders are made; a file in their way gives eFMIsAFile. `mode` is the POSIX permission of the
+// file, less the umask.
 WTErr WriteWholeFile(const WTXMLPath &path, const void *data, std::uint64_t size,
                      unsigned int mode = 0644);
 
