@@ -9,6 +9,8 @@
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "core/WUAssert.h"
+#include "files/WCStPath.h"
+#include "files/WUOpenFile.h"
 #include "tests/Utilities/XML/Code/XMLTestSupport.h"
 #include "tests/support/WCTestHome.h"
 
@@ -183,6 +185,31 @@ TEST(CXMLTreeBuilderWriting, ReadDocumentKeepsItsDeclarationAndMemoryTreeHasNone
     CXMLElement memoryRoot("m");
     EXPECT_FALSE(CXMLTreeBuilder(memoryRoot).FormatXMLDecl(declaration));
     EXPECT_EQ(declaration.compare("keep"), 0);
+}
+
+TEST(CXMLTreeBuilderWriting, MemoryAndOpenFileTargetsGetTheSameTextAsTheString) {
+    CXMLElement root;
+    CXMLTreeBuilder builder(root);
+    const std::string text = "<?xml version=\"1.0\"?><r><a k=\"&amp;\">1</a></r>";
+    ASSERT_EQ(builder.BuildFromSingleBuffer(text.data(), text.size()), ML::eNoErr);
+    std::string expected;
+    ASSERT_EQ(builder.WriteToString(expected), ML::eNoErr);
+
+    ML::Utils::WCStMemObj memory("stale bytes", 11);
+    ASSERT_EQ(builder.WriteToWCStMemObj(memory), ML::eNoErr);
+    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()), memory.GetSize()), expected);
+
+    // Written at the file's cursor, after what is there.
+    mirel_test::WCTempDir dir;
+    const auto path = dir.path() / "log.xml";
+    std::ofstream(path) << "head\n";
+    ML::FM::WTOpenFileType file = ML::FM::kNoOpenFile;
+    ASSERT_EQ(ML::FM::CreateAFile(ML::FM::WCStPath(path.native()), ML::FM::eFMCreateAppend,
+                                  ML::FM::eFMWritePermission, file),
+              ML::eNoErr);
+    EXPECT_EQ(builder.AppendToOpenFile(&file), ML::eNoErr);
+    ASSERT_EQ(ML::FM::CloseFile(file), ML::eNoErr);
+    EXPECT_EQ(ReadFile(path), "head\n" + expected);
 }
 
 TEST(CXMLTreeBuilderWriting, CheckedWriteReplacesInvalidSubTrees) {
