@@ -42,6 +42,11 @@ WCStFileReadFromZip::WCStFileReadFromZip(WCStPath const &zipPath)
         SetError(eFMIsAFolder);
         return;
     }
+    // The zip library opens what it is given and reads it: a pipe would block it for ever.
+    if (!zipPath.IsFile()) {
+        SetError(eFMIsNotAFile);
+        return;
+    }
     int zipError = 0;
     m_zip = zip_open(BoostPath(zipPath).c_str(), ZIP_RDONLY, &zipError);
     if (m_zip == nullptr) {

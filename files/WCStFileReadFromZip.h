@@ -19,9 +19,10 @@ namespace FM {
 
 // A zip file open for reading its entries, for the life of the object.
 //
-// Invalid with eFMFileNotFound (no file), eFMIsAFolder, eFMReadFailed (not a zip, or damaged),
-// eFMOpenFailed or eFMPermissionErr. An entry is found by its full name, or else by its leaf
-// alone, so "Images/knob.png" is found as "knob.png" too; a missing entry is eFMFileNotFound.
+// Invalid with eFMFileNotFound (no file), eFMIsAFolder, eFMIsNotAFile (a device or a pipe),
+// eFMReadFailed (not a zip, or damaged), eFMOpenFailed or eFMPermissionErr. An entry is found by
+// its full name, or else by its leaf alone, so "Images/knob.png" is found as "knob.png" too; a
+// missing entry is eFMFileNotFound.
 // Entries larger than kMaxEntrySize are refused with eFMFileSizeTooBig, and a damaged entry
 // (short data, bad checksum) is eFMReadFailed with the output left empty. One thread at a time.
 // [any-thread]

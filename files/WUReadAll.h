@@ -53,11 +53,15 @@ private:
 };
 
 // Reads from offset 0 to the end. The size the system reports is only a first guess: files that
-// grow, and special files that report 0, are read until the end all the same.
+// grow, and files of /proc that report 0, are read until the end all the same. Devices are
+// refused (eFMIsNotAFile), since one such as /dev/zero has no end and would fill the memory.
 template <class Sink>
 WTErr ReadAllFromStart(WTOpenFileType file, Sink &sink) {
+    WTErr error = Platform::CheckPlainFile(file);
+    if (error != eNoErr)
+        return error;
     std::uint64_t position = 0;
-    WTErr error = Platform::SeekFile(file, 0, eFMFromStart, position);
+    error = Platform::SeekFile(file, 0, eFMFromStart, position);
     if (error != eNoErr)
         return error;
     std::uint64_t guess = 0;

@@ -78,17 +78,34 @@ WTErr OpenFile(char const *path, int permissions, WEDisposition disposition, int
     }
     if ((flags & O_CREAT) && !wantWrite)
         return eFMWrongParameters;
+    // Without O_NONBLOCK, opening a pipe waits for a writer (or reader) that may never come.
     int fd;
     do {
-        fd = ::open(path, flags, static_cast<mode_t>(mode));
+        fd = ::open(path, flags | O_NONBLOCK, static_cast<mode_t>(mode));
     } while (fd < 0 && errno == EINTR);
-    if (fd < 0)
-        return ErrnoToFMError(errno, eFMOpenFailed);
-    // open() succeeds on a folder for reading; callers asked for a file.
+    if (fd < 0) {
+        int const failure = errno;
+        struct stat named {};
+        // A pipe opened for writing with no reader, or a socket, fails with ENXIO: no file either.
+        if (failure == ENXIO && ::stat(path, &named) == 0 &&
+            (S_ISFIFO(named.st_mode) || S_ISSOCK(named.st_mode)))
+            return eFMIsNotAFile;
+        return ErrnoToFMError(failure, eFMOpenFailed);
+    }
+    // open() succeeds on a folder for reading; callers asked for a file. A pipe or a socket has
+    // no contents to seek in or to read to an end.
     struct stat info {};
-    if (::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode)) {
+    if (::fstat(fd, &info) == 0) {
+        if (S_ISDIR(info.st_mode) || S_ISFIFO(info.st_mode) || S_ISSOCK(info.st_mode)) {
+            ::close(fd);
+            return S_ISDIR(info.st_mode) ? eFMIsAFolder : eFMIsNotAFile;
+        }
+    }
+    int const status = ::fcntl(fd, F_GETFL);
+    if (status == -1 || ::fcntl(fd, F_SETFL, status & ~O_NONBLOCK) == -1) {
+        int const failure = errno;
         ::close(fd);
-        return eFMIsAFolder;
+        return ErrnoToFMError(failure, eFMOpenFailed);
     }
     outFile = fd;
     return eNoErr;
@@ -210,6 +227,17 @@ WTErr GetOpenFileSize(WTOpenFileType file, std::uint64_t &outSize) noexcept {
         return ErrnoToFMError(errno, eFMIOError);
     outSize = static_cast<std::uint64_t>(info.st_size);
     return eNoErr;
+}
+
+WTErr CheckPlainFile(WTOpenFileType file) noexcept {
+    if (file == kNoOpenFile)
+        return eFMIllegalOpenFileRef;
+    struct stat info {};
+    if (::fstat(AsFd(file), &info) != 0)
+        return ErrnoToFMError(errno, eFMIOError);
+    if (S_ISDIR(info.st_mode))
+        return eFMIsAFolder;
+    return S_ISREG(info.st_mode) ? eNoErr : eFMIsNotAFile;
 }
 
 WTErr CreateUniqueFile(std::string const &folder, std::string const &prefix, int mode,

@@ -39,6 +39,8 @@ WTErr SeekFile(WTOpenFileType file, std::int64_t offset, WEPositionMode mode,
 WTErr TruncateFile(WTOpenFileType file, std::uint64_t size) noexcept;
 WTErr SyncFile(WTOpenFileType file) noexcept;
 WTErr GetOpenFileSize(WTOpenFileType file, std::uint64_t &outSize) noexcept;
+// eNoErr for a regular file; eFMIsNotAFile for a device, pipe or socket, eFMIsAFolder for a folder.
+WTErr CheckPlainFile(WTOpenFileType file) noexcept;
 
 // Creates a new file, never an existing one, in `folder` with a name of `prefix` and random
 // characters, opened for reading and writing with `mode` (less the umask).

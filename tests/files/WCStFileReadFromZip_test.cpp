@@ -1,6 +1,7 @@
 #include "files/WCStFileReadFromZip.h"
 
 #include <map>
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -91,6 +92,9 @@ TEST(WCStFileReadFromZip, UnreadableZipsGiveTheirCodes) {
     EXPECT_EQ(FM::WCStFileReadFromZip(PathOf(dir.path() / "missing.zip")).GetError(),
               eFMFileNotFound);
     EXPECT_EQ(FM::WCStFileReadFromZip(PathOf(dir.path())).GetError(), eFMIsAFolder);
+    ASSERT_EQ(mkfifo((dir.path() / "pipe.zip").c_str(), 0600), 0);
+    EXPECT_EQ(FM::WCStFileReadFromZip(PathOf(dir.path() / "pipe.zip")).GetError(), eFMIsNotAFile)
+        << "refused instead of waiting for a writer";
     WriteText(dir.path() / "garbage.zip", "this is not a zip archive at all, just text");
     EXPECT_EQ(FM::WCStFileReadFromZip(PathOf(dir.path() / "garbage.zip")).GetError(),
               eFMReadFailed);

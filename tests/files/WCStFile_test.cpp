@@ -2,11 +2,13 @@
 
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
 #include "core/WCStMemObj.h"
 #include "files/WTPathType.h"
+#include "files/WUFileSystemObjects.h"
 #include "files/WUOpenFile.h"
 #include "tests/files/FilesTestSupport.h"
 #include "tests/support/WCTestHome.h"
@@ -185,6 +187,26 @@ TEST_F(WCStFileTest, MissingFilesAndFoldersGiveTheirCodes) {
     EXPECT_EQ(invalid.ReadToStdString(text), eFMFileNotFound);
     EXPECT_EQ(text, "untouched");
     EXPECT_FALSE(fs::exists(At("none.txt")));
+}
+
+// A pipe would block the opener until a writer comes, and /dev/zero never ends: both are refused
+// at once, and the caller's buffer keeps what it held.
+TEST_F(WCStFileTest, PipesAndDevicesAreRefusedWithoutBlockingOrFillingMemory) {
+    fs::path const pipe = At("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(FM::WCStFileRead(PathOf(pipe)).GetError(), eFMIsNotAFile);
+    EXPECT_EQ(FM::WCStFileWrite(PathOf(pipe)).GetError(), eFMIsNotAFile);
+    std::string text = "untouched";
+    EXPECT_EQ(FM::ReadTheWholeFile(PathOf(pipe), text), eFMIsNotAFile);
+    EXPECT_EQ(FM::ReadTheWholeFile(FM::WCStPath("/dev/zero"), text), eFMIsNotAFile);
+    EXPECT_EQ(text, "untouched");
+    Utils::WCStMemObj data;
+    EXPECT_EQ(FM::ReadFileToWCStMemObj(FM::WCStPath("/dev/zero"), data), eFMIsNotAFile);
+    EXPECT_EQ(data.GetSize(), 0u);
+    FM::WCStFileRead device(FM::WCStPath("/dev/zero"));
+    ASSERT_TRUE(device.IsValid()) << "a device may still be opened and read piecemeal";
+    EXPECT_EQ(device.ReadToStdString(text), eFMIsNotAFile);
+    EXPECT_EQ(text, "untouched");
 }
 
 TEST_F(WCStFileTest, TempFileGoesAwayUnlessKeptOrMoved) {
