@@ -283,8 +283,9 @@ void WCStPath::RefreshText() noexcept {
 }
 
 int WCStPath::Append(char const *name) {
+    // Whatever made the path invalid, there is no path to append to.
     if (m_pathRef == nullptr) {
-        MakeInvalid(GetError());
+        MakeInvalid(eFMIllegalPathRef);
         return GetError();
     }
     if (name == nullptr) {

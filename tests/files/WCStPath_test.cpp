@@ -18,9 +18,12 @@ TEST(WCStPath, DefaultAndNullPathsAreIllegalRefsAndStaySo) {
     FM::WCStPath path;
     EXPECT_EQ(path.GetError(), eFMIllegalPathRef);
     EXPECT_EQ(FM::WCStPath(static_cast<char const *>(nullptr)).GetError(), eFMIllegalPathRef);
-    EXPECT_EQ(FM::WCStPath("").GetError(), eFMPathTooShort);
+    FM::WCStPath empty("");
+    EXPECT_EQ(empty.GetError(), eFMPathTooShort);
     EXPECT_EQ(path.Append("child"), eFMIllegalPathRef);
     EXPECT_EQ(path.GetError(), eFMIllegalPathRef);
+    EXPECT_EQ(empty.Append("child"), eFMIllegalPathRef);
+    EXPECT_EQ(empty.GetError(), eFMIllegalPathRef);
     EXPECT_TRUE(path.GetPathString().empty());
 }
 
