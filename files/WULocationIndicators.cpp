@@ -72,6 +72,9 @@ int ReadLocationValue(std::string const &yamlText, char const *valueName, std::s
         YAML::Node const value = root[valueName];
         if (!value)
             return eFMFileNotFound;
+        // "Location:" with nothing after it is an empty value, as short as a value can be.
+        if (value.IsNull())
+            return eMemNullPointer;
         if (!value.IsScalar())
             return eFMReadFailed;
         std::string const &text = value.Scalar();

@@ -56,6 +56,10 @@ TEST_F(LocationIndicators, BadWordsValuesAndFilesGiveTheirCodes) {
     EXPECT_EQ(FM::GetPathFromIndicator("MainPluginFolder", path), eFMFileNotFound);
     WriteLocations(m_first, "Location: abc\n");
     EXPECT_EQ(FM::GetPathFromIndicator("MainPluginFolder", path), eMemNullPointer);
+    WriteLocations(m_first, "Location:\nLocationV9: ''\n");
+    EXPECT_EQ(FM::GetPathFromIndicator("MainPluginFolder", path), eMemNullPointer)
+        << "an empty value is too short, like an empty text";
+    EXPECT_EQ(FM::GetPathFromIndicator("V9PluginFolder", path), eMemNullPointer);
     EXPECT_EQ(FM::GetPathFromIndicator("V12PluginFolder", path), eFMFileNotFound);
     WriteLocations(m_first, "Location: [unclosed\n");
     EXPECT_EQ(FM::GetPathFromIndicator("MainPluginFolder", path), eFMReadFailed);
