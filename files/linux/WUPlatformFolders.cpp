@@ -11,39 +11,38 @@
 //   eUserLocalDomain (3)  $XDG_DATA_HOME     ($XDG_CACHE_HOME for the two cache folders)
 //   eSystemDomain (0)     none: eFMNoSuchSystemFolder
 //
-// | Value | Folder                          | Base                                | Sub-folder |
-// |-------|---------------------------------|-------------------------------------|----------------------------------------|
-// | 0     | eSystemFolder                   | /usr/lib                            | | | 1     |
-// eDesktopFolder                  | desktop in domains 2, 3; else none  | | | 2     |
-// ePreferencesFolder              | (d)                                 | | | 3     |
-// eMirelPreferencesFolder         | (d)                                 | Mirel Audio/Preferences |
-// | 4     | eTemporaryFolder                | $TMPDIR, else /tmp                  | | | 5     |
-// eTrashFolder                    | none: eFMNoSuchSystemFolder         | | | 6     |
-// eCurrentFolder                  | working folder of the process       | | | 7     | eRootFolder
-// | $HOME in domain 2, else /           |                                        | | 8     |
-// eLibrariesFolder                | none                                | | | 9     |
-// eAudioComponentsFolder          | none                                | | | 10    | eCacheFolder
-// | (d)                                 |                                        | | 11    |
-// eMirelCacheFolder               | (d)                                 | Mirel Audio/Caches | | 12
-// | eAppDataFolder                  | (d)                                 | | | 13    |
-// eMirelAppDataFolder             | (d)                                 | Mirel Audio | | 14    |
-// eSharedUserDataFolder           | first entry of $XDG_DATA_DIRS       | | | 15    |
-// eMirelSharedUserDataFolder      | first entry of $XDG_DATA_DIRS       | Mirel Audio | | 16    |
-// eMirelScanViewFolder            | (d)                                 | Mirel Audio/ScanView | |
-// 17    | eMirelPreferencesFolder2        | (d)                                 | Mirel
-// Audio/Preferences                | | 18    | eMirelPivotConfigFolder         | (d) | Mirel
-// Audio/Mirel Local Server         | | 19    | eMirelPluginServerConfigFolder  | (d) | Mirel
-// Audio/Mirel Plugin Server/V13    | | 20    | eMirelUserLogsFolder            | (d) | Mirel
-// Audio/Logs                       | | 21    | eMirelBoostSharedMemoryDir      | (d) | Mirel
-// Audio/boost_mirel_interprocess   | | 22    | eAutoLaunchOnStartUpFolder      |
-// $XDG_CONFIG_HOME/autostart          |                                        | | 23    |
-// eVST3PluginsFolder              | ~/.vst3 in domains 2, 3; else /usr/lib/vst3            | | | 24
-// | eVST3PresetsFolder              | ~/.vst3/presets in domains 2, 3; else
-// $XDG_DATA_DIRS[0]/vst3/presets |      |
+// The table, by value: the folder, its base and the sub-folder under that base.
+// clang-format off
+// 0  eSystemFolder                  /usr/lib
+// 1  eDesktopFolder                 desktop (domains 2, 3)
+// 2  ePreferencesFolder             (d)
+// 3  eMirelPreferencesFolder        (d)                        Mirel Audio/Preferences
+// 4  eTemporaryFolder               $TMPDIR, else /tmp
+// 5  eTrashFolder                   none
+// 6  eCurrentFolder                 working folder
+// 7  eRootFolder                    $HOME (domain 2), else /
+// 8  eLibrariesFolder               none
+// 9  eAudioComponentsFolder         none
+// 10 eCacheFolder                   (d)
+// 11 eMirelCacheFolder              (d)                        Mirel Audio/Caches
+// 12 eAppDataFolder                 (d)
+// 13 eMirelAppDataFolder            (d)                        Mirel Audio
+// 14 eSharedUserDataFolder          $XDG_DATA_DIRS[0]
+// 15 eMirelSharedUserDataFolder     $XDG_DATA_DIRS[0]          Mirel Audio
+// 16 eMirelScanViewFolder           (d)                        Mirel Audio/ScanView
+// 17 eMirelPreferencesFolder2       (d)                        Mirel Audio/Preferences
+// 18 eMirelPivotConfigFolder        (d)                        Mirel Audio/Mirel Local Server
+// 19 eMirelPluginServerConfigFolder (d)                        Mirel Audio/Mirel Plugin Server/V13
+// 20 eMirelUserLogsFolder           (d)                        Mirel Audio/Logs
+// 21 eMirelBoostSharedMemoryDir     (d)                        Mirel Audio/boost_mirel_interprocess
+// 22 eAutoLaunchOnStartUpFolder     $XDG_CONFIG_HOME           autostart
+// 23 eVST3PluginsFolder             ~ (2,3), /usr/lib (0,1)    .vst3 (2,3), vst3 (0,1)
+// 24 eVST3PresetsFolder             ~ (2,3), $XDG_DATA_DIRS[0] .vst3/presets, vst3/presets
+// clang-format on
 //
-// A domain outside 0 to 3 is eFMNoSuchDomain for every folder; a folder above 24 is
-// eFMNoSuchSystemFolder. The VST3 folders follow the places Linux hosts search rather than the
-// "VST3" sub-folders of other systems, so that installed plug-ins are found.
+// "none" is eFMNoSuchSystemFolder, as is a folder above 24; a domain outside 0 to 3 is
+// eFMNoSuchDomain for every folder. The VST3 folders follow the places Linux hosts search rather
+// than the "VST3" sub-folders of other systems, so that installed plug-ins are found.
 
 #include "files/linux/WUPlatformFolders.h"
 
