@@ -52,17 +52,40 @@ public:
     static int GetFilePathVectorFromFolder(WCStPath const &folder, FileFilterFunctor const &filter,
                                            WTPathVector &outPaths, int depth = 0,
                                            bool enterBundles = false);
+    // `recurse` true descends the whole tree, false stays in the folder. Without this form a
+    // caller's `true` would turn into a depth of 1.
+    static int GetFilePathVectorFromFolder(WCStPath const &folder, FileFilterFunctor const &filter,
+                                           WTPathVector &outPaths, bool recurse,
+                                           bool enterBundles = false) {
+        return GetFilePathVectorFromFolder(folder, filter, outPaths, DepthOf(recurse),
+                                           enterBundles);
+    }
     // The same, sorted by path text.
     static int GetFilePathVectorFromFolderSortByName(WCStPath const &folder,
                                                      FileFilterFunctor const &filter,
                                                      WTPathVector &outPaths, int depth = 0,
                                                      bool enterBundles = false);
+    static int GetFilePathVectorFromFolderSortByName(WCStPath const &folder,
+                                                     FileFilterFunctor const &filter,
+                                                     WTPathVector &outPaths, bool recurse,
+                                                     bool enterBundles = false) {
+        return GetFilePathVectorFromFolderSortByName(folder, filter, outPaths, DepthOf(recurse),
+                                                     enterBundles);
+    }
     // Sorted by name, then ordered by the settings file of the folder (such as "List Order.txt")
     // when there is one; the settings file itself is never listed. A settings file that cannot
     // be read answers its code (eFMReadFailed for broken YAML) and leaves the name order.
     static int GetFilePathVectorFromFolderWithSettingsFile(
         WCStPath const &folder, FileFilterFunctor const &filter, WTPathVector &outPaths,
         char const *settingsFile = kListOrderFileName, int depth = 0, bool enterBundles = false);
+    static int GetFilePathVectorFromFolderWithSettingsFile(WCStPath const &folder,
+                                                           FileFilterFunctor const &filter,
+                                                           WTPathVector &outPaths,
+                                                           char const *settingsFile, bool recurse,
+                                                           bool enterBundles = false) {
+        return GetFilePathVectorFromFolderWithSettingsFile(folder, filter, outPaths, settingsFile,
+                                                           DepthOf(recurse), enterBundles);
+    }
     // The tree below `folder`, each level ordered as GetFilePathVectorFromFolderWithSettingsFile
     // does (a broken settings file leaves its level in name order).
     static int GetFolderTree(WCStPath const &folder, FileFilterFunctor const &filter,
@@ -86,6 +109,9 @@ public:
 
 protected:
     bool IsValidSelf() const override { return m_state != nullptr; }
+
+private:
+    static constexpr int DepthOf(bool recurse) noexcept { return recurse ? kNoDepthLimit : 0; }
 
 private:
     struct WSState;

@@ -206,6 +206,21 @@ TEST(FolderRecursion, DescendsToTheDepthAskedWithoutFollowingLinks) {
     EXPECT_EQ(count(2, false), 2u);
     EXPECT_EQ(count(Iterator::kNoDepthLimit, false), 3u);
     EXPECT_EQ(count(Iterator::kNoDepthLimit, true), 4u);
+
+    // A plain yes to recursion means the whole tree, in every listing form.
+    Iterator::WTPathVector paths;
+    EXPECT_EQ(
+        Iterator::GetFilePathVectorFromFolder(PathOf(dir.path()), FM::OnlyFiles(), paths, true),
+        eNoErr);
+    EXPECT_EQ(paths.size(), 3u);
+    Iterator::GetFilePathVectorFromFolderSortByName(PathOf(dir.path()), FM::OnlyFiles(), paths,
+                                                    true);
+    EXPECT_EQ(paths.size(), 3u);
+    Iterator::GetFilePathVectorFromFolderWithSettingsFile(
+        PathOf(dir.path()), FM::OnlyFiles(), paths, Iterator::kListOrderFileName, true);
+    EXPECT_EQ(paths.size(), 3u);
+    Iterator::GetFilePathVectorFromFolder(PathOf(dir.path()), FM::OnlyFiles(), paths, false);
+    EXPECT_TRUE(paths.empty());
 }
 
 TEST(FolderTree, LevelsAreOrderedAndNumberedDepthFirst) {
