@@ -40,7 +40,7 @@ CXMLElement *CMapNames::FindElement(const char *name) const {
 }
 
 CXMLElement *CMapNames::FindNthElement(const char *name, std::uint64_t n) const {
-    const auto [first, last] = m_map.equal_range(WTName(name));
+    const auto [first, last] = m_map.equal_range(CXMLElement::CutName(name));
     auto it = first;
     for (std::uint64_t i = 0; i < n && it != last; ++i)
         ++it;
@@ -48,7 +48,7 @@ CXMLElement *CMapNames::FindNthElement(const char *name, std::uint64_t n) const 
 }
 
 std::uint64_t CMapNames::FindElements(const char *name, std::vector<CXMLElement *> &out) const {
-    const auto [first, last] = m_map.equal_range(WTName(name));
+    const auto [first, last] = m_map.equal_range(CXMLElement::CutName(name));
     std::uint64_t count = 0;
     for (auto it = first; it != last; ++it, ++count)
         out.push_back(it->second);
@@ -56,7 +56,7 @@ std::uint64_t CMapNames::FindElements(const char *name, std::vector<CXMLElement 
 }
 
 std::uint64_t CMapNames::Count(const char *name) const {
-    return m_map.count(WTName(name));
+    return m_map.count(CXMLElement::CutName(name));
 }
 
 WTErr CMapNames::GetElementText(const char *name, std::string &text) const {

@@ -18,7 +18,8 @@ class CXMLElement;
 // An index of a tree's elements by name, down to a given depth, so documents with many siblings
 // are looked up without scanning children again and again. Elements of one name keep their
 // document order. The map does not own the elements; it must not outlive the tree or see it
-// change. Names are cut to 63 characters, in the map and in lookups.
+// change. Names are cut to 63 characters, in the map and in lookups, by the rule of element names
+// (never inside a UTF-8 character), so a long name finds the element that was made with it.
 // [any-thread] one object per thread.
 class CMapNames {
 public:

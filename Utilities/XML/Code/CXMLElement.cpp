@@ -79,6 +79,12 @@ void CXMLElement::SetName(const char *name) noexcept {
     AssignName(m_name, name);
 }
 
+CXMLElement::WTName CXMLElement::CutName(const char *name) noexcept {
+    WTName cut;
+    AssignName(cut, name);
+    return cut;
+}
+
 CXMLElement::CXMLElement() noexcept : WUValidatable(eNoErr) {}
 
 CXMLElement::CXMLElement(const char *name) : WUValidatable(eNoErr) {

@@ -57,6 +57,8 @@ public:
     // well-formed text.
     const WTName &GetName() const noexcept { return m_name; }
     void SetName(const char *name) noexcept;
+    // `name` as an element would hold it, for lookups that must match the held names.
+    static WTName CutName(const char *name) noexcept;
 
     const std::string &GetText() const noexcept { return m_text; }
     std::string &GetText() noexcept { return m_text; }

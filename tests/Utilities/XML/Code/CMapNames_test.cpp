@@ -56,6 +56,20 @@ TEST_F(XMLIndexes, NamesMapKeepsDepthFirstOrderAmongEqualNames) {
     EXPECT_EQ(ML::XML::CMapNames(nullptr, 5).Count("Control"), 0u);
 }
 
+TEST(XMLNameIndex, LongNamesFindTheElementsMadeWithThem) {
+    // 2 + 40 two-byte characters: an element keeps 62 bytes, since 63 would end inside one.
+    std::string utf8 = "ab";
+    for (int i = 0; i < 40; ++i)
+        utf8 += "\xC3\xA9";
+    const std::string ascii(80, 'n');
+    CXMLElement root("r");
+    root.push_sub_element(new CXMLElement(utf8.c_str()));
+    root.push_sub_element(new CXMLElement(ascii.c_str()));
+    ML::XML::CMapNames names(&root, 1);
+    EXPECT_EQ(names.FindElement(utf8.c_str()), root.GetSubElements()[0]);
+    EXPECT_EQ(names.Count(ascii.c_str()), 1u);
+}
+
 TEST_F(XMLIndexes, AttributeMapKeepsTheFirstOfAValueAndVisitsBelowSkippedElements) {
     ML::XML::CMapIDs ids(&root);
     EXPECT_EQ(ids.FindElement(0), &root);
