@@ -215,7 +215,7 @@ WCStFileCreate::WCStFileCreate(WCStPath const &path, WECreateFlags flags, WEPerm
     }
     WTErr error = CreateFolder(path.GetParent());
     if (error == eNoErr) {
-        std::string const prefix = "." + std::string(path.GetLeaf().view()) + ".";
+        std::string const prefix = Platform::StagingPrefix(BoostPath(path).filename().native());
         error = CreateTempFile(path, m_staging, file, prefix.c_str(), mode);
     }
     AdoptOpened(error, file);

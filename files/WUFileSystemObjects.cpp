@@ -31,8 +31,8 @@ WTErr ReplaceWithBytes(bfs::path const &target, void const *data, std::uint64_t 
     std::string folder = target.parent_path().native();
     if (folder.empty())
         folder = ".";
-    WTErr error = Platform::CreateUniqueFile(folder, "." + target.filename().native() + ".", mode,
-                                             made, file);
+    WTErr error = Platform::CreateUniqueFile(
+        folder, Platform::StagingPrefix(target.filename().native()), mode, made, file);
     if (error != eNoErr)
         return error == eFMFileNotFound ? eFMCreateFailed : error;
     std::uint64_t written = 0;

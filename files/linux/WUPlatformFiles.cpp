@@ -257,7 +257,7 @@ WTErr CreateUniqueFile(std::string const &folder, std::string const &prefix, int
         // A clash is rare; a hundred tries only fail when something else is wrong.
         for (int attempt = 0; attempt < 100; ++attempt) {
             std::string candidate = base;
-            for (int i = 0; i < 10; ++i)
+            for (std::size_t i = 0; i < kUniqueNameChars; ++i)
                 candidate += kChars[generator() % (sizeof(kChars) - 1)];
             int fd;
             do {
@@ -276,6 +276,15 @@ WTErr CreateUniqueFile(std::string const &folder, std::string const &prefix, int
     } catch (...) {
         return eMemOutOfMemory;
     }
+}
+
+std::string StagingPrefix(std::string_view leaf) {
+    // A name as long as the system allows leaves no room for the dots and the random part.
+    std::size_t const room = NAME_MAX - 2 - kUniqueNameChars;
+    std::string prefix = ".";
+    prefix += leaf.substr(0, room);
+    prefix += '.';
+    return prefix;
 }
 
 bool IsWritableByProcess(char const *path) noexcept {

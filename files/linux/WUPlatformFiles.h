@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "core/MirelNamespace.h"
 #include "core/WTErrors.h"
@@ -42,10 +43,14 @@ WTErr GetOpenFileSize(WTOpenFileType file, std::uint64_t &outSize) noexcept;
 // eNoErr for a regular file; eFMIsNotAFile for a device, pipe or socket, eFMIsAFolder for a folder.
 WTErr CheckPlainFile(WTOpenFileType file) noexcept;
 
-// Creates a new file, never an existing one, in `folder` with a name of `prefix` and random
-// characters, opened for reading and writing with `mode` (less the umask).
+// Creates a new file, never an existing one, in `folder` with a name of `prefix` and
+// kUniqueNameChars random characters, opened for reading and writing with `mode` (less the umask).
+inline constexpr std::size_t kUniqueNameChars = 10;
 WTErr CreateUniqueFile(std::string const &folder, std::string const &prefix, int mode,
                        std::string &outPath, WTOpenFileType &outFile) noexcept;
+// The prefix of a hidden file written beside `leaf` and then renamed over it: "." + leaf + ".",
+// with the leaf cut so that the unique name stays within the system's limit for one name.
+std::string StagingPrefix(std::string_view leaf);
 
 // Whether this process may write the object (or, for a missing object, create it in its folder).
 bool IsWritableByProcess(char const *path) noexcept;

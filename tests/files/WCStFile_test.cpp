@@ -189,6 +189,26 @@ TEST_F(WCStFileTest, MissingFilesAndFoldersGiveTheirCodes) {
     EXPECT_FALSE(fs::exists(At("none.txt")));
 }
 
+// The replacing writers stage their bytes in a hidden file named after the target; a target name
+// as long as the system allows must still be writable.
+TEST_F(WCStFileTest, NamesOfTheLongestLengthAreWrittenAndReplaced) {
+    std::string const name = std::string(251, 'n') + ".txt";
+    {
+        FM::WCStFileCreate file(PathOf(At(name.c_str())));
+        ASSERT_TRUE(file.IsValid()) << WTErrName(file.GetError());
+        file.WriteFromString("first");
+        EXPECT_EQ(file.Close(), eNoErr);
+    }
+    EXPECT_EQ(ReadText(At(name.c_str())), "first");
+    std::string const text = "second";
+    EXPECT_EQ(FM::ReplaceFileContents(PathOf(At(name.c_str())), text.data(), text.size()), eNoErr);
+    EXPECT_EQ(ReadText(At(name.c_str())), "second");
+    std::string const copy = std::string(251, 'c') + ".txt";
+    EXPECT_EQ(FM::DuplicateFile(PathOf(At(name.c_str())), PathOf(At(copy.c_str()))), eNoErr);
+    EXPECT_EQ(ReadText(At(copy.c_str())), "second");
+    EXPECT_EQ(CountEntries(m_dir.path()), 2u) << "no staging file is left behind";
+}
+
 // A pipe would block the opener until a writer comes, and /dev/zero never ends: both are refused
 // at once, and the caller's buffer keeps what it held.
 TEST_F(WCStFileTest, PipesAndDevicesAreRefusedWithoutBlockingOrFillingMemory) {
