@@ -260,6 +260,11 @@ void WCStPath::AssignText(char const *text, std::uint64_t length, int errorIfEmp
             MakeInvalid(errorIfEmpty);
             return;
         }
+        // The system would see only the text before a zero and act on another file.
+        if (std::char_traits<char>::find(text, length, '\0') != nullptr) {
+            MakeInvalid(eFMIllegalPathRef);
+            return;
+        }
         WUPathAccess::Assign(*this, WithoutTrailingSlash(std::string(text, length)));
     } catch (std::bad_alloc const &) {
         MakeInvalid(eMemOutOfMemory);
@@ -302,6 +307,15 @@ int WCStPath::Append(char const *name) {
         MakeInvalid(eMemOutOfMemory);
     }
     return GetError();
+}
+
+int WCStPath::Append(std::string const &name) {
+    // A zero inside would cut the name short without a word.
+    if (name.find('\0') != std::string::npos) {
+        MakeInvalid(eFMIllegalPathRef);
+        return GetError();
+    }
+    return Append(name.c_str());
 }
 
 void WCStPath::Clear() noexcept {

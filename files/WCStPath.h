@@ -28,8 +28,8 @@ public:
 
     WCStPath() noexcept;
     // From a UTF-8 text. `isNativeUTF8` tells whether the text is in the system's own form; on
-    // this platform both forms are the same. A null text is eFMIllegalPathRef, an empty one
-    // eFMPathTooShort.
+    // this platform both forms are the same. A null text, or one with a zero byte inside, is
+    // eFMIllegalPathRef, an empty one eFMPathTooShort.
     explicit WCStPath(char const *text, bool isNativeUTF8 = true);
     explicit WCStPath(std::string const &text, bool isNativeUTF8 = true);
     explicit WCStPath(WCFixedStringBase const &text, bool isNativeUTF8 = true);
@@ -56,7 +56,7 @@ public:
 
     // Changing the path. Each returns the path's code afterwards.
     int Append(char const *name);
-    int Append(std::string const &name) { return Append(name.c_str()); }
+    int Append(std::string const &name);
     void Clear() noexcept;
     // `extension` with or without its dot; an empty one removes the extension.
     int ChangeExtension(char const *extension);

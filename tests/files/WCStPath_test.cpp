@@ -24,6 +24,11 @@ TEST(WCStPath, DefaultAndNullPathsAreIllegalRefsAndStaySo) {
     EXPECT_EQ(path.GetError(), eFMIllegalPathRef);
     EXPECT_EQ(empty.Append("child"), eFMIllegalPathRef);
     EXPECT_EQ(empty.GetError(), eFMIllegalPathRef);
+    // A zero inside a text would make the system act on the part before it.
+    EXPECT_EQ(FM::WCStPath(std::string("/tmp/a\0b", 8)).GetError(), eFMIllegalPathRef);
+    FM::WCStPath base("/tmp");
+    EXPECT_EQ(base.Append(std::string("x\0y", 3)), eFMIllegalPathRef);
+    EXPECT_FALSE(base.IsValid());
     EXPECT_TRUE(path.GetPathString().empty());
 }
 
