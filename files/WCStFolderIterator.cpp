@@ -360,14 +360,28 @@ int WCStFolderIterator::ParseSettingsFile(WCStPath const &path, WTNameVector &ou
 }
 
 int WCStFolderIterator::ReadItemOrderFromIstream(std::istream &stream, WTNameVector &outNames) {
-    // The length of a stream is not known beforehand; a stream that is not seekable is read
-    // into memory so the same guard applies.
+    // The length of a stream is not known beforehand: it is read into memory so the guard on the
+    // number of documents applies, and no further than a settings file may be, since a stream
+    // without end would otherwise fill the memory.
     try {
-        std::ostringstream whole;
-        whole << stream.rdbuf();
-        return ReadItemOrderFromString(whole.str(), outNames);
+        std::string text;
+        char chunk[4096];
+        for (;;) {
+            stream.read(chunk, sizeof(chunk));
+            std::streamsize const got = stream.gcount();
+            if (got <= 0)
+                break;
+            text.append(chunk, static_cast<std::size_t>(got));
+            if (text.size() > kMaxSettingsFileSize)
+                return eFMFileSizeTooBig;
+        }
+        if (stream.bad())
+            return eFMReadFailed;
+        return ReadItemOrderFromString(text, outNames);
     } catch (std::bad_alloc const &) {
         return eMemOutOfMemory;
+    } catch (std::ios_base::failure const &) {
+        return eFMReadFailed;
     }
 }
 

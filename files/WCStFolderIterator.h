@@ -103,7 +103,8 @@ public:
     // Reads the names of a settings file; `outNames` is untouched on failure.
     static int ParseSettingsFile(WCStPath const &path, WTNameVector &outNames);
     // Reads the names from YAML documents: in each document that is a map whose "List Order"
-    // is a sequence, the scalar entries are names. eFMReadFailed for text that is not YAML.
+    // is a sequence, the scalar entries are names. eFMReadFailed for text that is not YAML, and
+    // eFMFileSizeTooBig for a stream longer than kMaxSettingsFileSize.
     static int ReadItemOrderFromIstream(std::istream &stream, WTNameVector &outNames);
     static int ReadItemOrderFromString(std::string const &text, WTNameVector &outNames);
 

@@ -104,6 +104,11 @@ TEST(ReadItemOrder, ReadsStreamsAndLeavesNamesOnFailure) {
     EXPECT_EQ(Iterator::ReadItemOrderFromString(std::string(5000, '['), names), eFMReadFailed);
     EXPECT_EQ(Iterator::ReadItemOrderFromString("", names), eNoErr);
     EXPECT_EQ(names.size(), 3u);
+    // A stream is read no further than a settings file may be long.
+    std::istringstream huge("List Order: [z]\n#" +
+                            std::string(Iterator::kMaxSettingsFileSize, 'x'));
+    EXPECT_EQ(Iterator::ReadItemOrderFromIstream(huge, names), eFMFileSizeTooBig);
+    EXPECT_EQ(names.size(), 3u);
 }
 
 TEST(ReadItemOrder, InputThatMakesEndlessDocumentsIsRefused) {
