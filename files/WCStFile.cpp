@@ -213,10 +213,20 @@ WCStFileCreate::WCStFileCreate(WCStPath const &path, WECreateFlags flags, WEPerm
         Fail(eFMFileAllreadyExists);
         return;
     }
-    WTErr error = CreateFolder(path.GetParent());
+    // A file already there keeps its permissions, and one this process may not write stays.
+    int oldMode = -1;
+    WTErr error = Platform::ReplacedFileMode(BoostPath(path).c_str(), oldMode);
+    if (error == eNoErr)
+        error = CreateFolder(path.GetParent());
     if (error == eNoErr) {
         std::string const prefix = Platform::StagingPrefix(BoostPath(path).filename().native());
         error = CreateTempFile(path, m_staging, file, prefix.c_str(), mode);
+    }
+    if (error == eNoErr && oldMode >= 0)
+        error = Platform::SetOpenFileMode(file, oldMode);
+    if (error != eNoErr && file != kNoOpenFile) {
+        Platform::CloseFile(file);
+        Abandon();
     }
     AdoptOpened(error, file);
 }

@@ -92,8 +92,9 @@ protected:
 // target, which takes the target's name only when the writer is closed without a failed write
 // (Close, or the destructor when no exception is unwinding); so a failure leaves the old file
 // whole, and eFMCreateNew never replaces a file that appeared meanwhile. eFMCreateAppend writes
-// in place. Parent folders are made. `mode` is the POSIX permission (0644, 0666), less the
-// umask. [any-thread]
+// in place. Parent folders are made. `mode` is the POSIX permission (0644, 0666) of a new file,
+// less the umask; a replaced file keeps its own, and one this process may not write is refused
+// with eFMPermissionErr. [any-thread]
 class WCStFileCreate : public WCStFileWrite {
 public:
     WCStFileCreate(WCStPath const &path, WECreateFlags flags = eFMCreateAlways,

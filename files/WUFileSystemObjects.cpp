@@ -24,8 +24,17 @@ namespace bfs = boost::filesystem;
 namespace {
 
 // Writes `size` bytes to a new file beside `target`, then renames it over `target`. The new
-// file is removed on every failure, so `target` is either the old file or the new one.
-WTErr ReplaceWithBytes(bfs::path const &target, void const *data, std::uint64_t size, int mode) {
+// file is removed on every failure, so `target` is either the old file or the new one. With
+// `keepTargetMode`, a file already at `target` keeps its permissions and, when this process may
+// not write it, stays as it is (eFMPermissionErr); `mode` is for a new file only.
+WTErr ReplaceWithBytes(bfs::path const &target, void const *data, std::uint64_t size, int mode,
+                       bool keepTargetMode) {
+    int oldMode = -1;
+    if (keepTargetMode) {
+        WTErr const refused = Platform::ReplacedFileMode(target.c_str(), oldMode);
+        if (refused != eNoErr)
+            return refused;
+    }
     std::string made;
     WTOpenFileType file = kNoOpenFile;
     std::string folder = target.parent_path().native();
@@ -35,8 +44,11 @@ WTErr ReplaceWithBytes(bfs::path const &target, void const *data, std::uint64_t 
         folder, Platform::StagingPrefix(target.filename().native()), mode, made, file);
     if (error != eNoErr)
         return error == eFMFileNotFound ? eFMCreateFailed : error;
+    if (oldMode >= 0)
+        error = Platform::SetOpenFileMode(file, oldMode);
     std::uint64_t written = 0;
-    error = Platform::WriteFile(file, data, size, written);
+    if (error == eNoErr)
+        error = Platform::WriteFile(file, data, size, written);
     if (error == eNoErr)
         error = Platform::SyncFile(file);
     WTErr const closing = Platform::CloseFile(file);
@@ -81,7 +93,7 @@ WTErr CopyFileBytes(bfs::path const &from, bfs::path const &to, bool replace) {
     if (error != eNoErr)
         return error;
     int const mode = static_cast<int>(status.permissions() & bfs::perms_mask);
-    return ReplaceWithBytes(to, bytes.data(), bytes.size(), mode);
+    return ReplaceWithBytes(to, bytes.data(), bytes.size(), mode, false);
 }
 
 // Removes what `path` names (a link, not its target); `recursive` empties a folder first.
@@ -206,7 +218,7 @@ WTErr ReplaceFileContents(WCStPath const &path, void const *data, std::uint64_t 
         WTErr const error = CreateFolder(path.GetParent());
         if (error != eNoErr)
             return error;
-        return ReplaceWithBytes(BoostPath(path), data, size, mode);
+        return ReplaceWithBytes(BoostPath(path), data, size, mode, true);
     } catch (std::bad_alloc const &) {
         return eMemOutOfMemory;
     }

@@ -37,7 +37,8 @@ WTErr ReadFileToWCStMemObj(WCStPath const &path, Utils::WCStMemObj &outData);
 // Replaces (or creates, with its folders) the file with the bytes of `data`.
 WTErr WriteFileFromWCStMemObj(WCStPath const &path, Utils::WCStConstMemObj const &data,
                               int mode = 0644);
-// Replaces (or creates, with its folders) the file with `size` bytes.
+// Replaces (or creates, with its folders) the file with `size` bytes. A replaced file keeps its
+// permissions (`mode` is for a new one); one this process may not write is eFMPermissionErr.
 WTErr ReplaceFileContents(WCStPath const &path, void const *data, std::uint64_t size,
                           int mode = 0644);
 // Makes `link` a symbolic link to `target` (kept as given, so relative targets stay relative).

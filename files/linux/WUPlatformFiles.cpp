@@ -278,6 +278,27 @@ WTErr CreateUniqueFile(std::string const &folder, std::string const &prefix, int
     }
 }
 
+WTErr ReplacedFileMode(char const *path, int &outMode) noexcept {
+    outMode = -1;
+    struct stat info {};
+    if (path == nullptr || ::stat(path, &info) != 0 || !S_ISREG(info.st_mode))
+        return eNoErr;
+    // Renaming over a file needs no right on the file itself; asking keeps a read-only file safe
+    // from a replacement, as writing it in place would.
+    if (::access(path, W_OK) != 0)
+        return errno == EACCES || errno == EPERM || errno == EROFS ? eFMPermissionErr : eNoErr;
+    outMode = static_cast<int>(info.st_mode & 07777);
+    return eNoErr;
+}
+
+WTErr SetOpenFileMode(WTOpenFileType file, int mode) noexcept {
+    if (file == kNoOpenFile)
+        return eFMIllegalOpenFileRef;
+    if (::fchmod(AsFd(file), static_cast<mode_t>(mode)) != 0)
+        return ErrnoToFMError(errno, eFMWriteFailed);
+    return eNoErr;
+}
+
 std::string StagingPrefix(std::string_view leaf) {
     // A name as long as the system allows leaves no room for the dots and the random part.
     std::size_t const room = NAME_MAX - 2 - kUniqueNameChars;

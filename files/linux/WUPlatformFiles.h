@@ -48,6 +48,11 @@ WTErr CheckPlainFile(WTOpenFileType file) noexcept;
 inline constexpr std::size_t kUniqueNameChars = 10;
 WTErr CreateUniqueFile(std::string const &folder, std::string const &prefix, int mode,
                        std::string &outPath, WTOpenFileType &outFile) noexcept;
+// For a file about to be replaced by another written beside it: eFMPermissionErr when this process
+// may not write it, else its permission bits in `outMode`, or -1 when there is no file there yet.
+WTErr ReplacedFileMode(char const *path, int &outMode) noexcept;
+// Sets the permission bits of an open file exactly, the umask aside.
+WTErr SetOpenFileMode(WTOpenFileType file, int mode) noexcept;
 // The prefix of a hidden file written beside `leaf` and then renamed over it: "." + leaf + ".",
 // with the leaf cut so that the unique name stays within the system's limit for one name.
 std::string StagingPrefix(std::string_view leaf);

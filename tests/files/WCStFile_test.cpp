@@ -3,6 +3,8 @@
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -187,6 +189,49 @@ TEST_F(WCStFileTest, MissingFilesAndFoldersGiveTheirCodes) {
     EXPECT_EQ(invalid.ReadToStdString(text), eFMFileNotFound);
     EXPECT_EQ(text, "untouched");
     EXPECT_FALSE(fs::exists(At("none.txt")));
+}
+
+// Replacing a file must not widen who may read it, nor get round its lack of write permission.
+TEST_F(WCStFileTest, ReplacedFilesKeepTheirPermissionsAndReadOnlyOnesStay) {
+    fs::path const secret = At("secret.txt");
+    WriteText(secret, "old");
+    fs::permissions(secret, fs::perms::owner_read | fs::perms::owner_write);
+    {
+        FM::WCStFileCreate file(PathOf(secret), FM::eFMCreateAlways, FM::eFMReadWritePermission,
+                                0666);
+        file.WriteFromString("new");
+        EXPECT_EQ(file.Close(), eNoErr);
+    }
+    EXPECT_EQ(ReadText(secret), "new");
+    EXPECT_EQ(fs::status(secret).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    std::string const text = "newer";
+    EXPECT_EQ(FM::ReplaceFileContents(PathOf(secret), text.data(), text.size(), 0666), eNoErr);
+    EXPECT_EQ(fs::status(secret).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+
+    // A file the writer may not change, in a folder where it may make files. Root may write any
+    // file, so the writer is a child process that gives up root first.
+    fs::path const shared = At("shared");
+    fs::create_directory(shared);
+    fs::permissions(m_dir.path(), fs::perms::all);
+    fs::permissions(shared, fs::perms::all);
+    fs::path const locked = shared / "locked.txt";
+    WriteText(locked, "keep");
+    fs::permissions(locked, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    pid_t const child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
+            _exit(2);
+        bool const refused =
+            FM::WCStFileCreate(PathOf(locked)).GetError() == eFMPermissionErr &&
+            FM::ReplaceFileContents(PathOf(locked), text.data(), text.size()) == eFMPermissionErr;
+        _exit(refused ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+    EXPECT_EQ(ReadText(locked), "keep");
+    EXPECT_EQ(CountEntries(shared), 1u) << "no staging file is left behind";
 }
 
 // The replacing writers stage their bytes in a hidden file named after the target; a target name
