@@ -193,6 +193,11 @@ WTErr DuplicateFile(WCStPath const &from, WCStPath const &to, WEDuplicateFlags f
     try {
         if (BoostPath(from) == BoostPath(to))
             return eFMSamePath;
+        // A copy over a file is a write to it: one this process may not write stays.
+        int targetMode = -1;
+        WTErr const refused = Platform::ReplacedFileMode(BoostPath(to).c_str(), targetMode);
+        if (refused != eNoErr)
+            return refused;
         return CopyFileBytes(BoostPath(from), BoostPath(to), flags == eFMDuplicateReplace);
     } catch (std::bad_alloc const &) {
         return eMemOutOfMemory;

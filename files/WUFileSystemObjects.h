@@ -30,7 +30,8 @@ WTErr DeleteFileSystemObject(WCStPath const &path);
 WTErr DeleteFileSystemObjectRecursively(WCStPath const &path);
 // Renames `from` to `to`, replacing a file at `to`; a file on another volume is copied first.
 WTErr MoveFileSystemObject(WCStPath const &from, WCStPath const &to);
-// Copies a file with its permissions; eFMDuplicateFailIfExists refuses an existing target.
+// Copies a file with its permissions; eFMDuplicateFailIfExists refuses an existing target, and a
+// target this process may not write is eFMPermissionErr.
 WTErr DuplicateFile(WCStPath const &from, WCStPath const &to,
                     WEDuplicateFlags flags = eFMDuplicateFailIfExists);
 WTErr ReadFileToWCStMemObj(WCStPath const &path, Utils::WCStMemObj &outData);

@@ -217,6 +217,9 @@ TEST_F(WCStFileTest, ReplacedFilesKeepTheirPermissionsAndReadOnlyOnesStay) {
     fs::path const locked = shared / "locked.txt";
     WriteText(locked, "keep");
     fs::permissions(locked, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    fs::path const source = At("source.txt");
+    WriteText(source, "copy me");
+    fs::permissions(source, fs::perms::owner_all | fs::perms::others_read);
     pid_t const child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
@@ -224,7 +227,9 @@ TEST_F(WCStFileTest, ReplacedFilesKeepTheirPermissionsAndReadOnlyOnesStay) {
             _exit(2);
         bool const refused =
             FM::WCStFileCreate(PathOf(locked)).GetError() == eFMPermissionErr &&
-            FM::ReplaceFileContents(PathOf(locked), text.data(), text.size()) == eFMPermissionErr;
+            FM::ReplaceFileContents(PathOf(locked), text.data(), text.size()) == eFMPermissionErr &&
+            FM::DuplicateFile(PathOf(source), PathOf(locked), FM::eFMDuplicateReplace) ==
+                eFMPermissionErr;
         _exit(refused ? 0 : 1);
     }
     int status = -1;
