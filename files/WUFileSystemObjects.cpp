@@ -195,7 +195,9 @@ WTErr DuplicateFile(WCStPath const &from, WCStPath const &to, WEDuplicateFlags f
             return eFMSamePath;
         // A copy over a file is a write to it: one this process may not write stays.
         int targetMode = -1;
-        WTErr const refused = Platform::ReplacedFileMode(BoostPath(to).c_str(), targetMode);
+        WTErr const refused = flags == eFMDuplicateReplace
+                                  ? Platform::ReplacedFileMode(BoostPath(to).c_str(), targetMode)
+                                  : eNoErr;
         if (refused != eNoErr)
             return refused;
         return CopyFileBytes(BoostPath(from), BoostPath(to), flags == eFMDuplicateReplace);
