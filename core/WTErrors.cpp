@@ -85,6 +85,7 @@ constexpr WSErrName kErrNames[] = {
     {eFMWriteFailed, "eFMWriteFailed"},
     {eFMTooManyOpenFiles, "eFMTooManyOpenFiles"},
     {eFMTooManySymlinks, "eFMTooManySymlinks"},
+    {eFMFileIsEmpty, "eFMFileIsEmpty"},
     {eGenericSystemError, "eGenericSystemError"},
     {eSysNoEnvironmentVariable, "eSysNoEnvironmentVariable"},
     {eDLLLoadingFailed, "eDLLLoadingFailed"},

@@ -83,6 +83,7 @@ inline constexpr WTErr eFMMoveFailed = -1035;
 inline constexpr WTErr eFMWriteFailed = -1036;
 inline constexpr WTErr eFMTooManyOpenFiles = -1037;
 inline constexpr WTErr eFMTooManySymlinks = -1038;
+inline constexpr WTErr eFMFileIsEmpty = -1039;
 // system
 inline constexpr WTErr eGenericSystemError = -2000;
 inline constexpr WTErr eSysNoEnvironmentVariable = -2001;

@@ -85,6 +85,7 @@ constexpr WSNamedCode kTable[] = {
     {-1036, "eFMWriteFailed"},
     {-1037, "eFMTooManyOpenFiles"},
     {-1038, "eFMTooManySymlinks"},
+    {-1039, "eFMFileIsEmpty"},
     {-2000, "eGenericSystemError"},
     {-2001, "eSysNoEnvironmentVariable"},
     {-2002, "eDLLLoadingFailed"},

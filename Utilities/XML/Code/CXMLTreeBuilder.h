@@ -18,10 +18,6 @@ namespace XML {
 
 class CXMLElement;
 
-// A file of size 0 given to BuildFromFile. The code sits in the file-manager band, just below
-// its last named code.
-inline constexpr WTErr eFMFileIsEmpty = -1039;
-
 // Reads XML text into the element it was made on, and writes that element back as text.
 //
 // Reading goes through one WCExpatXMLParser that the builder owns for its lifetime, made at the

@@ -250,7 +250,7 @@ TEST(CXMLTreeBuilderFiles, MissingEmptyAndWrittenFiles) {
     CXMLTreeBuilder builder(root);
     EXPECT_EQ(builder.BuildFromFile(dir.path() / "missing.xml"), ML::eFMFileNotFound);
     std::ofstream(dir.path() / "empty.xml").close();
-    EXPECT_EQ(builder.BuildFromFile(dir.path() / "empty.xml"), ML::XML::eFMFileIsEmpty);
+    EXPECT_EQ(builder.BuildFromFile(dir.path() / "empty.xml"), ML::eFMFileIsEmpty);
     EXPECT_EQ(builder.BuildFromFile(dir.path()), ML::eFMIsAFolder);
 
     CXMLElement tree("Tree", "text");
