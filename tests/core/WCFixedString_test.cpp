@@ -31,10 +31,10 @@ TEST(WCFixedString, TruncatesSilentlyAtCapacity) {
     WCFixedString<6> t;
     t.append("abc", 100).append('z', 100);
     EXPECT_STREQ(t.data(), "abczzz");
-    const unsigned char bytes[] = {1, 2, 3, 4};
+    const unsigned char bytes[] = {1, 0xAB, 3, 4}; // hex prints the last byte first
     t.clear();
     t.append_hex_binary(bytes, 4);
-    EXPECT_STREQ(t.data(), "040302");
+    EXPECT_STREQ(t.data(), "0403AB");
     t.clear();
     t.append_random_chars(50);
     EXPECT_EQ(t.size(), 6u);
@@ -160,13 +160,6 @@ TEST(WCFixedString, NumbersIgnoreTheHostLocale) {
         GTEST_SKIP() << "no locale with a decimal comma is installed";
 }
 
-TEST(WCFixedString, HexBinaryPrintsLastByteFirst) {
-    const std::uint32_t value = 0x12AB34CDu; // little-endian in memory
-    S15 s;
-    s.append_hex_binary(reinterpret_cast<const unsigned char *>(&value), sizeof value);
-    EXPECT_STREQ(s.data(), "12AB34CD");
-}
-
 // ---- reading ----
 
 TEST(WCFixedString, ReadsNumbersFromTheStartIgnoringTrailingText) {
@@ -225,18 +218,12 @@ TEST(WCFixedString, CompareIsUnsignedByteWiseAndNullIsLowest) {
     EXPECT_EQ(m.begin()->second, 1);
 }
 
-TEST(WCFixedString, EmptyNeedleIsNotFoundButAlwaysAPrefix) {
-    const S15 s("hello");
+TEST(WCFixedString, FindAnswersNotFoundAtTheBoundariesAndForAnEmptyNeedle) {
+    const S15 s("abcabc");
     EXPECT_EQ(s.find(""), kNotFound);
     EXPECT_EQ(s.rfind(""), kNotFound);
     EXPECT_EQ(s.find_case_insensitive(""), kNotFound);
-    EXPECT_TRUE(s.begins_with(""));
-    EXPECT_TRUE(s.ends_with(""));
-    EXPECT_TRUE(S15().begins_with(""));
-}
-
-TEST(WCFixedString, FindAnswersNotFoundAtTheBoundaries) {
-    const S15 s("abcabc");
+    EXPECT_TRUE(s.begins_with("") && s.ends_with("") && S15().begins_with("")); // yet a prefix
     EXPECT_EQ(s.find("bc"), 1u);
     EXPECT_EQ(s.find("bc", 2), 4u);
     EXPECT_EQ(s.find("bc", 5), kNotFound); // rest shorter than the needle
