@@ -9,6 +9,17 @@ cmake --preset default
 cmake --build --preset default
 ctest --preset default 2>&1 | tee build/default/ctest-summary.log
 
+# The code that threads touch (locks, idle queues, timers, the resource manager, Redis
+# subscriptions, the algorithm's process lock) runs once more under ThreadSanitizer.
+tsan_suites=(core_thread_tests resources_tests redis_tests algorithm_tests)
+cmake --preset tsan
+cmake --build --preset tsan --target "${tsan_suites[@]}"
+for suite in "${tsan_suites[@]}"; do
+  echo "== $suite under ThreadSanitizer"
+  exe=$(find build/tsan/tests -type f -name "$suite" -perm -u+x | head -n 1)
+  TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" MIREL_TESTING=1 "$exe" --gtest_brief=1
+done
+
 cmake --preset fuzz
 cmake --build --preset fuzz --target mirel_fuzzers
 bash scripts/run-fuzzers.sh build/fuzz "${MIREL_FUZZ_SECONDS:-20}"
