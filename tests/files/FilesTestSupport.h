@@ -11,6 +11,7 @@
 #include <zip.h>
 
 #include "files/WCStPath.h"
+#include "tests/support/WCTestHome.h"
 
 // Small helpers of the file and resource layers' suites: they make and read files with the
 // standard library and libzip, so that a fault of the layer cannot hide itself.
@@ -33,6 +34,13 @@ inline std::string ReadText(fs::path const &path) {
 inline FM::WCStPath PathOf(fs::path const &path) {
     return FM::WCStPath(path.string());
 }
+
+// A suite whose tests work in a fresh temporary folder; At names a place inside it.
+class WCTempFolderTest : public ::testing::Test {
+protected:
+    mirel_test::WCTempDir m_dir;
+    fs::path At(char const *name) const { return m_dir.path() / name; }
+};
 
 // Makes a zip with libzip: folder entries for names ending in "/", stored (uncompressed) entries
 // when `store` is set so a test can find and damage their bytes, deflated ones otherwise.

@@ -1,6 +1,7 @@
 #include "files/WCStFile.h"
 
 #include <csignal>
+#include <optional>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -49,11 +50,7 @@ private:
     void (*m_oldHandler)(int);
 };
 
-class WCStFileTest : public ::testing::Test {
-protected:
-    mirel_test::WCTempDir m_dir;
-    fs::path At(char const *name) const { return m_dir.path() / name; }
-};
+using WCStFileTest = files_test::WCTempFolderTest;
 
 TEST_F(WCStFileTest, EveryWriteFormReadsBackThroughEveryReadForm) {
     std::string const text = "plain text\n";
@@ -105,52 +102,34 @@ TEST_F(WCStFileTest, WriterChangesAnExistingFileInPlace) {
     EXPECT_EQ(ReadText(At("w.txt")), "012abc67");
 }
 
-TEST_F(WCStFileTest, ReplacingCommitsOnlyWhenClosed) {
-    WriteText(At("p.xps"), "old");
-    {
-        FM::WCStFileCreate file(PathOf(At("p.xps")));
-        ASSERT_TRUE(file.IsValid());
-        file.WriteFromString("new contents");
-        // Until the writer is done the old file is what readers see.
-        EXPECT_EQ(ReadText(At("p.xps")), "old");
+// The replacing writer stages its bytes beside the target: readers see the old file until the
+// writer is done, and an abandoned, unwound or failed writer leaves it whole.
+TEST_F(WCStFileTest, ReplacingCommitsOnlyAWriterThatEndsWell) {
+    enum WEEnd { eDestroyed, eAbandoned, eUnwound, eTooBig };
+    for (WEEnd end : {eDestroyed, eAbandoned, eUnwound, eTooBig}) {
+        SCOPED_TRACE(end);
+        WriteText(At("p.xps"), "old");
+        try {
+            std::optional<WCFileSizeLimit> limit;
+            if (end == eTooBig)
+                limit.emplace(16);
+            FM::WCStFileCreate file(PathOf(At("p.xps")));
+            ASSERT_TRUE(file.IsValid());
+            EXPECT_EQ(file.WriteFromString(std::string(100, 'x')),
+                      end == eTooBig ? eFMFileSizeTooBig : eNoErr);
+            EXPECT_EQ(ReadText(At("p.xps")), "old");
+            if (end == eAbandoned)
+                file.Abandon();
+            if (end == eUnwound)
+                throw static_cast<int>(eFMWriteFailed);
+            if (end == eTooBig) {
+                EXPECT_EQ(file.Close(), eFMFileSizeTooBig);
+            }
+        } catch (int) {
+        }
+        EXPECT_EQ(ReadText(At("p.xps")), end == eDestroyed ? std::string(100, 'x') : "old");
+        EXPECT_EQ(CountEntries(m_dir.path()), 1u) << "no staging file is left behind";
     }
-    EXPECT_EQ(ReadText(At("p.xps")), "new contents");
-    EXPECT_EQ(CountEntries(m_dir.path()), 1u);
-}
-
-TEST_F(WCStFileTest, AbandonedOrUnwoundWriterLeavesTheOldFileWhole) {
-    WriteText(At("keep.txt"), "precious");
-    {
-        FM::WCStFileCreate file(PathOf(At("keep.txt")));
-        file.WriteFromString("half");
-        file.Abandon();
-    }
-    EXPECT_EQ(ReadText(At("keep.txt")), "precious");
-    try {
-        FM::WCStFileCreate file(PathOf(At("keep.txt")));
-        file.WriteFromString("half");
-        throw static_cast<int>(eFMWriteFailed);
-    } catch (int) {
-    }
-    EXPECT_EQ(ReadText(At("keep.txt")), "precious");
-    EXPECT_EQ(CountEntries(m_dir.path()), 1u);
-}
-
-TEST_F(WCStFileTest, FailedWriteNeverReplacesTheOldFile) {
-    WriteText(At("big.txt"), "old");
-    int closeResult = eNoErr;
-    int writeResult = eNoErr;
-    {
-        WCFileSizeLimit limit(16);
-        FM::WCStFileCreate file(PathOf(At("big.txt")));
-        ASSERT_TRUE(file.IsValid());
-        writeResult = file.WriteFromString(std::string(100, 'x'));
-        closeResult = file.Close();
-    }
-    EXPECT_EQ(writeResult, eFMFileSizeTooBig);
-    EXPECT_EQ(closeResult, eFMFileSizeTooBig);
-    EXPECT_EQ(ReadText(At("big.txt")), "old");
-    EXPECT_EQ(CountEntries(m_dir.path()), 1u);
 }
 
 TEST_F(WCStFileTest, CreateFlagsAppendAndRefuse) {
@@ -341,6 +320,9 @@ TEST_F(WCStFileTest, OpenFileFunctionsRoundTrip) {
     EXPECT_EQ(FM::WriteToFile(file, "x", 1, done), eFMIllegalOpenFileRef);
     EXPECT_EQ(FM::SetFileCursor(file, 0, FM::eFMFromStart), eFMIllegalOpenFileRef);
     EXPECT_EQ(FM::OpenFile(PathOf(At("nothing")), FM::eFMReadPermission, file), eFMFileNotFound);
+    EXPECT_EQ(
+        FM::CreateAFile(PathOf(At("deep/h.bin")), FM::eFMCreateNew, FM::eFMWritePermission, file),
+        eFMFileAllreadyExists);
 
     ASSERT_EQ(FM::OpenFile(PathOf(At("deep/h.bin")), FM::eFMReadPermission, file), eNoErr);
     EXPECT_EQ(FM::SetFileCursor(file, -10, FM::eFMFromStart), eFMWrongParameters);
@@ -350,20 +332,6 @@ TEST_F(WCStFileTest, OpenFileFunctionsRoundTrip) {
     std::string text;
     EXPECT_EQ(FM::ReadTheWholeFile(PathOf(At("deep/h.bin")), text), eNoErr);
     EXPECT_EQ(text, "abc");
-}
-
-TEST_F(WCStFileTest, AppendFlagPutsTheCursorAtTheEnd) {
-    WriteText(At("a.txt"), "12345");
-    FM::WTOpenFileType file = FM::kNoOpenFile;
-    ASSERT_EQ(
-        FM::CreateAFile(PathOf(At("a.txt")), FM::eFMCreateAppend, FM::eFMWritePermission, file),
-        eNoErr);
-    std::uint64_t at = 0;
-    EXPECT_EQ(FM::GetFileCursor(file, at), eNoErr);
-    EXPECT_EQ(at, 5u);
-    FM::CloseFile(file);
-    EXPECT_EQ(FM::CreateAFile(PathOf(At("a.txt")), FM::eFMCreateNew, FM::eFMWritePermission, file),
-              eFMFileAllreadyExists);
 }
 
 TEST_F(WCStFileTest, ReadsFilesThatReportNoSize) {

@@ -15,11 +15,7 @@ using files_test::ReadText;
 using files_test::WriteText;
 namespace fs = std::filesystem;
 
-class FileSystemObjects : public ::testing::Test {
-protected:
-    mirel_test::WCTempDir m_dir;
-    fs::path At(char const *name) const { return m_dir.path() / name; }
-};
+using FileSystemObjects = files_test::WCTempFolderTest;
 
 TEST_F(FileSystemObjects, CreateFolderMakesEveryLevelAndRefusesAFileInTheWay) {
     EXPECT_EQ(FM::CreateFolder(PathOf(At("a/b/c"))), eNoErr);
