@@ -27,16 +27,6 @@ protected:
     fs::path m_second;
 };
 
-TEST_F(LocationIndicators, TableKnowsItsWords) {
-    EXPECT_TRUE(FM::IsValidIndicator("MainPluginFolder"));
-    EXPECT_TRUE(FM::IsValidIndicator("StageDeskNativeModulesFolder"));
-    EXPECT_FALSE(FM::IsValidIndicator("mainpluginfolder"));
-    EXPECT_FALSE(FM::IsValidIndicator(nullptr));
-    EXPECT_STREQ(FM::GetIndicatorValueName("MainPluginFolder"), "Location");
-    EXPECT_STREQ(FM::GetIndicatorValueName("TMForVenueModulesFolder"), "LocationTMforVenueModules");
-    EXPECT_STREQ(FM::GetIndicatorValueName("TMStudio2ModulesFolder"), "LocationTMStudioModules");
-}
-
 TEST_F(LocationIndicators, ValuesComeFromTheFirstFileThatHasThem) {
     WriteLocations(m_first, "Location: /opt/Mirel/Plug-Ins\nLocationV13: ab\n");
     WriteLocations(m_second, "LocationV13: /opt/Mirel/V13\nLocationKLS: /srv/kls\n");
@@ -53,6 +43,8 @@ TEST_F(LocationIndicators, ValuesComeFromTheFirstFileThatHasThem) {
 TEST_F(LocationIndicators, BadWordsValuesAndFilesGiveTheirCodes) {
     FM::WCStPath path("/unchanged");
     EXPECT_EQ(FM::GetPathFromIndicator("NoSuchFolder", path), eFMWrongParameters);
+    EXPECT_EQ(FM::GetPathFromIndicator("mainpluginfolder", path), eFMWrongParameters);
+    EXPECT_FALSE(FM::IsValidIndicator(nullptr));
     EXPECT_EQ(FM::GetPathFromIndicator("MainPluginFolder", path), eFMFileNotFound);
     WriteLocations(m_first, "Location: abc\n");
     EXPECT_EQ(FM::GetPathFromIndicator("MainPluginFolder", path), eMemNullPointer);

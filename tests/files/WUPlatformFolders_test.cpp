@@ -119,7 +119,6 @@ TEST(SystemFolders, NamesFollowTheTables) {
     EXPECT_STREQ(FM::WEFoldersDomainName(FM::eUserLocalDomain), "eUserLocalDomain");
     EXPECT_STREQ(FM::WEFoldersDomainName(9), "Unknown Folder Domain");
     EXPECT_STREQ(FM::WESystemFoldersName(FM::eSystemFolder), "eSystemFolder");
-    EXPECT_STREQ(FM::WESystemFoldersName(FM::eMirelPreferencesFolder2), "eMirelPreferencesFolder2");
     EXPECT_STREQ(FM::WESystemFoldersName(FM::eVST3PresetsFolder), "eVST3PresetsFolder");
     EXPECT_STREQ(FM::WESystemFoldersName(25), "Unknown System Folder");
     EXPECT_STREQ(FM::WESystemFoldersName(-1), "Unknown System Folder");
