@@ -122,42 +122,21 @@ WSEverything Filled() {
     return v;
 }
 
-void ExpectSame(const WSEverything &a, const WSEverything &b) {
-    EXPECT_EQ(a.text, b.text);
-    EXPECT_EQ(a.name.compare(b.name), 0);
-    EXPECT_EQ(a.flag, b.flag);
-    EXPECT_EQ(a.present, b.present);
-    EXPECT_EQ(a.u16, b.u16);
-    EXPECT_EQ(a.u32, b.u32);
-    EXPECT_EQ(a.u64, b.u64);
-    EXPECT_EQ(a.s16, b.s16);
-    EXPECT_EQ(a.s32, b.s32);
-    EXPECT_EQ(a.s64, b.s64);
-    EXPECT_EQ(a.f, b.f);
-    EXPECT_EQ(a.d, b.d);
-    EXPECT_EQ(a.code, b.code);
-    EXPECT_EQ(a.id, b.id);
-    EXPECT_EQ(a.version, b.version);
-    EXPECT_EQ(a.mode, b.mode);
-    EXPECT_EQ(a.attribMode, b.attribMode);
-    EXPECT_EQ(a.ratio, b.ratio);
-    EXPECT_EQ(a.count, b.count);
-    EXPECT_EQ(a.label.compare(b.label), 0);
-    EXPECT_TRUE(a.origin == b.origin);
-    EXPECT_EQ(a.points, b.points);
-    EXPECT_EQ(a.numbers, b.numbers);
-}
-
 TEST(WCXMLSerializerRoundTrip, EveryContentFormSurvivesWriteAndReadThroughText) {
     const WSEverything original = Filled();
     CXMLElement written("Everything");
     original.WriteToXML(&written);
+    const std::string text = mirel_test::Write(written);
 
+    // Every filled value differs from the default, so a field that is not read back, or read
+    // back otherwise, is written otherwise; the written forms are pinned by the next test.
     CXMLElement parsed;
-    ASSERT_EQ(mirel_test::Parse(mirel_test::Write(written), parsed), ML::eNoErr);
+    ASSERT_EQ(mirel_test::Parse(text, parsed), ML::eNoErr);
     WSEverything back;
     ASSERT_EQ(back.ReadFromXML(&parsed), ML::eNoErr);
-    ExpectSame(original, back);
+    CXMLElement rewritten("Everything");
+    back.WriteToXML(&rewritten);
+    EXPECT_EQ(mirel_test::Write(rewritten), text);
 }
 
 TEST(WCXMLSerializerWriting, FormatsAreTheDocumentedOnes) {
