@@ -23,15 +23,13 @@ void WC16BytesID::Encode(WCFixedStringBase &out) const noexcept {
 }
 
 WTErr WC16BytesID::Decode(const char *text) noexcept {
+    // Zeroed first, so a text that cannot be read leaves the default identifier rather than the
+    // old one, which a caller would take for the value it asked for.
+    clear();
     if (text == nullptr)
         return eMemNullPointer;
-    unsigned char decoded[kNumBytes] = {};
     std::uint64_t written = 0;
-    const WTErr err = Utils::Base64Decode(text, std::strlen(text), decoded, kNumBytes, written);
-    if (err != eNoErr)
-        return err;
-    std::memcpy(m_bytes, decoded, kNumBytes);
-    return eNoErr;
+    return Utils::Base64Decode(text, std::strlen(text), m_bytes, kNumBytes, written);
 }
 
 MIREL_NAMESPACE_END

@@ -32,7 +32,8 @@ public:
     // Clears `out` and writes the Base64 text into it.
     void Encode(WCFixedStringBase &out) const noexcept;
     // Zeroes the identifier, then stores at most sixteen decoded bytes, so a short text leaves the
-    // tail zero. Text that is not Base64 gives eNotANumber and leaves the identifier as it was.
+    // tail zero. Text that is not Base64 gives eNotANumber, a null text eMemNullPointer, and
+    // either leaves the identifier all zero (IsDefault).
     WTErr Decode(const char *text) noexcept;
 
     friend bool operator==(const WC16BytesID &a, const WC16BytesID &b) noexcept {

@@ -100,12 +100,15 @@ TEST(WC16BytesID, ShortTextLeavesTheTailZeroAndLongTextIsCut) {
     EXPECT_TRUE(id.IsDefault());
 }
 
-TEST(WC16BytesID, BadTextLeavesTheIdentifierAlone) {
-    WC16BytesID id = Sequential();
-    EXPECT_EQ(id.Decode("not base64!"), eNotANumber);
-    EXPECT_EQ(id, Sequential());
-    EXPECT_EQ(id.Decode(nullptr), eMemNullPointer);
-    EXPECT_EQ(id, Sequential());
+TEST(WC16BytesID, UnreadableTextLeavesTheDefaultIdentifier) {
+    // The old bytes must not survive: a caller would take them for the value it asked for.
+    const std::pair<const char *, WTErr> cases[] = {
+        {"not base64!", eNotANumber}, {"Zm9vY", eNotANumber}, {nullptr, eMemNullPointer}};
+    for (const auto &[text, code] : cases) {
+        WC16BytesID id = Sequential();
+        EXPECT_EQ(id.Decode(text), code) << (text ? text : "null");
+        EXPECT_TRUE(id.IsDefault()) << (text ? text : "null");
+    }
 }
 
 TEST(WC16BytesID, OrdersByteWise) {
