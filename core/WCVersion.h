@@ -4,15 +4,16 @@
 
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
-#include "Utilities/XML/Code/WCXMLable.h"
 
 MIREL_NAMESPACE_BEGIN
 
 // A version number of four parts, Major.Minor.Revision.InternalStage, as read from and written to
 // component info, presets and the library's own name. Text is read leniently: parsing stops at
 // the first part that is not a number followed by '.', and the rest stay zero.
-// [any-thread]: a plain value.
-class WCVersion : public XML::WCXMLable {
+// A plain value of four integers, with no virtual table: its XML form, the full text as an
+// element's content, belongs to the XML layer's serializer (element_content), so core needs no
+// XML. [any-thread]
+class WCVersion {
 public:
     constexpr WCVersion() noexcept = default;
     constexpr WCVersion(unsigned int major, unsigned int minor, unsigned int revision,
@@ -28,10 +29,6 @@ public:
     constexpr unsigned int Minor() const noexcept { return m_Minor; }
     constexpr unsigned int Revision() const noexcept { return m_Revision; }
     constexpr unsigned int InternalStage() const noexcept { return m_InternalStage; }
-
-    // The full text, GetString(4), as the current element's text; reading goes through
-    // ReadFromString. Defined with the XML layer.
-    void SerializeXML(XML::WCXMLSerializer &serializer) override;
 
     // Sets all parts to zero, then reads up to four unsigned decimal numbers separated by '.'.
     void ReadFromString(const char *text) noexcept;

@@ -3,9 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <type_traits>
 #include <vector>
 
 using namespace MIREL_NAMESPACE_NAME;
+
+// A plain value of core: four integers and no virtual table, so core needs no XML layer for it.
+static_assert(!std::is_polymorphic_v<WCVersion>);
+static_assert(std::is_trivially_copyable_v<WCVersion>);
+static_assert(sizeof(WCVersion) == 4 * sizeof(unsigned int));
+static_assert(WCVersion(13, 1, 0, 186).GetVersionAsBinaryNumber() == 0x0D0100BAu);
 
 namespace {
 

@@ -13,6 +13,7 @@ MIREL_NAMESPACE_BEGIN
 
 class WC16BytesID;
 class WCFourCC;
+class WCVersion;
 
 namespace XML {
 
@@ -85,6 +86,9 @@ public:
     virtual WCXMLSerializer &element_content(WCXMLable &value) = 0;
     virtual WCXMLSerializer &element_content(WC16BytesID &value) = 0;
     virtual WCXMLSerializer &element_content(WCFourCC &value) = 0;
+    // The full text, GetString(4); reading goes through ReadFromString. Defined with the
+    // version's XML form (WCVersion_XML.cpp).
+    virtual WCXMLSerializer &element_content(WCVersion &value) = 0;
     virtual WCXMLSerializer &element_content(std::string &value) = 0;
     virtual WCXMLSerializer &element_content(WCFixedStringBase &value) = 0;
     virtual WCXMLSerializer &element_content(bool &value) = 0;
@@ -155,6 +159,7 @@ public:
     WCXMLSerializer &element_content(WCXMLable &value) override;
     WCXMLSerializer &element_content(WC16BytesID &value) override;
     WCXMLSerializer &element_content(WCFourCC &value) override;
+    WCXMLSerializer &element_content(WCVersion &value) override;
     WCXMLSerializer &element_content(std::string &value) override;
     WCXMLSerializer &element_content(WCFixedStringBase &value) override;
     WCXMLSerializer &element_content(bool &value) override;
@@ -205,6 +210,7 @@ public:
     WCXMLSerializer &element_content(WCXMLable &value) override;
     WCXMLSerializer &element_content(WC16BytesID &value) override;
     WCXMLSerializer &element_content(WCFourCC &value) override;
+    WCXMLSerializer &element_content(WCVersion &value) override;
     WCXMLSerializer &element_content(std::string &value) override;
     WCXMLSerializer &element_content(WCFixedStringBase &value) override;
     WCXMLSerializer &element_content(bool &value) override;

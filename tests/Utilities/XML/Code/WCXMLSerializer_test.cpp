@@ -236,7 +236,7 @@ TEST(WCXMLSerializerReading, FilterRejectsOtherValuesAndLevelsDescend) {
 TEST(WCXMLSerializerReading, VersionReadsItsTextAndKeepsItsValueWhenMissing) {
     CXMLElement element("V", "2.5.1");
     ML::WCVersion version(9, 9, 9, 9);
-    version.ReadFromXML(&element);
+    ML::XML::WCXMLSerializerReader(&element).element_content(version);
     EXPECT_EQ(version, ML::WCVersion(2, 5, 1, 0));
 
     CXMLElement parent;
