@@ -272,8 +272,11 @@ int WCResContainer_Base::IsResourceLoaded(const WCResKey &key, WTResourceType *&
 
 bool WCResContainer_Base::DoesResourceExist(const WCResKey &key) {
     miThread::WCStThreadMutexLocker lock(m_Mutex);
-    if (const WTResourceType *loaded = FindLocked(key))
-        return (loaded->m_Flags & RM::kResFlagMarkedForDelete) == 0;
+    // A record marked for delete still exists while the store holds it: its file goes only when
+    // the container is written or the record's last retain is released.
+    const WTResourceType *loaded = FindLocked(key);
+    if (loaded != nullptr && (loaded->m_Flags & RM::kResFlagMarkedForDelete) == 0)
+        return true;
     try {
         CheckKeyFields(key);
         std::uint64_t size = 0;

@@ -84,6 +84,8 @@ public:
     int ReleaseAllResources();
     // The loaded record without retaining it, or eRMResRefNotFound.
     int IsResourceLoaded(const WCResKey &key, WTResourceType *&outResource);
+    // Loaded and not marked for delete, or held by the store (GetRawResSize succeeds); so a
+    // marked record exists until its file is deleted.
     bool DoesResourceExist(const WCResKey &key);
     // A new record over the caller's data (copied when `copyData`); an existing key in the map is
     // replaced. A key the store already holds is eRMResExists unless `replaceStored`.

@@ -308,16 +308,24 @@ TEST_F(BundleChanges, DeferredWriteWaitsForTheContainer) {
     RM::ReleaseResource(resource);
 }
 
-TEST_F(BundleChanges, MarkedResourceIsDeletedAtItsLastRelease) {
+TEST_F(BundleChanges, MarkedResourceExistsUntilItsFileIsDeletedAtItsLastRelease) {
     Put("TXT_/gone", "bye");
     Container *container = Open();
     Resource *resource = nullptr;
     ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "gone"), resource), eNoErr);
     ASSERT_EQ(RM::MarkResourceForDelete(resource), eNoErr);
-    EXPECT_FALSE(RM::DoesResourceExist(container, WCResKey("TXT_", "gone")));
+    EXPECT_TRUE(RM::DoesResourceExist(container, WCResKey("TXT_", "gone")));
     EXPECT_TRUE(fs::exists(Resources() / "TXT_" / "gone"));
     RM::ReleaseResource(resource);
     EXPECT_FALSE(fs::exists(Resources() / "TXT_" / "gone"));
+    EXPECT_FALSE(RM::DoesResourceExist(container, WCResKey("TXT_", "gone")));
+
+    // Added and never written, a marked record has nothing that holds it.
+    ASSERT_EQ(RM::AddResourceCopyData(container, WCResKey("TXT_", "new"), "n", 1, resource),
+              eNoErr);
+    ASSERT_EQ(RM::MarkResourceForDelete(resource), eNoErr);
+    EXPECT_FALSE(RM::DoesResourceExist(container, WCResKey("TXT_", "new")));
+    RM::ReleaseResource(resource);
 }
 
 TEST_F(BundleChanges, UpdateReplacesBytesOfRawResourcesOnly) {
