@@ -7,6 +7,7 @@
 #include "files/FileFilterFunctor.h"
 #include "files/WCStFile.h"
 #include "files/WCStFolderIterator.h"
+#include "files/WTPathType.h"
 #include "files/WUBundles.h"
 #include "files/WUFileSystemObjects.h"
 
@@ -23,6 +24,22 @@ void SortUniqueAppend(std::vector<WCFixedString<31>> &found,
 
 bool EndsWith(const WCFixedStringBase &text, const WCFixedStringBase &suffix) {
     return suffix.empty() || text.ends_with(suffix.c_str());
+}
+
+// Whether `path` lies strictly inside `folder`, both taken with ".." and links resolved. The
+// whole path is used, not its text, which is cut at 1023 characters. A path that cannot be
+// resolved lies nowhere.
+bool LiesInside(const FM::WCStPath &folder, const FM::WCStPath &path) {
+    std::string base;
+    std::string target;
+    if (!folder.IsValid() || !path.IsValid() ||
+        FM::NormalizePathString(FM::BoostPath(folder).c_str(), base) != eNoErr ||
+        FM::NormalizePathString(FM::BoostPath(path).c_str(), target) != eNoErr)
+        return false;
+    if (base == "/")
+        return target.size() > 1;
+    return target.size() > base.size() && target.compare(0, base.size(), base) == 0 &&
+           target[base.size()] == '/';
 }
 
 } // namespace
@@ -59,28 +76,38 @@ int WCResContainer_Bundle::GetPathToTheoreticalFile(const WCResKey &key, FM::WCS
     return outPath.GetError();
 }
 
-void WCResContainer_Bundle::FindFile(const WCResKey &key, FM::WCStPath &outTheoretical,
-                                     FM::WCStPath &outActual) {
+bool WCResContainer_Bundle::IsInResourcesFolder(const FM::WCStPath &path) const {
+    return LiesInside(m_ResourcesFolder, path);
+}
+
+WCResContainer_Bundle::EFileLookup WCResContainer_Bundle::FindFile(const WCResKey &key,
+                                                                   FM::WCStPath &outTheoretical,
+                                                                   FM::WCStPath &outActual) {
     CheckKeyFields(key);
     const WCFixedString<255> text = KeyText(key);
     outTheoretical = FM::WCStPath(m_ResourcesFolder, text.c_str());
     if (outTheoretical.IsFile()) {
         outActual = outTheoretical;
-        return;
+    } else {
+        const WCFixedString<255> *redirect = m_Config.FindRedirection(text);
+        if (redirect == nullptr || redirect->empty())
+            return EFileLookup::eMissing;
+        outActual = FM::WCStPath(outTheoretical.GetParent(), redirect->c_str());
+        if (!outActual.IsValid() || !outActual.IsFile())
+            return EFileLookup::eMissing;
     }
-    const WCFixedString<255> *redirect = m_Config.FindRedirection(text);
-    if (redirect == nullptr || redirect->empty())
-        throw int(eRMResNotFound);
-    outActual = FM::WCStPath(outTheoretical.GetParent(), redirect->c_str());
-    if (!outActual.IsValid() || !outActual.IsFile())
-        throw int(eRMResNotFound);
+    // A bad configuration or a linked folder must not make the container read or overwrite a
+    // file elsewhere.
+    return IsInResourcesFolder(outActual) ? EFileLookup::eFound : EFileLookup::eRefused;
 }
 
 int WCResContainer_Bundle::GetPathToActualFile(const WCResKey &key, FM::WCStPath &outPath) {
     try {
         FM::WCStPath theoretical;
-        FindFile(key, theoretical, outPath);
-        return eNoErr;
+        if (FindFile(key, theoretical, outPath) == EFileLookup::eFound)
+            return eNoErr;
+        outPath = FM::WCStPath();
+        return eRMResNotFound;
     } catch (int err) {
         return err;
     }
@@ -94,9 +121,11 @@ FM::WCStPath WCResContainer_Bundle::FindZipPath(const WCFixedStringBase &type,
     const FM::WCStPath inParent(m_ResourcesFolder.GetParent(), leaf.c_str());
     const FM::WCStPath &first = resourcesFolderFirst ? inResources : inParent;
     const FM::WCStPath &second = resourcesFolderFirst ? inParent : inResources;
-    if (first.IsFile())
+    // A zip belongs to the bundle; a link that leads out of it is not followed.
+    const FM::WCStPath bundleContents = m_ResourcesFolder.GetParent();
+    if (first.IsFile() && LiesInside(bundleContents, first))
         return first;
-    if (second.IsFile())
+    if (second.IsFile() && LiesInside(bundleContents, second))
         return second;
     return FM::WCStPath();
 }
@@ -132,12 +161,10 @@ WCFixedString<255> WCResContainer_Bundle::ZipEntryName(const WCResKey &key) cons
 FM::WCStFileReadFromZip *WCResContainer_Bundle::FindFileOrZip(const WCResKey &key,
                                                               FM::WCStPath &outFile) {
     FM::WCStPath theoretical;
-    try {
-        FindFile(key, theoretical, outFile);
-        return nullptr;
-    } catch (int err) {
-        if (err != eRMResNotFound)
-            throw;
+    switch (FindFile(key, theoretical, outFile)) {
+    case EFileLookup::eFound: return nullptr;
+    case EFileLookup::eRefused: throw int(eRMResNotFound);
+    case EFileLookup::eMissing: break;
     }
     return &GetZip(key.m_Type);
 }
@@ -193,11 +220,23 @@ int WCResContainer_Bundle::GetModificationTime(const WCResKey &key, std::int64_t
 }
 
 int WCResContainer_Bundle::WriteResourceData(WTResourceType &resource) {
+    FM::WCStPath theoretical;
     FM::WCStPath target;
-    if (GetPathToActualFile(resource, target) != eNoErr) {
-        const int err = GetPathToTheoreticalFile(resource, target);
-        if (err != eNoErr)
-            return err;
+    try {
+        switch (FindFile(resource, theoretical, target)) {
+        case EFileLookup::eFound: break;
+        case EFileLookup::eRefused: return eRMResNotFound;
+        case EFileLookup::eMissing:
+            // A new file goes where the key names it, and a linked type folder may lead elsewhere.
+            if (!theoretical.IsValid())
+                return theoretical.GetError();
+            if (!IsInResourcesFolder(theoretical))
+                return eRMResNotFound;
+            target = theoretical;
+            break;
+        }
+    } catch (int err) {
+        return err;
     }
     FM::WCStFileCreate file(target, FM::eFMCreateAlways, FM::eFMReadWritePermission, 420);
     if (!file.IsValid())

@@ -18,6 +18,9 @@ MIREL_NAMESPACE_BEGIN
 // named "<id><extension>"; a zip is opened once, at its first use, and kept open with the
 // container. The configuration is read once, when the container is made; a broken
 // "resource_config.yaml" leaves it empty and is reported by GetConfigurationError.
+// The resources folder is the boundary of every file read or written for a resource: a file that,
+// with ".." and links resolved, lies elsewhere (through a redirection, a linked type folder or a
+// linked file) is refused with eRMResNotFound, and a zip must lie in the bundle.
 // Invalid with eRMInvalidResContainer when the bundle folder does not exist.
 // [any-thread], under the base's lock.
 class WCResContainer_Bundle : public WCResContainer_Base {
@@ -47,13 +50,19 @@ public:
     WCFixedString<255> KeyText(const WCResKey &key) const;
 
 private:
-    // Throws eRMResNotFound when neither the file nor its redirection exists.
-    void FindFile(const WCResKey &key, FM::WCStPath &outTheoretical, FM::WCStPath &outActual);
+    enum class EFileLookup { eFound, eMissing, eRefused };
+    // The resource's own file or the one its redirection names: eMissing when neither exists (a
+    // zip may stand in), eRefused when the file found lies outside the resources folder. Throws
+    // eRMInvalidResID for a key that could name a file outside the container.
+    EFileLookup FindFile(const WCResKey &key, FM::WCStPath &outTheoretical,
+                         FM::WCStPath &outActual);
+    // Whether the path, with ".." and links resolved, lies in the resources folder.
+    bool IsInResourcesFolder(const FM::WCStPath &path) const;
     // The open zip of a type; throws eFMFileNotFound when the type has neither zip nor folder,
     // eRMResNotFound when the zip cannot be read or only the folder exists.
     FM::WCStFileReadFromZip &GetZip(const WCFixedStringBase &type);
     // Null with `outFile` set when the resource has a file of its own, else the zip of its type;
-    // throws what FindFile throws for anything but a missing file, and what GetZip throws.
+    // throws eRMResNotFound for a refused file, what FindFile throws, and what GetZip throws.
     FM::WCStFileReadFromZip *FindFileOrZip(const WCResKey &key, FM::WCStPath &outFile);
     FM::WCStPath FindZipPath(const WCFixedStringBase &type, bool resourcesFolderFirst) const;
     WCFixedString<255> ZipEntryName(const WCResKey &key) const;

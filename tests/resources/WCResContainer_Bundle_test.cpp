@@ -192,6 +192,68 @@ TEST_F(BundleBadInput, KeysThatWouldLeaveTheBundleAreRefused) {
     EXPECT_EQ(RM::GetResIDList(container, "../Resources", ids), eRMInvalidResID);
 }
 
+TEST_F(BundleBadInput, FilesOutsideTheResourcesFolderAreNeitherReadNorWritten) {
+    // Everything below lies outside "Contents/Resources": a sibling of the bundle, a file of the
+    // bundle's own "Contents", and the targets of links inside the resources folder.
+    const fs::path outside = m_home.path() / "outside.txt";
+    const fs::path outsideFolder = m_home.path() / "elsewhere";
+    WriteFile(outside, "secret");
+    WriteFile(outsideFolder / "a", "secret");
+    WriteFile(Bundle() / "Contents" / "Info.plist", "secret");
+    Put("TXT_/kept", "inside");
+    fs::create_symlink(outside, Resources() / "TXT_" / "linked");
+    fs::create_symlink(outsideFolder, Resources() / "EXT_");
+    const std::string dots = fs::relative(outside, Resources() / "TXT_").string();
+    Put("resource_config.yaml", "Redirection:\n  TXT_/dots: " + dots +
+                                    "\n  TXT_/absolute: " + outside.string() +
+                                    "\n  TXT_/contents: ../../Info.plist\n"
+                                    "  TXT_/via-link: linked\n  TXT_/within: kept\n");
+    Container *container = Open();
+    EXPECT_EQ(Load(container, WCResKey("TXT_", "within")), "inside");
+
+    // An absolute redirection is taken relative to the type folder, where nothing stands: so a
+    // write goes to the key's own file, inside.
+    const std::pair<const char *, int> cases[] = {{"dots", eRMResNotFound},
+                                                  {"absolute", eNoErr},
+                                                  {"contents", eRMResNotFound},
+                                                  {"via-link", eRMResNotFound},
+                                                  {"linked", eRMResNotFound}};
+    for (const auto &[id, writeResult] : cases) {
+        SCOPED_TRACE(id);
+        const WCResKey key("TXT_", id);
+        Resource *resource = nullptr;
+        EXPECT_EQ(RM::GetAResource(container, key, resource), eRMResNotFound);
+        EXPECT_FALSE(RM::DoesResourceExist(container, key));
+        FM::WCStPath actual;
+        EXPECT_EQ(RM::GetPathToActualFile(container, key, actual), eRMResNotFound);
+        ASSERT_EQ(RM::AddResourceCopyData(container, key, "overwritten", 11, resource), eNoErr);
+        EXPECT_EQ(RM::WriteResource(resource), writeResult);
+        RM::ReleaseResource(resource);
+    }
+    EXPECT_EQ(ReadText(Resources() / "TXT_" / "absolute"), "overwritten");
+    // A type folder that is a link: neither its files nor a new one in it.
+    Resource *resource = nullptr;
+    EXPECT_EQ(RM::GetAResource(container, WCResKey("EXT_", "a"), resource), eRMResNotFound);
+    ASSERT_EQ(RM::AddResourceCopyData(container, WCResKey("EXT_", "new"), "n", 1, resource),
+              eNoErr);
+    EXPECT_EQ(RM::WriteResource(resource), eRMResNotFound);
+    RM::ReleaseResource(resource);
+
+    EXPECT_EQ(ReadText(outside), "secret");
+    EXPECT_EQ(ReadText(outsideFolder / "a"), "secret");
+    EXPECT_FALSE(fs::exists(outsideFolder / "new"));
+    EXPECT_EQ(ReadText(Bundle() / "Contents" / "Info.plist"), "secret");
+}
+
+TEST_F(BundleBadInput, ZipLinkedFromOutsideTheBundleIsNotRead) {
+    MakeZip(m_home.path() / "IMG_.zip", {{"a", "from outside"}});
+    fs::create_directories(Resources());
+    fs::create_symlink(m_home.path() / "IMG_.zip", Resources() / "IMG_.zip");
+    Resource *resource = nullptr;
+    EXPECT_EQ(RM::GetAResource(Open(), WCResKey("IMG_", "a"), resource), eFMFileNotFound);
+    EXPECT_EQ(resource, nullptr);
+}
+
 class BundleListing : public BundleTest {};
 
 TEST_F(BundleListing, IDsAreSortedFilteredByExtensionAndCut) {
