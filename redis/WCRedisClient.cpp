@@ -257,7 +257,6 @@ int WCRedisClient::read_data(YAML::Node const &node, std::string &outText) {
 
 int WCRedisClient::read_data(YAML::Node const &node, std::string &outText, const char *&outSource) {
     outSource = nullptr;
-    WTErr fileResult = eNoErr;
     try {
         if (node.IsMap()) {
             std::string name;
@@ -273,10 +272,13 @@ int WCRedisClient::read_data(YAML::Node const &node, std::string &outText, const
                 // A device such as /dev/zero or a pipe has no end to read up to: any publisher
                 // could make the host block or fill its memory, so only plain files are read.
                 bool const special = file.IsExist() && !file.IsFile() && !file.IsFolder();
-                fileResult = special ? eFMIsNotAFile : FM::ReadTheWholeFile(file, outText);
-                if (fileResult != eNoErr)
-                    outText.clear();
+                WTErr const fileResult =
+                    special ? eFMIsNotAFile : FM::ReadTheWholeFile(file, outText);
                 outSource = "path";
+                if (fileResult != eNoErr) {
+                    outText.clear();
+                    return fileResult;
+                }
             }
             if (ScalarOf(node, "key", name)) {
                 take(run_now({"GET", name}));
@@ -299,10 +301,7 @@ int WCRedisClient::read_data(YAML::Node const &node, std::string &outText, const
         outSource = nullptr;
     }
     commit_pending_commands();
-    if (outSource == nullptr)
-        return eRedisMissingTarget;
-    // A file that could not be read only matters when no later source replaced it.
-    return std::string_view(outSource) == "path" ? fileResult : eNoErr;
+    return outSource == nullptr ? eRedisMissingTarget : eNoErr;
 }
 
 int WCRedisClient::write_data(std::string const &data, YAML::Node const &node) {

@@ -84,9 +84,10 @@ public:
     void append_current_time_to_stack(const char *key);
 
     // Reads text from the sources the map names ("path", "key", "hash-name" with "hash-key",
-    // "list-left", "list-right"; the last present wins). eNoErr, eRedisMissingTarget without a
-    // source, or the file error when the file was the source that counted. `outSource` gets
-    // "path", "key", "hash" or "list" (null when none).
+    // "list-left", "list-right"; the last present wins), then commits. eNoErr, or
+    // eRedisMissingTarget without a source. A "path" that cannot be read answers the file's code
+    // at once, with `outText` empty: no later source is read (a list would lose its item) and
+    // nothing is committed. `outSource` gets "path", "key", "hash" or "list" (null when none).
     int read_data(YAML::Node const &node, std::string &outText);
     int read_data(YAML::Node const &node, std::string &outText, const char *&outSource);
     // Writes the data to every target the map names ("path", "key", "hash-name" with

@@ -287,15 +287,25 @@ TEST_F(DataTest, ReadTakesTheLastSourcePresentAndStillReadsTheFile) {
     EXPECT_STREQ(source, "key");
 }
 
-TEST_F(DataTest, MissingFileFailsTheReadOnlyWhenNoOtherSourceFollows) {
-    std::string text;
-    EXPECT_EQ(m_client.read_data(YAML::Load("{path: '" + path("none.txt") + "'}"), text),
-              eFMFileNotFound);
-    EXPECT_TRUE(text.empty());
+TEST_F(DataTest, UnreadableFileFailsTheReadWithoutTouchingLaterSourcesOrCommitting) {
     m_probe->command({"SET", "k", "from key"});
-    EXPECT_EQ(m_client.read_data(YAML::Load("{path: '" + path("none.txt") + "', key: k}"), text),
-              eNoErr);
-    EXPECT_EQ(text, "from key");
+    m_probe->command({"RPUSH", "l", "first", "last"});
+    m_client.set_value_pending("queued", "v");
+    ASSERT_EQ(m_client.get_pending_replies(), 1u);
+    for (const char *more : {"", ", key: k", ", list-left: l", ", list-right: l, hash-name: h"}) {
+        std::string text = "stale";
+        const char *source = nullptr;
+        YAML::Node const node = YAML::Load("{path: '" + path("none.txt") + "'" + more + "}");
+        EXPECT_EQ(m_client.read_data(node, text, source), eFMFileNotFound) << more;
+        EXPECT_TRUE(text.empty()) << more;
+        EXPECT_STREQ(source, "path") << more;
+    }
+    // No item was popped, and the pending command waits for the caller's own commit.
+    EXPECT_EQ(m_probe->list({"LRANGE", "l", "0", "-1"}),
+              (std::vector<std::string>{"first", "last"}));
+    EXPECT_EQ(m_client.get_pending_replies(), 1u);
+    m_client.commit_pending_commands();
+    EXPECT_EQ(m_probe->get("queued"), "v");
 }
 
 TEST_F(DataTest, ReadRefusesAPathThatIsNoPlainFile) {
