@@ -83,6 +83,13 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::ActivateMeatData(bool 
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::ClearStream() noexcept {
     m_Target->ResizePtr(0);
+    m_DroppedRecords = 0;
+    return *this;
+}
+
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::SetSizeLimit(std::uint64_t bytes) noexcept {
+    m_SizeLimit = bytes;
     return *this;
 }
 
@@ -99,20 +106,54 @@ void WCGraphicStreamBinaryWriter::CountOpenedFrame(std::uint64_t bytes) noexcept
     m_FramesBytes += bytes;
 }
 
+char *WCGraphicStreamBinaryWriter::Reserve(std::uint64_t bytes) noexcept {
+    Utils::WCStMemObj &memory = *m_Target;
+    char *place = nullptr;
+    // The common case on every redraw is a record that fits: then this is the same test the
+    // memory object makes, and nothing else is added to the path.
+    if (bytes <= memory.GetCapacity() - memory.GetSize() || Grow(bytes))
+        place = static_cast<char *>(memory.InPlaceAppendAndReserve(bytes));
+    if (place == nullptr)
+        ++m_DroppedRecords;
+    return place;
+}
+
+bool WCGraphicStreamBinaryWriter::Grow(std::uint64_t bytes) noexcept {
+    Utils::WCStMemObj &memory = *m_Target;
+    const std::uint64_t size = memory.GetSize();
+    if (size > m_SizeLimit || bytes > m_SizeLimit - size)
+        return false;
+    const std::uint64_t needed = size + bytes;
+    // Geometric, as the memory object grows by itself; next to the limit it takes the limit.
+    const std::uint64_t capacity = needed <= m_SizeLimit / 2 ? 2 * needed : m_SizeLimit;
+    return memory.ReservePtr(capacity) == eNoErr || memory.ReservePtr(needed) == eNoErr;
+}
+
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DropRecord() noexcept {
+    ++m_DroppedRecords;
+    return *this;
+}
+
 template <typename Record>
 char *WCGraphicStreamBinaryWriter::AppendRecord(const Record &record) {
     const WSSourceInStream source(*m_Target, &record, sizeof(Record));
-    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(Record)));
+    char *place = Reserve(sizeof(Record));
     if (place != nullptr)
         std::memcpy(place, source.Get(*m_Target), sizeof(Record));
     return place;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSStream &stream) {
+    // A new stream starts a new count of what it misses; a nested one adds to its parent's.
+    if (m_Target->GetSize() == 0)
+        m_DroppedRecords = 0;
     // The name is read as zero-terminated text, so its last byte is zero in the stream even when
-    // the caller filled the whole field; the font's name below likewise.
-    if (char *place = AppendRecord(stream))
+    // the caller filled the whole field; the font's name below likewise. A length copied from
+    // another stream would make a walk without a length trust it, so it is left to the guard.
+    if (char *place = AppendRecord(stream)) {
         place[offsetof(SGSStream, stream_name) + sizeof stream.stream_name - 1] = '\0';
+        std::memset(place + kGSStreamLengthOffset, 0, sizeof(std::int32_t));
+    }
     return *this;
 }
 
@@ -183,7 +224,7 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(const SGSData
     if (header.header.command != eGSDataPtr && header.num_elements > 0)
         bytes = static_cast<std::uint64_t>(header.num_elements) *
                 static_cast<std::uint64_t>(GraphicStreamDataTypeElementSize(header.type));
-    MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, *this);
+    MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, DropRecord());
     // The padding is reserved with the record, so a memory object that cannot grow leaves no
     // record without its padding behind.
     const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
@@ -191,7 +232,7 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(const SGSData
     const std::uint64_t recordBytes = sizeof(SGSData) + bytes + padding;
     const WSSourceInStream headerSource(*m_Target, &header, recordBytes);
     const WSSourceInStream payloadSource(*m_Target, payload, recordBytes);
-    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(recordBytes));
+    char *place = Reserve(recordBytes);
     if (place == nullptr)
         return *this;
     std::memcpy(place, headerSource.Get(*m_Target), sizeof(SGSData));
@@ -218,7 +259,7 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(std::int32_t 
     MIREL_ASSERT_RETURN(
         count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()) &&
             bytes <= kMaxPayloadBytes,
-        *this);
+        DropRecord());
     SGSData header;
     header.header.command = eGSDataHere;
     header.header.size = static_cast<std::int32_t>(sizeof(SGSData) + RoundUp4(bytes));
@@ -238,7 +279,7 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(std::int32_t p
                                                                   const void *data,
                                                                   std::size_t count) {
     MIREL_ASSERT_RETURN(count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()),
-                        *this);
+                        DropRecord());
     SGSData header;
     header.header.command = eGSDataPtr;
     header.header.size = static_cast<std::int32_t>(sizeof(SGSData));
@@ -397,14 +438,14 @@ WCGraphicStreamBinaryWriter::DrawPNGScaledAndClipped(const char *path, const WUR
 void WCGraphicStreamBinaryWriter::AppendRects(const std::vector<WURect<short>> &rects, short dx,
                                               short dy) {
     const std::uint64_t bytes = rects.size() * sizeof(SGSRect);
-    MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, );
+    MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, (void)DropRecord());
     SGSData header;
     header.header.command = eGSDataHere;
     header.header.size = static_cast<std::int32_t>(sizeof(SGSData) + bytes);
     header.type = eGSTypeRect;
     header.purpose = eGSPurposeClipRects;
     header.num_elements = static_cast<std::int32_t>(rects.size());
-    auto *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(SGSData) + bytes));
+    char *place = Reserve(sizeof(SGSData) + bytes);
     if (place == nullptr)
         return;
     std::memcpy(place, &header, sizeof header);

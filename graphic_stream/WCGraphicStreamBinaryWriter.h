@@ -24,8 +24,10 @@ namespace miGS {
 // least t bytes is written as a pointer, valid only while the pointed-to data live in this
 // process. A stream that leaves the process is written with threshold 0.
 //
-// The writer reports nothing: a memory object that cannot grow drops the record. Every operation
-// returns the writer for chaining. [main-thread] in the GUI; one writer per thread otherwise.
+// A memory object that cannot grow (or would pass the size limit) drops the record whole, and the
+// writer counts it (GetNumDroppedRecords), so a frame that misses records is detectable; the
+// frame and stream guards report their part. Every operation returns the writer for chaining.
+// [main-thread] in the GUI; one writer per thread otherwise.
 class WCGraphicStreamBinaryWriter {
 public:
     using ImageFlags = TBitVector<unsigned int>;
@@ -53,13 +55,21 @@ public:
     bool WillBeWrittenAsDataHere(std::uint64_t bytes) const noexcept;
     bool WillBeWrittenAsDataPtr(std::uint64_t bytes) const noexcept;
 
+    // Records not written since the stream began (OpenStream on an empty stream) or was cleared:
+    // the memory object could not grow so far, or the record was refused as too large.
+    std::uint64_t GetNumDroppedRecords() const noexcept { return m_DroppedRecords; }
+    // The memory object is not grown past `bytes`: a record that would need more is dropped. One
+    // that is already larger is filled up to its capacity. No limit by default.
+    WCGraphicStreamBinaryWriter &SetSizeLimit(std::uint64_t bytes) noexcept;
+    std::uint64_t GetSizeLimit() const noexcept { return m_SizeLimit; }
+
     // Frames opened through WCStGSFrameStructWriter, and their bytes.
     std::uint64_t GetNumFramesOpened() const noexcept { return m_FramesOpened; }
     std::uint64_t GetFramesBytes() const noexcept { return m_FramesBytes; }
     void CountOpenedFrame(std::uint64_t bytes) noexcept;
 
     // Raw records, copied byte for byte, except that the last byte of a stream or font name is
-    // always zero.
+    // always zero and a stream's length word is 0 (the stream guard sets it at the close).
     WCGraphicStreamBinaryWriter &OpenStream(const SGSStream &stream);
     WCGraphicStreamBinaryWriter &OpenFrame(const SGSFrame &frame);
     WCGraphicStreamBinaryWriter &CloseFrame(std::int32_t command);
@@ -211,6 +221,13 @@ public:
                                              std::int32_t vAlign = eGSAlignVCenter);
 
 private:
+    // The place of `bytes` more at the end of the stream, or null, counted as a dropped record,
+    // when the memory object cannot grow so far.
+    char *Reserve(std::uint64_t bytes) noexcept;
+    // The slow part of Reserve: grows the memory object for `bytes` more within the size limit.
+    bool Grow(std::uint64_t bytes) noexcept;
+    // Counts a record refused before any memory was asked for.
+    WCGraphicStreamBinaryWriter &DropRecord() noexcept;
     // The place of the appended record, or null when the memory object could not grow.
     template <typename Record>
     char *AppendRecord(const Record &record);
@@ -231,6 +248,8 @@ private:
     bool m_MetaDataActive = true;
     std::uint64_t m_DataPtrThreshold = 0;
     Utils::WCStMemObj m_OwnMemObj;
+    std::uint64_t m_DroppedRecords = 0;
+    std::uint64_t m_SizeLimit = ~std::uint64_t(0);
 };
 
 } // namespace miGS

@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <exception>
-#include <limits>
 #include <new>
 
 #include "graphic_stream/GSChecksum.h"
@@ -297,9 +296,19 @@ WTErr WCGraphicStreamEngineBase::ExecStream(char *stream, std::uint64_t length) 
 }
 
 WTErr WCGraphicStreamEngineBase::ExecStream(char *stream) {
-    const std::uint64_t unbounded =
-        std::numeric_limits<std::uint64_t>::max() - reinterpret_cast<std::uintptr_t>(stream);
-    return ExecStream(stream, unbounded);
+    // Without a length the walk goes no further than the opening record says: only a stream its
+    // guard closed knows its length, and anything else could lead past the end of its buffer.
+    if (stream == nullptr || reinterpret_cast<std::uintptr_t>(stream) % alignof(SGSData) != 0)
+        return kGSErrBadRecordSize;
+    SGSCommandHeader header;
+    std::memcpy(&header, stream, sizeof header);
+    if (header.command != eGSBeginStream || header.size < std::int32_t(sizeof(SGSStream)))
+        return kGSErrBadRecordSize;
+    std::int32_t length = 0;
+    std::memcpy(&length, stream + kGSStreamLengthOffset, sizeof length);
+    if (length < header.size)
+        return kGSErrBadRecordSize;
+    return ExecStream(stream, static_cast<std::uint64_t>(length));
 }
 
 void WCGraphicStreamEngineBase::ResetWalkState() {

@@ -136,7 +136,10 @@ public:
 
     // Walks `length` bytes of stream. Returns the result of the last operation, or the fault.
     WTErr ExecStream(char *stream, std::uint64_t length);
-    // Walks a stream this process wrote, trusting it to end with its closing record.
+    // Walks a stream closed by its guard (WCStGSStreamStructWriter) as far as the length its
+    // opening record holds. A buffer that starts with no stream record, or with one of length 0
+    // (a stream never closed: its closing record is missing), is refused with
+    // kGSErrBadRecordSize before anything past that record is read.
     WTErr ExecStream(char *stream);
 
     // Walks the stream and lists the checksum of each record except the end records, in order:

@@ -1,6 +1,7 @@
 #include "graphic_stream/WCStGSFrameStructWriter.h"
 
 #include <cstring>
+#include <limits>
 
 MIREL_NAMESPACE_BEGIN
 namespace miGS {
@@ -12,6 +13,13 @@ namespace {
 std::int32_t Difference32(std::int32_t high, std::int32_t low) noexcept {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(high) -
                                      static_cast<std::uint32_t>(low));
+}
+
+// The writer's count restarts with a new or cleared stream; a guard that outlived that reports
+// what the new count holds.
+std::uint64_t DroppedSince(const WCGraphicStreamBinaryWriter &writer, std::uint64_t before) {
+    const std::uint64_t now = writer.GetNumDroppedRecords();
+    return now >= before ? now - before : now;
 }
 
 } // namespace
@@ -34,6 +42,7 @@ WCStGSFrameStructWriter::WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &wr
 }
 
 void WCStGSFrameStructWriter::Open(const SGSFrame &frame) {
+    m_DroppedBefore = m_Writer.GetNumDroppedRecords();
     const std::uint64_t before = m_Writer.GetStreamSize();
     m_Writer.OpenFrame(frame);
     m_LengthAfterOpen = m_Writer.GetStreamSize();
@@ -65,10 +74,20 @@ void WCStGSFrameStructWriter::CloseFrame(std::int32_t command) {
     m_ShouldClose = false;
 }
 
+std::uint64_t WCStGSFrameStructWriter::GetNumDroppedRecords() const noexcept {
+    return DroppedSince(m_Writer, m_DroppedBefore);
+}
+
+int WCStGSFrameStructWriter::GetResult() const noexcept {
+    return GetNumDroppedRecords() == 0 ? eNoErr : eMemOutOfMemory;
+}
+
 WCStGSStreamStructWriter::WCStGSStreamStructWriter(WCGraphicStreamBinaryWriter &writer,
                                                    const SGSStream &stream,
                                                    const char *resourcesBaseURL)
-    : m_Writer(writer) {
+    : m_Writer(writer), m_StreamOffset(writer.GetStreamSize()),
+      // The open of a stream that is not nested restarts the writer's count.
+      m_DroppedBefore(m_StreamOffset == 0 ? 0 : writer.GetNumDroppedRecords()) {
     m_Writer.OpenStream(stream);
     if (resourcesBaseURL != nullptr)
         m_Writer.SpecialText(eGSResourcesBaseURL, resourcesBaseURL);
@@ -76,12 +95,35 @@ WCStGSStreamStructWriter::WCStGSStreamStructWriter(WCGraphicStreamBinaryWriter &
 
 WCStGSStreamStructWriter::~WCStGSStreamStructWriter() {
     if (m_ShouldClose)
-        m_Writer.CloseFrame(eGSEndStream);
+        CloseFrame(eGSEndStream);
 }
 
 void WCStGSStreamStructWriter::CloseFrame(std::int32_t command) {
+    const std::uint64_t before = m_Writer.GetStreamSize();
     m_Writer.CloseFrame(command);
     m_ShouldClose = false;
+    // Only a stream whose closing record was written and whose opening record still stands
+    // where it was written gets its length; one too long for the word keeps 0.
+    const std::uint64_t length = m_Writer.GetStreamSize() - m_StreamOffset;
+    if (command != eGSEndStream || m_Writer.GetStreamSize() == before ||
+        before < m_StreamOffset + sizeof(SGSStream) ||
+        length > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()))
+        return;
+    char *const opening = m_Writer.GetStreamPtr() + m_StreamOffset;
+    std::int32_t opened = 0;
+    std::memcpy(&opened, opening, sizeof opened);
+    if (opened != eGSBeginStream)
+        return;
+    const auto word = static_cast<std::int32_t>(length);
+    std::memcpy(opening + kGSStreamLengthOffset, &word, sizeof word);
+}
+
+std::uint64_t WCStGSStreamStructWriter::GetNumDroppedRecords() const noexcept {
+    return DroppedSince(m_Writer, m_DroppedBefore);
+}
+
+int WCStGSStreamStructWriter::GetResult() const noexcept {
+    return GetNumDroppedRecords() == 0 ? eNoErr : eMemOutOfMemory;
 }
 
 } // namespace miGS

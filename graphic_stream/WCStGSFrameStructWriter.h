@@ -13,7 +13,8 @@ namespace miGS {
 // A scope guard for one frame: the constructor writes the frame record, the destructor closes it.
 // A frame in which nothing was drawn does not survive: when the stream has not grown since the
 // frame was opened, the destructor zeroes the frame record and takes it off again, leaving the
-// stream exactly as long as before the guard. [main-thread], like its writer.
+// stream exactly as long as before the guard. A frame that misses records (the memory object could
+// not grow) tells so through GetResult. [main-thread], like its writer.
 class WCStGSFrameStructWriter {
 public:
     WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer, const SGSFrame &frame);
@@ -30,18 +31,27 @@ public:
     // Writes the closing record now; the destructor then does nothing.
     void CloseFrame(std::int32_t command = eGSEndFrame);
 
+    // Records of this frame the writer dropped so far: its opening record and what was drawn in
+    // it, nested frames included, and its closing record once CloseFrame wrote it.
+    std::uint64_t GetNumDroppedRecords() const noexcept;
+    // eNoErr, or eMemOutOfMemory when the frame misses records.
+    int GetResult() const noexcept;
+
 private:
     void Open(const SGSFrame &frame);
 
     WCGraphicStreamBinaryWriter &m_Writer;
     std::uint64_t m_LengthAfterOpen = 0;
     std::uint64_t m_RecordSize = 0;
+    std::uint64_t m_DroppedBefore = 0;
     bool m_ShouldClose = false;
 };
 
 // The same guard for a whole stream: the constructor writes the stream record (and, when given,
 // the resources folder record that belongs right behind it), the destructor appends "ESTM" unless
-// the stream was closed before. [main-thread], like its writer.
+// the stream was closed before. Closing with "ESTM" also writes the stream's length into its
+// opening record, so a walk without a length knows where the stream ends; a stream never closed
+// keeps length 0. [main-thread], like its writer.
 class WCStGSStreamStructWriter {
 public:
     WCStGSStreamStructWriter(WCGraphicStreamBinaryWriter &writer, const SGSStream &stream,
@@ -53,8 +63,14 @@ public:
     bool ShouldClose() const noexcept { return m_ShouldClose; }
     void CloseFrame(std::int32_t command = eGSEndStream);
 
+    // As for a frame: what the stream dropped so far, its closing record once written.
+    std::uint64_t GetNumDroppedRecords() const noexcept;
+    int GetResult() const noexcept;
+
 private:
     WCGraphicStreamBinaryWriter &m_Writer;
+    std::uint64_t m_StreamOffset = 0;
+    std::uint64_t m_DroppedBefore = 0;
     bool m_ShouldClose = true;
 };
 

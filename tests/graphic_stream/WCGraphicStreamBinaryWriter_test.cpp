@@ -44,11 +44,14 @@ TEST(WCGraphicStreamBinaryWriter, StreamRecordLaysOutSizeSignatureAndName) {
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), "EQ-7");
     EXPECT_EQ(At<char>(memory, 111), '\0');
 
-    // A name that fills the whole field keeps 63 characters and its terminating zero.
+    // A name that fills the whole field keeps 63 characters and its terminating zero; a length
+    // copied from another stream is not taken over.
     SGSStream full;
     std::memset(full.stream_name, 'n', sizeof full.stream_name);
+    full.signature.word[kGSStreamLengthWord] = 4096;
     writer.ClearStream().OpenStream(full);
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), std::string(63, 'n'));
+    EXPECT_EQ(At<std::int32_t>(memory, 36), 0);
 }
 
 TEST(WCGraphicStreamBinaryWriter, DataHerePadsItsPayloadToFourBytesWithUnderscores) {
@@ -394,6 +397,9 @@ TEST(WCStGSFrameStructWriter, NestedGuardsCloseInnerBeforeOuter) {
     EXPECT_EQ(RectAt(memory, frame + 16), (Rect{2, 1, 20, 10}));
     EXPECT_EQ(writer.GetNumFramesOpened(), 2u);
     EXPECT_EQ(writer.GetFramesBytes(), 64u);
+    // Closing wrote the stream's length into its opening record.
+    EXPECT_EQ(At<std::int32_t>(memory, 36), static_cast<std::int32_t>(memory.GetSize()));
+    EXPECT_EQ(writer.GetNumDroppedRecords(), 0u);
 
     // A size beyond 32 bits wraps rather than overflowing.
     writer.ClearStream();
@@ -423,4 +429,42 @@ TEST(WCStGSFrameStructWriter, ExplicitCloseAndClearedStream) {
     }
     EXPECT_EQ(Commands(writer.GetMemObj()),
               (std::vector<std::int32_t>{eGSBeginStream, eGSEndStream}));
+}
+
+TEST(WCStGSFrameStructWriter, RecordsTheMemoryCouldNotTakeAreCountedAndReported) {
+    // Room for the stream, its folder, one frame and one image: 112 + 36 + 32 + 56 bytes.
+    constexpr std::uint64_t kRoom = 236;
+    WCGraphicStreamBinaryWriter writer;
+    writer.SetSizeLimit(kRoom);
+    {
+        WCStGSStreamStructWriter stream(writer, NamedStream("x", 10, 10), "/res/");
+        {
+            WCStGSFrameStructWriter frame(writer, SGSFrame());
+            writer.DrawPNG(static_cast<short>(1));
+            EXPECT_EQ(frame.GetResult(), eNoErr);
+            writer.DrawPNG(static_cast<short>(2));
+            EXPECT_EQ(frame.GetNumDroppedRecords(), 1u);
+            EXPECT_EQ(frame.GetResult(), eMemOutOfMemory);
+        }
+        {
+            WCStGSFrameStructWriter unopened(writer, SGSFrame());
+            EXPECT_FALSE(unopened.ShouldClose());
+            EXPECT_EQ(unopened.GetResult(), eMemOutOfMemory);
+        }
+        // The second image, the first frame's closing record and the second frame.
+        EXPECT_EQ(writer.GetNumDroppedRecords(), 3u);
+        EXPECT_EQ(stream.GetResult(), eMemOutOfMemory);
+    }
+    EXPECT_EQ(writer.GetNumDroppedRecords(), 4u);
+    EXPECT_EQ(writer.GetStreamSize(), kRoom);
+    EXPECT_LE(writer.GetMemObj().GetCapacity(), kRoom);
+    // Without its closing record the stream keeps length 0.
+    EXPECT_EQ(At<std::int32_t>(writer.GetMemObj(), 36), 0);
+
+    // A new stream starts a new count, and the limit can be lifted.
+    writer.SetSizeLimit(~std::uint64_t(0)).ClearStream();
+    EXPECT_EQ(writer.GetNumDroppedRecords(), 0u);
+    WCStGSStreamStructWriter stream(writer, SGSStream());
+    writer.DrawPNG(static_cast<short>(1)).DrawPNG(static_cast<short>(2));
+    EXPECT_EQ(stream.GetResult(), eNoErr);
 }

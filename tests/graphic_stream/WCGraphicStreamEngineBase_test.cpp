@@ -1,5 +1,7 @@
 #include "graphic_stream/WCGraphicStreamEngineBase.h"
 
+#include <cstring>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -211,6 +213,46 @@ TEST_F(WCGraphicStreamEngineBaseWalk, WalkEndsWhenTheOutermostFrameCloses) {
     EXPECT_EQ(m_Engine.ExecStream(Ptr(), Size()), eNoErr);
     EXPECT_EQ(m_Engine.ExecStream(Ptr()), eNoErr);
     EXPECT_EQ(m_Engine.GetCurrentRecordOffset(), length - 8);
+}
+
+TEST(WCGraphicStreamEngineBase, WalkWithoutALengthNeverReadsPastTheStream) {
+    WCGraphicStreamBinaryWriter closed;
+    WriteSmallStream(closed);
+    const std::vector<char> whole(closed.GetStreamPtr(),
+                                  closed.GetStreamPtr() + closed.GetStreamSize());
+    WCGraphicStreamBinaryWriter open;
+    std::vector<char> unclosed;
+    {
+        WCStGSStreamStructWriter stream(open, SGSStream());
+        open.DrawPNG(static_cast<short>(1));
+        unclosed.assign(open.GetStreamPtr(), open.GetStreamPtr() + open.GetStreamSize());
+    }
+    WSRawStream byHand;
+    byHand.Stream().Header(eGSEndStream, 8);
+    std::vector<char> shortLength = whole;
+    const std::int32_t withoutItsEnd = static_cast<std::int32_t>(whole.size() - 8);
+    std::memcpy(shortLength.data() + 36, &withoutItsEnd, sizeof withoutItsEnd);
+    const std::vector<char> notAStream(whole.begin() + 112, whole.end());
+
+    struct {
+        const char *name;
+        std::vector<char> bytes;
+        WTErr result;
+    } const table[] = {
+        {"closed by its guard", whole, eNoErr},
+        {"closing record missing", unclosed, -8},
+        {"closed by hand, no length", {byHand.Ptr(), byHand.Ptr() + byHand.Size()}, -8},
+        {"length short of the closing record", shortLength, -8},
+        {"no stream record first", notAStream, -8},
+    };
+    for (const auto &row : table) {
+        // Each buffer is an allocation of exactly its bytes, so a read past its end is caught by
+        // the address sanitizer.
+        const auto buffer = std::make_unique<char[]>(row.bytes.size());
+        std::memcpy(buffer.get(), row.bytes.data(), row.bytes.size());
+        WCRecordingEngine engine;
+        EXPECT_EQ(engine.ExecStream(buffer.get()), row.result) << row.name;
+    }
 }
 
 TEST(WCGraphicStreamEngineBase, FramesNestedBeyondTheLimitAreRefused) {

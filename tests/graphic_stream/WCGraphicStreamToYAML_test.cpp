@@ -55,6 +55,8 @@ TEST(WCGraphicStreamToYAML, CompactAndFullDumpsMatchTheReviewedFiles) {
         ASSERT_EQ(yaml.ExecStream(demo.Ptr(), demo.Size()), eNoErr);
         ExpectGolden(yaml.GetYamlStr() + "\n", compact ? "demo_compact.yaml" : "demo_full.yaml");
     }
+    // The stream file that the command-line dump turns into the same YAML.
+    ExpectGolden(std::string(demo.Ptr(), demo.Size()), "demo.gs");
 }
 
 TEST(WCGraphicStreamToYAML, DumpIsValidYamlWithTheStreamAtItsTop) {
