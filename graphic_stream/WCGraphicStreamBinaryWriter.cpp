@@ -106,18 +106,6 @@ void WCGraphicStreamBinaryWriter::CountOpenedFrame(std::uint64_t bytes) noexcept
     m_FramesBytes += bytes;
 }
 
-char *WCGraphicStreamBinaryWriter::Reserve(std::uint64_t bytes) noexcept {
-    Utils::WCStMemObj &memory = *m_Target;
-    char *place = nullptr;
-    // The common case on every redraw is a record that fits: then this is the same test the
-    // memory object makes, and nothing else is added to the path.
-    if (bytes <= memory.GetCapacity() - memory.GetSize() || Grow(bytes))
-        place = static_cast<char *>(memory.InPlaceAppendAndReserve(bytes));
-    if (place == nullptr)
-        ++m_DroppedRecords;
-    return place;
-}
-
 bool WCGraphicStreamBinaryWriter::Grow(std::uint64_t bytes) noexcept {
     Utils::WCStMemObj &memory = *m_Target;
     const std::uint64_t size = memory.GetSize();

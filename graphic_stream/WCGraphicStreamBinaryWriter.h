@@ -222,8 +222,16 @@ public:
 
 private:
     // The place of `bytes` more at the end of the stream, or null, counted as a dropped record,
-    // when the memory object cannot grow so far.
-    char *Reserve(std::uint64_t bytes) noexcept;
+    // when the memory object cannot grow so far. Inline, so a record that fits costs no more than
+    // the memory object's own append.
+    char *Reserve(std::uint64_t bytes) noexcept {
+        char *place = nullptr;
+        if (bytes <= m_Target->GetCapacity() - m_Target->GetSize() || Grow(bytes))
+            place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(bytes));
+        if (place == nullptr)
+            ++m_DroppedRecords;
+        return place;
+    }
     // The slow part of Reserve: grows the memory object for `bytes` more within the size limit.
     bool Grow(std::uint64_t bytes) noexcept;
     // Counts a record refused before any memory was asked for.
