@@ -2,14 +2,14 @@
 
 #include <filesystem>
 
-#include "resources/linux/WUDynamicLibrary.h"
+#include "resources/WCNativeModule.h"
 
 MIREL_NAMESPACE_BEGIN
 
 namespace Utils {
 
 WCBundle::WCBundle(const void *addressInModule) {
-    if (!Native::GetPathOfAddress(addressInModule, m_ExecutablePath)) {
+    if (WCNativeModule::GetPathOfAddress(addressInModule, m_ExecutablePath) != eNoErr) {
         SetError(eFMFileNotFound);
         return;
     }

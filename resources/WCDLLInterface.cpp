@@ -1,25 +1,20 @@
 #include "resources/WCDLLInterface.h"
 
-#include "resources/linux/WUDynamicLibrary.h"
-
 MIREL_NAMESPACE_BEGIN
 
 namespace Utils {
 
 WCDLLInterface::WCDLLInterface(const FM::WCStPath &modulePath,
                                const std::vector<std::string> &entryPoints) {
-    m_Handle = Native::OpenLibrary(modulePath.GetNativePathString().c_str(), m_LoadError);
-    if (m_Handle == nullptr) {
+    if (m_Module.Load(modulePath.GetNativePathString().c_str()) != eNoErr) {
         SetError(eFaildToLoadPluginDLL);
         return;
     }
     for (const std::string &name : entryPoints)
-        m_ProcAddressMap[name] = Native::FindSymbol(m_Handle, name.c_str());
+        m_ProcAddressMap[name] = m_Module.GetSymbol(name.c_str());
 }
 
-WCDLLInterface::~WCDLLInterface() {
-    Native::CloseLibrary(m_Handle);
-}
+WCDLLInterface::~WCDLLInterface() = default;
 
 void *WCDLLInterface::GetProcAddress(const std::string &name) const {
     const auto found = m_ProcAddressMap.find(name);

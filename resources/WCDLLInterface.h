@@ -7,6 +7,7 @@
 #include "core/MirelNamespace.h"
 #include "core/WUValidatable.h"
 #include "files/WCStPath.h"
+#include "resources/WCNativeModule.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -15,7 +16,7 @@ namespace Utils {
 // A loaded module with the map of the entry points its user needs. The module is loaded in the
 // constructor and unloaded in the destructor; the addresses are good in between. Invalid with
 // eFaildToLoadPluginDLL when the module does not load (the loader's message in GetLoadError).
-// Not copyable. [any-thread] once made.
+// Not copyable. The module is held by a WCNativeModule. [any-thread] once made.
 class WCDLLInterface : public WUValidatable {
 public:
     WCDLLInterface(const FM::WCStPath &modulePath, const std::vector<std::string> &entryPoints);
@@ -32,13 +33,12 @@ public:
     // eNoErr when every entry point asked for was found; eNotAPluginFile otherwise (the missing
     // names in `outMissing` when given); the load's code when the module did not load.
     int AssertProcAddressMap(std::vector<std::string> *outMissing = nullptr) const;
-    const std::string &GetLoadError() const noexcept { return m_LoadError; }
-    void *GetHandle() const noexcept { return m_Handle; }
+    const std::string &GetLoadError() const noexcept { return m_Module.GetLoadError(); }
+    void *GetHandle() const noexcept { return m_Module.GetHandle(); }
 
 private:
-    void *m_Handle = nullptr;
+    WCNativeModule m_Module;
     std::map<std::string, void *> m_ProcAddressMap;
-    std::string m_LoadError;
 };
 
 } // namespace Utils

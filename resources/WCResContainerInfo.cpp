@@ -3,7 +3,7 @@
 #include <strings.h>
 
 #include "files/WUBundles.h"
-#include "resources/linux/WUNativeModule.h"
+#include "resources/WCNativeModule.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -19,9 +19,9 @@ WCResContainerInfo::WCResContainerInfo(WTNativeDLLRefType *const module, unsigne
         return;
     }
     FM::WCStPath modulePath;
-    const int err = RM::Native::GetModulePath(module, modulePath);
-    if (err != eNoErr) {
-        SetError(err);
+    // The system knows no file for the main program, or for what is no module's handle.
+    if (Utils::WCNativeModule::GetPathOfHandle(module, modulePath) != eNoErr) {
+        SetError(eRMInvalidNativeResContainer);
         return;
     }
     FM::WCStPath bundle;

@@ -1,13 +1,8 @@
 #include "Code/Algorithm/DLLMap.h"
 
-#include "Code/Algorithm/linux/WUNativeModule.h"
-
 MIREL_NAMESPACE_BEGIN
 
-DLLMap::~DLLMap() {
-    for (auto &[name, handle] : m_modules)
-        NativeModule::Unload(handle);
-}
+DLLMap::~DLLMap() = default;
 
 WTErr DLLMap::Load(char const *name, char const *path, void *&handle) {
     handle = nullptr;
@@ -17,28 +12,24 @@ WTErr DLLMap::Load(char const *name, char const *path, void *&handle) {
         handle = found;
         return eNoErr;
     }
-    const WTErr err = NativeModule::Load(path, handle);
-    if (err == eNoErr)
-        m_modules.emplace(name, handle);
-    return err;
+    Utils::WCNativeModule module;
+    const WTErr err = module.Load(path);
+    if (err != eNoErr)
+        return err;
+    handle = module.GetHandle();
+    m_modules.emplace(name, std::move(module));
+    return eNoErr;
 }
 
 void *DLLMap::Find(char const *name) const {
     if (name == nullptr)
         return nullptr;
     const auto found = m_modules.find(name);
-    return found == m_modules.end() ? nullptr : found->second;
+    return found == m_modules.end() ? nullptr : found->second.GetHandle();
 }
 
 bool DLLMap::Release(char const *name) {
-    if (name == nullptr)
-        return false;
-    const auto found = m_modules.find(name);
-    if (found == m_modules.end())
-        return false;
-    NativeModule::Unload(found->second);
-    m_modules.erase(found);
-    return true;
+    return name != nullptr && m_modules.erase(name) != 0;
 }
 
 MIREL_NAMESPACE_END

@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
-#include "Code/Algorithm/linux/WUNativeModule.h"
 #include "files/WUFileSystemObjects.h"
 #include "resources/GetAndFilterXMLResource.h"
+#include "resources/WCNativeModule.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -438,8 +438,8 @@ int cALGORITHM::GetAlgNameOfLength(std::int64_t length, WCFixedStringBase &out) 
 }
 
 int cALGORITHM::GetMirelLibHandle(WTNativeDLLRefType *&handle) {
-    return NativeModule::ModuleOfAddress(reinterpret_cast<void const *>(&GetMirelLibHandle),
-                                         handle);
+    return Utils::WCNativeModule::GetModuleOfAddress(
+        reinterpret_cast<void const *>(&GetMirelLibHandle), handle);
 }
 
 // ---- GUIs -----------------------------------------------------------------------------------

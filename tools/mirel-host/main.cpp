@@ -13,7 +13,6 @@
 
 #include "Code/Algorithm/MirelAPI3Internal.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
-#include "Code/Algorithm/linux/WUNativeModule.h"
 #include "core/MirelNamespace.h"
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
@@ -167,10 +166,9 @@ void PrintRequests(ml::PluginInstance &instance) {
 
 // Runs one second of two test tones through the module's own process function, reading the
 // coefficient and state words the plug-in placed in the shell's process memory.
-void RunAudio(mirel_shell::WCRecordingShell &shell, void *module) {
+void RunAudio(mirel_shell::WCRecordingShell &shell) {
     using ProcessFunc = void (*)(float const *, float *, float const *, float *, int);
-    auto process =
-        reinterpret_cast<ProcessFunc>(ml::NativeModule::Symbol(module, "GainFilter_Process"));
+    auto process = shell.Module().GetFunction<ProcessFunc>("GainFilter_Process");
     if (process == nullptr)
         return;
     const int rate = shell.Algorithm()->GetSampleRate();
@@ -273,7 +271,7 @@ int Demo(char const *modulePath) {
     PrintExecCalls(shell, mark);
     std::printf("  coefficient words: gain %.4f b0 %.4f a1 %.4f\n", shell.CoefAsFloat(0),
                 shell.CoefAsFloat(1), shell.CoefAsFloat(2));
-    RunAudio(shell, shell.Instance().m_NativeResourceRef);
+    RunAudio(shell);
 
     std::printf("\nidle:\n");
     PrintCode("DoIdle x5", shell.Idle(0, 5));

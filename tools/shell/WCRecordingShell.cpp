@@ -1,9 +1,9 @@
 #include "tools/shell/WCRecordingShell.h"
 
 #include <cstring>
+#include <utility>
 
 #include "Code/Algorithm/PluginInfoSelectors.h"
-#include "Code/Algorithm/linux/WUNativeModule.h"
 #include "files/WUBundles.h"
 #include "resources/ResourceManager.h"
 
@@ -51,7 +51,7 @@ WCRecordingShell::~WCRecordingShell() {
         Stop();
     m_Live.clear();
     CloseResources();
-    ml::NativeModule::Unload(m_Module);
+    m_Module.Unload();
 }
 
 void WCRecordingShell::CloseResources() {
@@ -230,40 +230,32 @@ int WCRecordingShell::Step(char const *name, int code) {
 }
 
 int WCRecordingShell::LoadModule(char const *path) {
-    ml::WCFixedString<1023> error;
-    void *module = nullptr;
-    const int err = ml::NativeModule::Load(path, module, &error);
+    ml::Utils::WCNativeModule module;
+    const int err = module.Load(path);
     if (err != ml::eNoErr)
         return err;
-    auto getInfo = reinterpret_cast<::MirelPluginGetComponentInfoFunc>(
-        ml::NativeModule::Symbol(module, MIREL_PLUGIN_GET_COMPONENT_INFO_NAME));
-    auto create = reinterpret_cast<::MirelPluginCreateFunc>(
-        ml::NativeModule::Symbol(module, MIREL_PLUGIN_CREATE_NAME));
-    auto destroy = reinterpret_cast<::MirelPluginDestroyFunc>(
-        ml::NativeModule::Symbol(module, MIREL_PLUGIN_DESTROY_NAME));
-    if (getInfo == nullptr || create == nullptr || destroy == nullptr) {
-        ml::NativeModule::Unload(module);
+    auto getInfo =
+        module.GetFunction<::MirelPluginGetComponentInfoFunc>(MIREL_PLUGIN_GET_COMPONENT_INFO_NAME);
+    auto create = module.GetFunction<::MirelPluginCreateFunc>(MIREL_PLUGIN_CREATE_NAME);
+    auto destroy = module.GetFunction<::MirelPluginDestroyFunc>(MIREL_PLUGIN_DESTROY_NAME);
+    if (getInfo == nullptr || create == nullptr || destroy == nullptr)
         return ml::eFuncPointerNotFound;
-    }
     // A module inside a bundle reads its resources from the bundle's container, which stays open
     // until the module is unloaded.
     ml::WTResContainerType *container = nullptr;
     ml::FM::WCStPath bundle;
     if (ml::FM::GetPathToBundleGivenMainExecutable(ml::FM::WCStPath(path), bundle) == ml::eNoErr) {
         const int openErr = ml::RM::OpenResContainer(bundle, 0, container, 0);
-        if (openErr != ml::eNoErr) {
-            ml::NativeModule::Unload(module);
+        if (openErr != ml::eNoErr)
             return openErr;
-        }
     }
     CloseResources();
     m_Container = container;
-    ml::NativeModule::Unload(m_Module);
-    m_Module = module;
+    m_Module = std::move(module);
     m_GetInfo = getInfo;
     m_Create = create;
     m_DestroyFunc = destroy;
-    m_Instance.m_NativeResourceRef = module;
+    m_Instance.m_NativeResourceRef = m_Module.GetHandle();
     m_Instance.m_PluginFileName = path;
     return ml::eNoErr;
 }

@@ -11,6 +11,7 @@
 #include "Code/Algorithm/MirelPluginEntry.h"
 #include "Code/Algorithm/PluginInstance.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "resources/WCNativeModule.h"
 
 namespace mirel_shell {
 
@@ -78,6 +79,8 @@ public:
     int Stop();
 
     ml::PluginInstance &Instance() { return m_Instance; }
+    // The loaded plug-in module (not loaded before LoadModule succeeds).
+    ml::Utils::WCNativeModule const &Module() const { return m_Module; }
     // The loaded bundle's resource container, or null.
     ml::WTResContainerType *Container() const { return m_Container; }
     ml::cALGORITHM *Algorithm() const { return m_Instance.m_pAlg; }
@@ -111,7 +114,7 @@ private:
 
     ml::PluginInstance m_Instance;
     Destroyer m_Destroy;
-    void *m_Module = nullptr;
+    ml::Utils::WCNativeModule m_Module;
     ::MirelPluginGetComponentInfoFunc m_GetInfo = nullptr;
     ::MirelPluginCreateFunc m_Create = nullptr;
     ::MirelPluginDestroyFunc m_DestroyFunc = nullptr;
