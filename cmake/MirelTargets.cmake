@@ -32,12 +32,14 @@ function(mirel_add_runtime name)
 endfunction()
 
 # mirel_add_test(<name> [OWN_MAIN] SOURCES ... LIBS ...): one GoogleTest executable registered
-# with CTest; OWN_MAIN for suites that bring their own main().
+# with CTest; OWN_MAIN for suites that bring their own main(). Every one runs in a temporary home
+# (the global environment of tests/support/WCTestHomeEnvironment.cpp), with or without OWN_MAIN.
 function(mirel_add_test name)
   cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_compile_options(${name} PRIVATE ${MIREL_WARNINGS})
-  target_link_libraries(${name} PRIVATE ${ARG_LIBS} mirel_testsupport GTest::gtest GTest::gmock)
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} mirel_testhome_environment mirel_testsupport
+                        GTest::gtest GTest::gmock)
   if(NOT ARG_OWN_MAIN)
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/core/WCCountingAllocator.h"
+#include "tests/support/WCCountingAllocator.h"
 
 using namespace MIREL_NAMESPACE_NAME;
 using mirel_test::CountAllocations;

@@ -10,7 +10,7 @@
 
 #include "core/MessageData.h"
 #include "core/WCCommandExecuterInterface.h"
-#include "tests/core/WCCountingAllocator.h"
+#include "tests/support/WCCountingAllocator.h"
 
 namespace {
 

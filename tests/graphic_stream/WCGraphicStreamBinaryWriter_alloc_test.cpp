@@ -1,8 +1,5 @@
 // Counts heap allocations while a frame is written: writing may allocate only when the memory
 // object has to grow, which shows as a change of its capacity.
-#include <atomic>
-#include <cstdlib>
-#include <new>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -10,29 +7,7 @@
 #include "graphic_stream/WCGSArrays.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCStGSFrameStructWriter.h"
-
-namespace {
-std::atomic<long> g_NewCalls{0};
-} // namespace
-
-// GCC pairs the inlined replacement new with the standard delete and warns; the pair below is
-// consistent (malloc and free), so the warning is silenced here only.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpragmas"
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-void *operator new(std::size_t size) {
-    ++g_NewCalls;
-    if (void *p = std::malloc(size ? size : 1))
-        return p;
-    throw std::bad_alloc();
-}
-void operator delete(void *p) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::size_t) noexcept {
-    std::free(p);
-}
-#pragma GCC diagnostic pop
+#include "tests/support/WCCountingAllocator.h"
 
 using namespace MIREL_NAMESPACE_NAME;
 using namespace MIREL_NAMESPACE_NAME::miGS;
@@ -58,9 +33,9 @@ void WriteFrame(WCGraphicStreamBinaryWriter &writer, WCGSArrays &curve) {
 
 TEST(WCGraphicStreamBinaryWriterAllocations, WritingAllocatesOnlyWhenTheMemoryObjectGrows) {
     {
-        const long before = g_NewCalls.load();
+        const mirel_test::WCAllocationCounter probeCounter;
         std::vector<int> probe(3);
-        ASSERT_EQ(g_NewCalls.load(), before + 1) << "the counting allocator is not in use";
+        ASSERT_EQ(probeCounter.OnAllThreads(), 1) << "the counting allocator is not in use";
     }
     Utils::WCStMemObj memory;
     WCGraphicStreamBinaryWriter writer(memory);
@@ -75,9 +50,10 @@ TEST(WCGraphicStreamBinaryWriterAllocations, WritingAllocatesOnlyWhenTheMemoryOb
 
     for (int redraw = 0; redraw < 5; ++redraw) {
         writer.ClearStream();
-        const long before = g_NewCalls.load();
+        const mirel_test::WCAllocationCounter counter;
         WriteFrame(writer, curve);
-        EXPECT_EQ(g_NewCalls.load(), before) << "redraw " << redraw;
+        const long allocations = counter.OnAllThreads();
+        EXPECT_EQ(allocations, 0) << "redraw " << redraw;
         EXPECT_EQ(memory.GetCapacity(), capacity);
         EXPECT_EQ(memory.GetPtr(), block);
     }

@@ -1,6 +1,7 @@
 #include "tests/support/WCTestHome.h"
 
 #include <cstdlib>
+#include <memory>
 #include <stdexcept>
 #include <system_error>
 
@@ -18,10 +19,15 @@ WCTempDir::~WCTempDir() {
     std::filesystem::remove_all(m_path, ignored);
 }
 
-WCTestHome::WCTestHome()
-    : m_saved{{"HOME", false, {}},          {"XDG_CONFIG_HOME", false, {}},
-              {"XDG_DATA_HOME", false, {}}, {"XDG_CACHE_HOME", false, {}},
-              {"XDG_DATA_DIRS", false, {}}, {"XDG_DESKTOP_DIR", false, {}},
+WCTestHome::WCTestHome(ETMPDIR tmpdir)
+    : m_saved{{"HOME", false, {}},
+              {"XDG_CONFIG_HOME", false, {}},
+              {"XDG_DATA_HOME", false, {}},
+              {"XDG_CACHE_HOME", false, {}},
+              {"XDG_STATE_HOME", false, {}},
+              {"XDG_DATA_DIRS", false, {}},
+              {"XDG_CONFIG_DIRS", false, {}},
+              {"XDG_DESKTOP_DIR", false, {}},
               {"TMPDIR", false, {}}} {
     for (auto &saved : m_saved) {
         if (const char *value = std::getenv(saved.name)) {
@@ -38,8 +44,12 @@ WCTestHome::WCTestHome()
     set("XDG_CONFIG_HOME", home / ".config");
     set("XDG_DATA_HOME", home / ".local/share");
     set("XDG_CACHE_HOME", home / ".cache");
+    set("XDG_STATE_HOME", home / ".local/state");
     set("XDG_DATA_DIRS", home / "usr/share");
+    set("XDG_CONFIG_DIRS", home / "etc/xdg");
     set("XDG_DESKTOP_DIR", home / "Desktop");
+    if (tmpdir == eTMPDIRInside)
+        set("TMPDIR", home / "tmp");
 }
 
 WCTestHome::~WCTestHome() {
@@ -49,6 +59,31 @@ WCTestHome::~WCTestHome() {
         else
             unsetenv(saved.name);
     }
+}
+
+namespace {
+std::unique_ptr<WCTestHome> gProgramHome;
+std::filesystem::path gCurrent;
+std::filesystem::path gLastRemoved;
+} // namespace
+
+void WCTestHomeEnvironment::SetUp() {
+    gProgramHome = std::make_unique<WCTestHome>(WCTestHome::eTMPDIRInside);
+    gCurrent = gProgramHome->path();
+}
+
+void WCTestHomeEnvironment::TearDown() {
+    gProgramHome.reset();
+    gLastRemoved = gCurrent;
+    gCurrent.clear();
+}
+
+std::filesystem::path const &WCTestHomeEnvironment::Current() {
+    return gCurrent;
+}
+
+std::filesystem::path const &WCTestHomeEnvironment::LastRemoved() {
+    return gLastRemoved;
 }
 
 } // namespace mirel_test

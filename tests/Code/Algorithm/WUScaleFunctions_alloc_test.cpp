@@ -1,29 +1,9 @@
-// Replaces the global allocator to count, so it is a program of its own.
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
+// Counts the global allocator's calls (mirel_counting_allocator), so it is a program of its own.
 #include <gtest/gtest.h>
 
 #include "Code/Algorithm/WCParam_Base.h"
 #include "Code/Algorithm/WUDisplayFunctions.h"
-
-namespace {
-std::atomic<long> g_allocations{0};
-}
-
-void *operator new(std::size_t size) {
-    ++g_allocations;
-    if (void *p = std::malloc(size == 0 ? 1 : size))
-        return p;
-    throw std::bad_alloc();
-}
-void operator delete(void *p) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::size_t) noexcept {
-    std::free(p);
-}
+#include "tests/support/WCCountingAllocator.h"
 
 namespace {
 
@@ -41,7 +21,7 @@ TEST(ScaleFunctions, AllocateNothingOnTheUpdatePath) {
             param.SetScale(20, 20000, res, 0, 0, type, nullptr, nullptr, {20, 200, 2000, 20000},
                            {0, 250, 750, 1000});
             param.SetDisplayFunction(map[ml::WTParamMapKey("DisplayFloat1WithHz")]);
-            const long before = g_allocations.load();
+            const mirel_test::WCAllocationCounter counter;
             double sink = 0;
             for (int state = 0; state <= 1000; state += 7) {
                 const double rw = param.StateToRealWorld(param.QuantizeState(state));
@@ -51,7 +31,8 @@ TEST(ScaleFunctions, AllocateNothingOnTheUpdatePath) {
                 param.UpdateStateFromRealWorld(0);
                 param.UpdateValueString(0);
             }
-            EXPECT_EQ(g_allocations.load(), before) << type << " res " << res;
+            const long allocations = counter.OnAllThreads();
+            EXPECT_EQ(allocations, 0) << type << " res " << res;
             EXPECT_GE(sink, 0.0);
         }
     }

@@ -2,59 +2,11 @@
 // tick, and a coefficient update on the library's side. The process side here hands out buffers
 // from a fixed pool, so every allocation counted is the library's own.
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 #include <gtest/gtest.h>
 
 #include "Code/Algorithm/PluginInfoSelectors.h"
 #include "tests/Code/Algorithm/WCTestAlgorithm.h"
-
-namespace {
-std::atomic<bool> g_counting{false};
-std::atomic<int> g_allocations{0};
-} // namespace
-
-// Every form is replaced, so whatever one form allocates its matching form frees. GCC pairs the
-// frees with the replaced news and warns; each pair is malloc and free.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-void *operator new(std::size_t size, std::nothrow_t const &) noexcept {
-    if (g_counting)
-        ++g_allocations;
-    return std::malloc(size ? size : 1);
-}
-void *operator new(std::size_t size) {
-    if (void *p = operator new(size, std::nothrow))
-        return p;
-    throw std::bad_alloc();
-}
-void *operator new[](std::size_t size) {
-    return operator new(size);
-}
-void *operator new[](std::size_t size, std::nothrow_t const &tag) noexcept {
-    return operator new(size, tag);
-}
-void operator delete(void *p) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete(void *p, std::nothrow_t const &) noexcept {
-    std::free(p);
-}
-void operator delete[](void *p) noexcept {
-    std::free(p);
-}
-void operator delete[](void *p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete[](void *p, std::nothrow_t const &) noexcept {
-    std::free(p);
-}
-#pragma GCC diagnostic pop
+#include "tests/support/WCCountingAllocator.h"
 
 namespace {
 
@@ -110,16 +62,6 @@ protected:
     }
 };
 
-class Counting {
-public:
-    Counting() {
-        g_allocations = 0;
-        g_counting = true;
-    }
-    ~Counting() { g_counting = false; }
-    int Allocations() const { return g_allocations; }
-};
-
 TEST(AlgorithmHotPaths, SelectorsAndCoefficientUpdatesAllocateNothing) {
     ml::WTResContainerType *container = nullptr;
     WCQuietAlgorithm alg(TestComponent(), container);
@@ -135,9 +77,9 @@ TEST(AlgorithmHotPaths, SelectorsAndCoefficientUpdatesAllocateNothing) {
     std::int32_t words = 0;
     std::uint32_t rate = 0;
     double states = 0;
-    int allocations = 0;
+    long allocations = 0;
     {
-        Counting counting;
+        const WCAllocationCounter counter;
         for (int i = 0; i < 100; ++i) {
             ml::GetPluginInfo_bool(instance, ml::WCFourCC("byps"), flag, 0);
             ml::GetPluginInfo_bool(instance, ml::WCFourCC("isml"), flag, 0);
@@ -149,7 +91,7 @@ TEST(AlgorithmHotPaths, SelectorsAndCoefficientUpdatesAllocateNothing) {
             alg.SendAndFreeBuffers(chain, ml::eExecSendBuffers, true);
             alg.DoIdle(0);
         }
-        allocations = counting.Allocations();
+        allocations = counter.OnAllThreads();
     }
     EXPECT_EQ(allocations, 0);
     EXPECT_EQ(words, 2);
