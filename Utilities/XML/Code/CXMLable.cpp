@@ -6,12 +6,14 @@ CXMLable::~CXMLable() = default;
 
 void CXMLable::SerializeXML(XML::WCXMLSerializer &) {}
 
+// A class that does not read a form answers that nobody read it, never a success that left the
+// object as it was.
 WTErr CXMLable::ReadFromXML(const XML::CXMLElement *const) {
-    return eNoErr;
+    return eNotImplemented;
 }
 
 WTErr CXMLable::ReadFromXML(const pugi::xml_node &) {
-    return eNoErr;
+    return eNotImplemented;
 }
 
 XML::CXMLElement *CXMLable::WriteToXML(XML::CXMLElement *element) const {

@@ -15,9 +15,9 @@ class WCXMLSerializer;
 } // namespace XML
 
 // The older mix-in of everything that reads and writes itself as XML, in either XML world: a
-// class overrides the Read and Write pairs it supports. The defaults do nothing: reads succeed
-// without touching the object, the element write returns its argument, and the pugi write returns
-// its node unchanged.
+// class overrides the Read and Write pairs it supports. The defaults do nothing: reads answer
+// eNotImplemented (-25) without touching the object, the element write returns its argument, and
+// the pugi write returns its node unchanged.
 // [any-thread] as the derived object allows.
 class CXMLable {
 public:
