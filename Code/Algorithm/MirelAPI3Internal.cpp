@@ -226,18 +226,15 @@ int NotifyAutomation(Request &request) {
     const std::int64_t id = Index(request, "param_index");
     if (id < 0 || static_cast<std::uint64_t>(id) >= alg.GetNumParams())
         return Finish(request, eOutOfRangeNumber);
-    return Finish(request, eNoErr);
+    // Telling the host is the automation manager's work, which is not built yet.
+    return Finish(request, eNotImplemented);
 }
 
 int NotifyAutomationAllParams(Request &request) {
     MIREL_REQUEST_ALG(request);
-    // Every parameter is told in turn; with none there is nothing to tell.
-    for (std::uint64_t id = 0; id < alg.GetNumParams(); ++id) {
-        double value = 0.0;
-        if (alg.GetParamRealWorld(id, value) == eNoErr)
-            alg.GetAutomationManager().NotifyParamValue(id, value);
-    }
-    return Finish(request, eNoErr);
+    // With no parameter there is nothing to tell; telling any is the automation manager's work,
+    // which is not built yet.
+    return Finish(request, alg.GetNumParams() == 0 ? eNoErr : eNotImplemented);
 }
 
 int SetNoiseRatio(Request &request) {
@@ -335,9 +332,11 @@ int GetMIDIEventControls(Request &request) {
     if (request.m_pRawRequest->PayloadPtr() == nullptr)
         return Finish(request, eMemNullPointer, "GetMIDIEventControls returned error");
     // One 312-byte record per control that listens to the event; with no automation controls
-    // no control listens, and the binary output stays empty.
-    if (alg.GetAutomationManager().GetNumAutomationControllers() == 0)
-        request.m_pRawRequest->m_BinaryOutput.ResizePtr(0);
+    // no control listens, and the binary output is empty. Which controls listen is the MIDI
+    // layer's answer, which is not built yet.
+    if (alg.GetAutomationManager().GetNumAutomationControllers() != 0)
+        return Finish(request, eNotImplemented, "GetMIDIEventControls returned error");
+    request.m_pRawRequest->m_BinaryOutput.ResizePtr(0);
     return Finish(request, eNoErr);
 }
 

@@ -14,6 +14,8 @@ class CStandardGUI_X;
 // the raw record and, on failure, its error text. A number argument accepts boolean, signed,
 // unsigned and float JSON; any other type throws the JSON library's type error 302, which the
 // request lets through to the shell. A "gui_name" that names no GUI acts on "Primary".
+// A request whose work belongs to a Part not built yet (GUI, automation, MIDI, presets) answers
+// eNotImplemented (-25) for a target that exists; none answers 0 without doing its work.
 // The shell binds these by name; the library keeps no table of them.
 // [main-thread] unless the shell serialises the calls itself.
 namespace MirelAPI3Internal {

@@ -112,7 +112,7 @@ int GetPluginInfo_WCStMemObj(PluginInstance &instance, unsigned int selector,
             return eRMInvalidResID;
         return alg.ReadResourceToMemObj("PageTable", static_cast<short>(1000 + arg), out);
     case WCFourCC("pcmX"): return alg.GetProcessCodeManagerMemObj(out);
-    case WCFourCC("pcat"): return alg.ReadResourceToMemObj("DAEFlags", 1000, out);
+    case WCFourCC("pcat"): return alg.GetSubCompCategoryList(out);
     default: return alg.GetPluginInfo_WCStMemObj(selector, out, arg);
     }
 }
@@ -203,9 +203,11 @@ int GetPluginInfo_int32_t(PluginInstance &instance, unsigned int selector, std::
     case WCFourCC("IfrN"):
         out = alg.GetAutomationControlIndexByName(reinterpret_cast<char const *>(arg));
         return eNoErr;
-    // The next toggle state is a question to the parameter or control behind `arg`.
+    // The next toggle state is a question to the toggle control of the parameter behind `arg`,
+    // which is not built yet: nobody answers for a parameter that exists.
     case WCFourCC("nTGs"):
-        return static_cast<std::uint64_t>(arg) < alg.GetNumParams() ? eNoErr : eOutOfRangeNumber;
+        return static_cast<std::uint64_t>(arg) < alg.GetNumParams() ? eNotImplemented
+                                                                    : eOutOfRangeNumber;
     case WCFourCC("TsCO"): return HasPrimaryGUI(alg) ? eNotImplemented : kErrGUINotFullyCreated;
     default: return alg.GetPluginInfo_int32_t(selector, out, arg);
     }

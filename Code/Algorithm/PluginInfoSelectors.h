@@ -17,7 +17,8 @@ class WCStMemObj;
 // a four-character code. 'prvt' goes to the algorithm's `..._Private` virtual (the channel between
 // a plug-in and its own shell code); a selector the frame does not know goes to the algorithm's
 // virtual of the same name, whose default answers -25 (eNotImplemented) and leaves `out` alone.
-// Every other result is the code of the selector's target. An instance without an algorithm
+// Every other result is the code of the selector's target; a target whose Part is not built yet
+// answers eNotImplemented, never 0 with `out` untouched. An instance without an algorithm
 // answers -4003. [main-thread] unless the shell serialises the calls itself.
 int GetPluginInfo_WCFixedString(PluginInstance &instance, unsigned int selector,
                                 WCFixedStringBase &out, std::int64_t arg);

@@ -34,16 +34,17 @@ cALGORITHM::cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&cont
     : RM::WCResContainerUser(container) {
     m_AlgLock.init();
     m_ComponentInfo = info;
+    CreateKeyValueStore();
     m_MeterManager.FinishCreate(this);
     m_ShellListener.SetAlgorithm(this);
 
     ResetAllmembers();
     m_UndoLevel = 1000;
-    m_AlgType = info.m_ComponentType;
-    m_AlgSubType = info.m_ComponentSubType;
+    // The algorithm type and sub-type stay "????" unless the algorithm XML names them; the
+    // component's own codes are in the component info.
     m_PresetCompatibleSubComps.push_back(info.m_ComponentSubType);
 
-    // A failed read leaves the defaults; it shows later as an empty name and no parameters.
+    // A failed read leaves the defaults; its code stays in GetAlgXMLError.
     (void)ReadAlgXML();
     if (m_UserManualName.empty())
         m_UserManualName = m_AlgName;
@@ -61,8 +62,17 @@ cALGORITHM::cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&cont
 
 cALGORITHM::~cALGORITHM() {
     m_Broadcaster.remove(&m_ShellListener);
+    DisposeKeyValueStore();
     m_ProcessLock.uninit();
     m_AlgLock.uninit();
+}
+
+void cALGORITHM::CreateKeyValueStore() {
+    m_pKeyValues = std::make_unique<WCKeyValue>();
+}
+
+void cALGORITHM::DisposeKeyValueStore() {
+    m_pKeyValues.reset();
 }
 
 void cALGORITHM::ResetAllmembers() {
@@ -83,15 +93,17 @@ void cALGORITHM::ResetAllmembers() {
 
 int cALGORITHM::ReadAlgXML() {
     // Without a container there is nothing to read and the defaults stand.
-    if (GetContainer() == nullptr)
-        return eRMContainerNotFound;
+    if (GetContainer() == nullptr) {
+        m_AlgXMLError = eRMContainerNotFound;
+        return m_AlgXMLError;
+    }
     WTResourceType *resource = nullptr;
     void *data = nullptr;
-    const int err = RM::GetAndFilterPugiXMLResourceByComponentInfo(
+    m_AlgXMLError = RM::GetAndFilterPugiXMLResourceByComponentInfo(
         *this, WCResKey("AlgXML", short(1001)), m_ComponentInfo, resource, data);
-    if (err != eNoErr)
-        return err;
-    return ReadFromXML(static_cast<pugi::xml_document *>(data)->document_element());
+    if (m_AlgXMLError == eNoErr)
+        m_AlgXMLError = ReadFromXML(static_cast<pugi::xml_document *>(data)->document_element());
+    return m_AlgXMLError;
 }
 
 bool cALGORITHM::DecideIsNativeFromComponentType(WCFourCC type) {
@@ -220,47 +232,48 @@ void cALGORITHM::Init_Key_Values() {
           "GUI_screen_oversize_supported", "IsMirelEditModeEnabled", "ShowAllHTMLs", "HideAllHTMLs",
           "ShowAllChildWindows", "HideAllChildWindows", "GUI_System_ExecuteCopy",
           "GUI_System_ExecuteSwitch", "ARASupport"}) {
-        if (!m_KeyValues.Has(key))
-            m_KeyValues.Set(key, false);
+        if (!m_pKeyValues->Has(key))
+            m_pKeyValues->Set(key, false);
     }
-    if (!m_KeyValues.Has("EnableMirelEditMode"))
-        m_KeyValues.Set("EnableMirelEditMode",
-                        FM::IsExistSpecificDiagnosticsFolder("EnableMirelEditMode"));
+    if (!m_pKeyValues->Has("EnableMirelEditMode"))
+        m_pKeyValues->Set("EnableMirelEditMode",
+                          FM::IsExistSpecificDiagnosticsFolder("EnableMirelEditMode"));
     for (char const *key :
          {"inputs:stem", "sidechain_inputs:stem", "outputs:stem", "through_delay", "tail:length"}) {
-        if (!m_KeyValues.Has(key))
-            m_KeyValues.Set(key, std::int32_t(0));
+        if (!m_pKeyValues->Has(key))
+            m_pKeyValues->Set(key, std::int32_t(0));
     }
-    if (!m_KeyValues.Has("channels:num:max"))
-        m_KeyValues.SetFunc("channels:num:max", [this] {
+    if (!m_pKeyValues->Has("channels:num:max"))
+        m_pKeyValues->SetFunc("channels:num:max", [this] {
             return WCKeyValue::Value(std::max(m_DSPReqRes.inputs, m_DSPReqRes.outputs));
         });
     // Registered by function, so a read always sees the current value.
-    m_KeyValues.SetFunc("num_DoIdle_calls", [this] { return WCKeyValue::Value(m_NumDoIdleCalls); });
-    m_KeyValues.SetFunc("num_UpdateAlg_calls",
-                        [this] { return WCKeyValue::Value(m_NumUpdateAlgCalls); });
-    m_KeyValues.SetFunc("num_InitData_calls",
-                        [this] { return WCKeyValue::Value(m_NumInitDataCalls); });
-    m_KeyValues.SetFunc("optimalRefreshRate",
-                        [this] { return WCKeyValue::Value(m_OptimalRefreshRate); });
-    m_KeyValues.SetFunc("GetNumParams", [this] { return WCKeyValue::Value(GetNumParams()); });
-    m_KeyValues.SetFunc("GetNumAutomationControls", [this] {
+    m_pKeyValues->SetFunc("num_DoIdle_calls",
+                          [this] { return WCKeyValue::Value(m_NumDoIdleCalls); });
+    m_pKeyValues->SetFunc("num_UpdateAlg_calls",
+                          [this] { return WCKeyValue::Value(m_NumUpdateAlgCalls); });
+    m_pKeyValues->SetFunc("num_InitData_calls",
+                          [this] { return WCKeyValue::Value(m_NumInitDataCalls); });
+    m_pKeyValues->SetFunc("optimalRefreshRate",
+                          [this] { return WCKeyValue::Value(m_OptimalRefreshRate); });
+    m_pKeyValues->SetFunc("GetNumParams", [this] { return WCKeyValue::Value(GetNumParams()); });
+    m_pKeyValues->SetFunc("GetNumAutomationControls", [this] {
         return WCKeyValue::Value(m_AutomationManager.GetNumAutomationControllers());
     });
-    m_KeyValues.SetFunc("inputs:num", [this] { return WCKeyValue::Value(m_DSPReqRes.inputs); });
-    m_KeyValues.SetFunc("sidechain_inputs:num",
-                        [this] { return WCKeyValue::Value(m_DSPReqRes.sideChainInputs); });
-    m_KeyValues.SetFunc("outputs:num", [this] { return WCKeyValue::Value(m_DSPReqRes.outputs); });
-    m_KeyValues.SetFunc("samplerate", [this] { return WCKeyValue::Value(m_SampleRate); });
-    m_KeyValues.SetFunc("samplerate:max",
-                        [this] { return WCKeyValue::Value(m_DSPReqRes.maxSampleRate); });
-    m_KeyValues.SetFunc("coefs:num", [this] {
+    m_pKeyValues->SetFunc("inputs:num", [this] { return WCKeyValue::Value(m_DSPReqRes.inputs); });
+    m_pKeyValues->SetFunc("sidechain_inputs:num",
+                          [this] { return WCKeyValue::Value(m_DSPReqRes.sideChainInputs); });
+    m_pKeyValues->SetFunc("outputs:num", [this] { return WCKeyValue::Value(m_DSPReqRes.outputs); });
+    m_pKeyValues->SetFunc("samplerate", [this] { return WCKeyValue::Value(m_SampleRate); });
+    m_pKeyValues->SetFunc("samplerate:max",
+                          [this] { return WCKeyValue::Value(m_DSPReqRes.maxSampleRate); });
+    m_pKeyValues->SetFunc("coefs:num", [this] {
         return WCKeyValue::Value(static_cast<std::int32_t>(m_DSPReqRes.coefsWords));
     });
-    m_KeyValues.SetFunc("coefs:offset", [this] { return WCKeyValue::Value(m_CoefsOfs); });
-    m_KeyValues.SetFunc("globalbypass", [this] { return WCKeyValue::Value(m_Bypass); });
-    m_KeyValues.SetFunc("has_link_groups",
-                        [this] { return WCKeyValue::Value(m_LinkGroups.HasLinkGroups()); });
+    m_pKeyValues->SetFunc("coefs:offset", [this] { return WCKeyValue::Value(m_CoefsOfs); });
+    m_pKeyValues->SetFunc("globalbypass", [this] { return WCKeyValue::Value(m_Bypass); });
+    m_pKeyValues->SetFunc("has_link_groups",
+                          [this] { return WCKeyValue::Value(m_LinkGroups.HasLinkGroups()); });
 }
 
 int cALGORITHM::InitData() {
@@ -359,6 +372,9 @@ int cALGORITHM::Dispose() {
     m_pPresetsManager = nullptr;
     StopRedisReporting();
     m_Broadcaster.remove(&m_ShellListener);
+    // Last: the filtered algorithm XML and whatever else the instance loaded go back to the
+    // resource manager now, not at destruction.
+    ReleaseAllLoadedResources();
     m_Disposed = true;
     return eNoErr;
 }
@@ -468,8 +484,9 @@ int cALGORITHM::CreateGuiAndAddToMap(WTResContainerType *, char const *, char co
 int cALGORITHM::DisposeGuiAndRemoveFromMap(char const *name) {
     if (GetGUIPtr(name) == nullptr)
         return kErrNoGUI;
-    SetGUIPointer(name, nullptr);
-    return eNoErr;
+    // Disposing a GUI is the GUI layer's work, which is not built yet: the GUI stays
+    // where it is rather than being dropped from the map undisposed.
+    return eNotImplemented;
 }
 
 int cALGORITHM::SetDefaultSkin(char const *name) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -155,12 +156,17 @@ public:
     int GetDSPReqRes(ProcessMemory::SDSPReqRes *out) const;
     int GetProcessMemoryRequest(ProcessMemory::WSProcessMemoryRequest *out) const;
     int SetExtBuffInfo(void const *buffers);
+    std::vector<ProcessMemory::sEXT_BUFF> const &GetExtBuffInfo() const { return m_ExtBuffs; }
     int SetCurrentProcessor(SProcessorSpec const *spec);
+    SProcessorSpec const &GetCurrentProcessor() const { return m_CurrentProcessor; }
     std::uint32_t GetCoefsNum() const { return m_DSPReqRes.coefsWords; }
 
     // Buffers and the converters of the process side.
     BUFFER_HEADER *NewBuffer(int kind, int memOp, int marker, int offset, int count,
                              std::int64_t memoryRef);
+    // Links `second` behind `first` (operation 3) and answers the head; either may be null.
+    // When the process side refuses, both chains are freed (operation 4) and the answer is null,
+    // so a caller never holds buffers it cannot reach.
     BUFFER_HEADER *ChainBufs(BUFFER_HEADER *first, BUFFER_HEADER *second);
     int FreeBuffers(BUFFER_HEADER *&chain);
     int SendBuffers(BUFFER_HEADER *chain, int op);
@@ -191,6 +197,12 @@ public:
     // The name authored for exactly `length` characters ("AlgNameList"); else the whole name
     // when it fits; else the longest authored name shorter than `length`; else the name cut.
     int GetAlgNameOfLength(std::int64_t length, WCFixedStringBase &out) const;
+    // The code the last read of the algorithm XML gave (ReadAlgXML in the constructor, or
+    // ReadAlgXMLFromText): 0 when it read, eRMContainerNotFound without a container, the resource
+    // manager's code for a missing resource, the XML layer's code (-6000s) for text that does not
+    // parse, or the first code of reading the elements. The constructor cannot return it, so it
+    // stays here, as GetParameterListError does for the parameter XML.
+    int GetAlgXMLError() const { return m_AlgXMLError; }
     bool IsNative() const { return m_IsNative; }
     bool IsNetShell() const { return m_IsNetShell; }
     bool IsArtist() const { return m_IsArtist; }
@@ -221,14 +233,19 @@ public:
     float GetMaxOutInRatio() const { return m_MaxOutInRatio; }
     int GetActualOutInSize(std::int64_t inSize, int &outSize) const;
     int SetDelay(int delay);
+    int GetDelay() const { return m_Delay; }
     int SetSideChainNum(std::uint32_t num);
     std::uint32_t GetSideChainNum() const { return m_SideChainNum; }
     int SetMusicInfo(WCMusicInfo const &info);
     WCMusicInfo const &GetMusicInfo() const { return m_MusicInfo; }
     int SetTimeCodeData(void const *data);
+    std::int64_t GetTimeCodeData() const { return m_TimeCodeData; }
     int SetTrimModeRatio(double ratio);
+    double GetTrimModeRatio() const { return m_TrimModeRatio; }
     int SetDisableHostInterruptPtr(int value);
     int SetEnableHostInterruptPtr(int value);
+    int GetDisableHostInterruptPtr() const { return m_HostInterruptDisable; }
+    int GetEnableHostInterruptPtr() const { return m_HostInterruptEnable; }
     // Sends what SetNoiseRatioSelf builds.
     int SetNoiseRatio(double ratio);
 
@@ -243,6 +260,7 @@ public:
     int TransportChange(WSTransportState const &state);
     WSTransportState const &GetTransportState() const { return m_Transport; }
     int UpdateHostTrackState(bool monitoring);
+    bool GetHostTrackMonitoring() const { return m_Monitoring; }
     // Writes a key of this instance in Redis; -21001 while the instance reports nowhere.
     virtual int SetRedisKeyValue(char const *key, char const *value);
 
@@ -270,8 +288,11 @@ public:
     int GetParamGraphData(std::uint64_t id, void *&data) const;
 
     // ---- key/value store -------------------------------------------------------------------
-    WCKeyValue &KeyValues() { return m_KeyValues; }
-    WCKeyValue const &KeyValues() const { return m_KeyValues; }
+    // The store exists from CreateKeyValueStore in the constructor to DisposeKeyValueStore in
+    // the destructor.
+    WCKeyValue &KeyValues() { return *m_pKeyValues; }
+    WCKeyValue const &KeyValues() const { return *m_pKeyValues; }
+    bool HasKeyValueStore() const { return m_pKeyValues != nullptr; }
     // Each form reads whatever type the key holds, converted, or the fallback when absent (and
     // stores nothing). The _ptr forms read the pointed value at each read; the pointer must
     // outlive the key. The _func forms call the function at each read.
@@ -340,6 +361,8 @@ public:
     std::uint32_t GetOptimalRefreshRate() const { return m_OptimalRefreshRate; }
     int GetMeterReadResetValue(std::int64_t index, double &value) const;
     int GetAutomationControlIndexByName(char const *name) const;
+    // A control's conversions and text belong to the automation manager: -19 for an
+    // index that names no control, eNotImplemented for one that does, until that work lands.
     int ControlRealWorldValueFromState(std::int64_t index, double &inOut) const;
     int ControlStateFromRealWorldValue(std::int64_t index, double &inOut) const;
     int SetAutomatableControlStr(char const *text, std::int64_t index);
@@ -351,6 +374,8 @@ public:
     GUIMap const &GetGUIMap() const { return m_GUIMap; }
     virtual int CreateGuiAndAddToMap(WTResContainerType *container, char const *key,
                                      char const *name);
+    // kErrNoGUI for a name the map lacks; eNotImplemented for one it has, which stays in the map
+    // until the GUI layer can dispose of it.
     virtual int DisposeGuiAndRemoveFromMap(char const *name);
     virtual int SetDefaultSkin(char const *name);
     WCFixedStringBase const &GetDefaultSkin() const { return m_DefaultSkin; }
@@ -414,6 +439,12 @@ public:
     int ReadResourceToMemObj(char const *type, short id, Utils::WCStMemObj &out) const;
     int GetPathToNativeProcessDLL(WCFixedStringBase &out) const;
     int GetProcessCodeManagerMemObj(Utils::WCStMemObj &out) const;
+    // The category list of this component ('pcat'): in the "DAEFlags" XML resource, id 1000,
+    // the first element whose "SubComp" attribute names the component's sub-type (a substring
+    // test, so a list of codes names each of them), written out as XML with its children.
+    // eXMLParserFailed for a resource that does not parse, eXMLElementMissing when no element
+    // names the sub-type; `out` changes only on success.
+    int GetSubCompCategoryList(Utils::WCStMemObj &out) const;
 
 protected:
     // ---- the five operations every plug-in implements --------------------------------------
@@ -484,8 +515,14 @@ protected:
     // Construction and lifecycle steps.
     void ResetAllmembers();
     // The "AlgXML" resource (id 1001) filtered for this component; the resource stays held
-    // until the algorithm is destroyed, so other instances share the filtered document.
+    // until Dispose releases what the algorithm loaded, so other instances share the filtered
+    // document meanwhile. The code is kept for GetAlgXMLError.
     int ReadAlgXML();
+    // The key/value store: the constructor creates it (before the algorithm XML, whose flag
+    // elements write keys) and the destructor disposes of it. Creating again replaces the store
+    // with an empty one; after DisposeKeyValueStore no key can be read or written.
+    void CreateKeyValueStore();
+    void DisposeKeyValueStore();
     void Init_Key_Values();
     void InitExportItemMap();
     void StartRedisReporting();
@@ -562,11 +599,12 @@ private:
     WCLinkGroups m_LinkGroups;
     GUIMap m_GUIMap;
     Redis::WCMirelRedisReporter *m_pReporter = nullptr;
-    WCKeyValue m_KeyValues;
+    std::unique_ptr<WCKeyValue> m_pKeyValues;
     WCExportItemsContainer m_ExportItems;
     std::vector<sCONTROL_PARAM> m_Params;
     WSParamMaps m_ParamMaps;
     int m_ParameterListError = 0;
+    int m_AlgXMLError = eNoErr;
     WCFixedString<127> m_TrackName;
     double m_TrackVolume = 0.0;
     std::uint64_t m_NumDoIdleCalls = 0;

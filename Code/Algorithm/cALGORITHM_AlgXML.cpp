@@ -60,12 +60,14 @@ long long ParseInteger(char const *text, long long min, long long max, long long
 } // namespace
 
 int cALGORITHM::ReadAlgXMLFromText(char const *text, std::uint64_t size) {
-    if (text == nullptr || size == 0)
-        return eRMResNotFound;
     pugi::xml_document doc;
-    if (!doc.load_buffer(text, size, kParseFlags))
-        return eXMLParserFailed;
-    return ReadFromXML(doc.document_element());
+    if (text == nullptr || size == 0)
+        m_AlgXMLError = eRMResNotFound;
+    else if (!doc.load_buffer(text, size, kParseFlags))
+        m_AlgXMLError = eXMLParserFailed;
+    else
+        m_AlgXMLError = ReadFromXML(doc.document_element());
+    return m_AlgXMLError;
 }
 
 WTErr cALGORITHM::ReadFromXML(pugi::xml_node const &root) {
@@ -105,7 +107,7 @@ int cALGORITHM::Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element) {
             m_UndoLevel = static_cast<std::uint64_t>(
                 ParseInteger(text, 0, 1000000, static_cast<long long>(m_UndoLevel)));
         } else if (std::strcmp(tag, "UndoTypePreset") == 0) {
-            m_KeyValues.Set("UndoTypePreset", true);
+            m_pKeyValues->Set("UndoTypePreset", true);
         } else if (std::strcmp(tag, "PresetXMLResID") == 0) {
             m_PresetResourceNumber =
                 static_cast<short>(ParseInteger(text, -32768, 32767, m_PresetResourceNumber));
@@ -114,11 +116,11 @@ int cALGORITHM::Read_cALGORITHM_Element_FromXML(pugi::xml_node const &element) {
                 ParseInteger(text, 1, 1000, static_cast<long long>(m_OptimalRefreshRate)));
         } else if (std::strcmp(tag, "DontNotifyPresetLoadedToHost") == 0) {
             // The one negative flag: its presence stores false under the positive name.
-            m_KeyValues.Set("NotifyPresetLoadedToHost", false);
+            m_pKeyValues->Set("NotifyPresetLoadedToHost", false);
         } else {
             for (char const *flag : kFlagElements) {
                 if (std::strcmp(tag, flag) == 0) {
-                    m_KeyValues.Set(flag, true);
+                    m_pKeyValues->Set(flag, true);
                     break;
                 }
             }

@@ -3,23 +3,35 @@
 // what its service answers for something it does not have.
 
 #include <cstring>
+#include <sstream>
+#include <string>
+
+#include <pugixml.hpp>
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "core/WCStMemObj.h"
 #include "resources/ResourceManager.h"
 
 MIREL_NAMESPACE_BEGIN
 
+namespace {
+// The flags every XML of the algorithm is read with.
+constexpr unsigned int kXMLParseFlags = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
+                                        pugi::parse_wconv_attribute | pugi::parse_trim_pcdata |
+                                        pugi::parse_embed_pcdata;
+} // namespace
+
 // ---- key/value store ------------------------------------------------------------------------
 
 bool cALGORITHM::HasPluginValue(char const *key) const {
-    return m_KeyValues.Has(key) || IsExportItemSupported(key);
+    return m_pKeyValues->Has(key) || IsExportItemSupported(key);
 }
 
 int cALGORITHM::GetPluginValueBinary(char const *key, void *buffer, std::uint64_t size) const {
     // The store accepts a larger buffer; what it lacks, or what does not fit, goes on to the
     // export items, which insist on the exact size.
-    const int err = m_KeyValues.GetBinary(key, buffer, size);
+    const int err = m_pKeyValues->GetBinary(key, buffer, size);
     if (err == eNoErr || err == eMemNullPointer)
         return err;
     return m_ExportItems.get_value_binary(key, buffer, size);
@@ -32,12 +44,12 @@ int cALGORITHM::SetPluginValueBinary(char const *key, void const *data, std::uin
         return eValueNotFound;
     if (m_ExportItems.is_item_supported(key))
         return m_ExportItems.set_value_binary(key, data, size);
-    return m_KeyValues.SetBinary(key, data, size);
+    return m_pKeyValues->SetBinary(key, data, size);
 }
 
 int cALGORITHM::GetPluginValueStr(char const *key, WCFixedStringBase &out) const {
-    if (m_KeyValues.Has(key))
-        return m_KeyValues.GetStr(key, out);
+    if (m_pKeyValues->Has(key))
+        return m_pKeyValues->GetStr(key, out);
     return m_ExportItems.get_value_str(key, out);
 }
 
@@ -191,21 +203,24 @@ int cALGORITHM::GetAutomationControlIndexByName(char const *name) const {
     return m_AutomationManager.GetControlIndexByName(name);
 }
 
+// The conversions of an automation control belong to the automation manager, which
+// is not built yet: a control that exists gets eNotImplemented, never a success that converted
+// nothing.
 int cALGORITHM::ControlRealWorldValueFromState(std::int64_t index, double &) const {
     return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
-               ? eNoErr
+               ? eNotImplemented
                : eOutOfRangeNumber;
 }
 
 int cALGORITHM::ControlStateFromRealWorldValue(std::int64_t index, double &) const {
     return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
-               ? eNoErr
+               ? eNotImplemented
                : eOutOfRangeNumber;
 }
 
 int cALGORITHM::SetAutomatableControlStr(char const *, std::int64_t index) {
     return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
-               ? eNoErr
+               ? eNotImplemented
                : eOutOfRangeNumber;
 }
 
@@ -223,6 +238,30 @@ int cALGORITHM::GetPathToNativeProcessDLL(WCFixedStringBase &) const {
 
 int cALGORITHM::GetProcessCodeManagerMemObj(Utils::WCStMemObj &out) const {
     return ReadResourceToMemObj("ProcessXML", 1000, out);
+}
+
+int cALGORITHM::GetSubCompCategoryList(Utils::WCStMemObj &out) const {
+    Utils::WCStMemObj bytes;
+    const int err = ReadResourceToMemObj("DAEFlags", 1000, bytes);
+    if (err != eNoErr)
+        return err;
+    pugi::xml_document doc;
+    if (bytes.GetSize() == 0 || !doc.load_buffer(bytes.GetPtr(), bytes.GetSize(), kXMLParseFlags))
+        return eXMLParserFailed;
+    // The four characters of the sub-type, as the component-info filter compares them.
+    WCFixedString<15> subComp;
+    subComp << m_ComponentInfo.m_ComponentSubType;
+    // Below the root, depth first, parent before children: the first element that names it.
+    const pugi::xml_node found =
+        doc.document_element().find_node([&subComp](pugi::xml_node const &candidate) {
+            return std::strstr(candidate.attribute("SubComp").value(), subComp.c_str()) != nullptr;
+        });
+    if (!found)
+        return eXMLElementMissing;
+    std::ostringstream text;
+    found.print(text, "", pugi::format_raw);
+    const std::string xml = text.str();
+    return out.Assign(xml.data(), xml.size());
 }
 
 MIREL_NAMESPACE_END

@@ -29,16 +29,16 @@ void SetByFunction(WCKeyValue &store, char const *key, std::function<T()> func) 
 
 #define MIREL_KEY_VALUE_FORMS(T, NAME)                                                             \
     T cALGORITHM::GetPluginValue_##NAME(char const *key, T fallback) const {                       \
-        return m_KeyValues.GetAs<T>(key, fallback);                                                \
+        return m_pKeyValues->GetAs<T>(key, fallback);                                              \
     }                                                                                              \
     void cALGORITHM::SetPluginValue_##NAME(char const *key, T value) {                             \
-        m_KeyValues.Set(key, value);                                                               \
+        m_pKeyValues->Set(key, value);                                                             \
     }                                                                                              \
     void cALGORITHM::SetPluginValue_##NAME##_ptr(char const *key, T *value) {                      \
-        SetByPointer(m_KeyValues, key, value);                                                     \
+        SetByPointer(*m_pKeyValues, key, value);                                                   \
     }                                                                                              \
     void cALGORITHM::SetPluginValue_##NAME##_func(char const *key, std::function<T()> func) {      \
-        SetByFunction(m_KeyValues, key, std::move(func));                                          \
+        SetByFunction(*m_pKeyValues, key, std::move(func));                                        \
     }
 
 MIREL_KEY_VALUE_FORMS(bool, bool)
@@ -52,11 +52,11 @@ MIREL_KEY_VALUE_FORMS(double, double)
 #undef MIREL_KEY_VALUE_FORMS
 
 std::string cALGORITHM::GetPluginValue_c_str(char const *key, char const *fallback) const {
-    return m_KeyValues.GetAs<std::string>(key, std::string(fallback != nullptr ? fallback : ""));
+    return m_pKeyValues->GetAs<std::string>(key, std::string(fallback != nullptr ? fallback : ""));
 }
 
 void cALGORITHM::SetPluginValue_c_str(char const *key, char const *value) {
-    m_KeyValues.Set(key, std::string(value != nullptr ? value : ""));
+    m_pKeyValues->Set(key, std::string(value != nullptr ? value : ""));
 }
 
 int cALGORITHM::SetPluginValueStr(char const *key, char const *text) {
@@ -66,12 +66,12 @@ int cALGORITHM::SetPluginValueStr(char const *key, char const *text) {
         return eValueNotFound;
     if (m_ExportItems.is_item_supported(key))
         return m_ExportItems.set_value_str(key, text);
-    return m_KeyValues.SetStr(key, text);
+    return m_pKeyValues->SetStr(key, text);
 }
 
 int cALGORITHM::GetPluginValueInfo(char const *key, WTKeyValueType &type,
                                    std::uint64_t &size) const {
-    if (const auto value = m_KeyValues.Get(key)) {
+    if (const auto value = m_pKeyValues->Get(key)) {
         // The variant's order: bool, int32, int64, uint32, uint64, float, double, string.
         static constexpr WTKeyValueType kTypes[] = {
             eKeyValueBool,   eKeyValueInt32, eKeyValueInt64,  eKeyValueUInt32,
@@ -85,8 +85,8 @@ int cALGORITHM::GetPluginValueInfo(char const *key, WTKeyValueType &type,
 
 int cALGORITHM::GetAllPluginValues(Utils::WCStMemObj &out) const {
     nlohmann::json doc = nlohmann::json::object();
-    for (auto const &key : m_KeyValues.Keys()) {
-        const auto value = m_KeyValues.Get(key.c_str());
+    for (auto const &key : m_pKeyValues->Keys()) {
+        const auto value = m_pKeyValues->Get(key.c_str());
         if (!value)
             continue;
         std::visit(

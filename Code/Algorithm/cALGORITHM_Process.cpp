@@ -191,9 +191,17 @@ BUFFER_HEADER *cALGORITHM::ChainBufs(BUFFER_HEADER *first, BUFFER_HEADER *second
     if (second == nullptr)
         return first;
     BUFFER_HEADER *head = nullptr;
-    if (CallExecCallBack(eExecChainBuffers, first, second, &head) != 0)
-        return nullptr;
-    return head;
+    if (CallExecCallBack(eExecChainBuffers, first, second, &head) == 0)
+        return head;
+    // Nothing comes back to free, so both chains are freed here rather than abandoned to the
+    // process side. A side that linked them before it failed has one chain left to free.
+    bool linked = false;
+    for (BUFFER_HEADER const *buffer = first; buffer != nullptr && !linked; buffer = buffer->next)
+        linked = buffer == second;
+    FreeBuffers(first);
+    if (!linked)
+        FreeBuffers(second);
+    return nullptr;
 }
 
 int cALGORITHM::FreeBuffers(BUFFER_HEADER *&chain) {

@@ -122,6 +122,10 @@ int WCRecordingShell::OnExec(int op, void *a, void *b, void *c) {
             result = ml::eMemNullPointer;
             break;
         }
+        if (m_FailChainBuffers) {
+            result = ml::eMemNewFailed;
+            break;
+        }
         BUFFER_HEADER *last = first;
         while (last->next != nullptr)
             last = last->next;

@@ -59,6 +59,8 @@ public:
     int m_StatesBase = 8;
     // Op 5 fails once this many buffers were created; -1 never.
     int m_FailNewBufferAfter = -1;
+    // Op 3 refuses to chain, and links nothing.
+    bool m_FailChainBuffers = false;
 
     // Loads a plug-in module and binds its entry points; a module inside a bundle also opens the
     // bundle's resource container, which the factory receives. Codes: eDLLNotFound,

@@ -146,8 +146,10 @@ TEST_F(Selectors, IdentityStrings) {
     EXPECT_STREQ(text.c_str(), "TestAlgorithm");
     EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sAlL"), text, 4), 0);
     EXPECT_STREQ(text.c_str(), "Test");
+    // Without an "AlgType" element the algorithm type is "????", not the component's type.
     EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("algT"), text, 0), 0);
-    EXPECT_STREQ(text.c_str(), "Nati");
+    EXPECT_STREQ(text.c_str(), "????");
+    EXPECT_EQ(m_Alg->GetAlgSubType(), WCFourCC("????"));
     EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sPTP"), text, 0),
               ml::eCantLoadProcessFunction);
     EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("icnf"), text, 0),

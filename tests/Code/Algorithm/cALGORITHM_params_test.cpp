@@ -272,6 +272,7 @@ TEST(AlgorithmXML, ElementsSetIdentityNumbersAndFlags) {
     EXPECT_EQ(alg.ReadAlgXMLFromText("", 0), ml::eRMResNotFound);
     EXPECT_EQ(alg.ReadAlgXMLFromText("<AlgXML><cALGORITHM>", 20), ml::eXMLParserFailed);
     EXPECT_EQ(alg.GetPresetResourceNumber(), 1200) << "a refused text changes nothing";
+    EXPECT_EQ(alg.GetAlgXMLError(), ml::eXMLParserFailed) << "but leaves its code";
 }
 
 } // namespace

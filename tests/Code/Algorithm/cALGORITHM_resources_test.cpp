@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "Code/Algorithm/PluginInfoSelectors.h"
+#include "Code/Algorithm/PluginInstance.h"
+#include "core/WCStMemObj.h"
 #include "resources/WCResContainer_Base.h"
 #include "tests/resources/ResourcesTestSupport.h"
 #include "tests/support/WCSilentAlgorithm.h"
@@ -31,7 +34,8 @@ std::string NameOf(const ml::cALGORITHM &alg) {
 class AlgorithmResources : public resources_test::BundleTest {
 protected:
     void SetUp() override {
-        Put("resource_config.yaml", "Extensions:\n  AlgXML: .xml\n  ParamXML: .xml\n");
+        Put("resource_config.yaml",
+            "Extensions:\n  AlgXML: .xml\n  ParamXML: .xml\n  DAEFlags: .xml\n");
     }
     void PutParams(const char *id, int count) {
         std::string xml = "<ParamXML>";
@@ -71,13 +75,17 @@ TEST_F(AlgorithmResources, EachSubComponentReadsItsOwnFilteredAlgorithmXML) {
         ASSERT_EQ(stereo.FinishCreate(), 0);
         EXPECT_EQ(mono.GetNumParams(), 1u);
         EXPECT_EQ(stereo.GetNumParams(), 3u);
+        EXPECT_EQ(mono.GetAlgXMLError(), ml::eNoErr);
         // One read of the bytes, two filtered documents held by the algorithms.
         EXPECT_EQ(ml::WCResContainer_Base::FromHandle(container)->GetLoadCount(), 1u);
         EXPECT_EQ(ManagerInfo().m_TotalResources, 3u);
+        // Dispose ends with ReleaseAllLoadedResources: nothing stays held until destruction.
         mono.Dispose();
+        EXPECT_EQ(mono.GetNumLoadedResources(), 0u);
         stereo.Dispose();
+        EXPECT_EQ(stereo.GetNumLoadedResources(), 0u);
+        EXPECT_EQ(ManagerInfo().m_TotalResources, 0u) << "the algorithms released what they held";
     }
-    EXPECT_EQ(ManagerInfo().m_TotalResources, 0u) << "the algorithms released what they held";
     EXPECT_EQ(ml::RM::CloseResContainer(container), ml::eNoErr);
 }
 
@@ -87,6 +95,7 @@ TEST_F(AlgorithmResources, MissingOrBrokenResourcesLeaveTheDefaults) {
         WCBundleAlgorithm alg(Component("Mono"), container);
         // Neither type has a folder or a zip in this bundle.
         EXPECT_EQ(NameOf(alg), "");
+        EXPECT_NE(alg.GetAlgXMLError(), ml::eNoErr) << "the resource manager's code";
         EXPECT_EQ(alg.FinishCreate(), ml::eNoErr) << "the list's error is kept, not returned";
         EXPECT_EQ(alg.GetNumParams(), 0u);
         EXPECT_EQ(alg.GetParameterListError(), ml::eFMFileNotFound);
@@ -100,6 +109,9 @@ TEST_F(AlgorithmResources, MissingOrBrokenResourcesLeaveTheDefaults) {
     {
         WCBundleAlgorithm alg(Component("Mono"), container);
         EXPECT_EQ(NameOf(alg), "");
+        // A broken algorithm XML leaves a trace, as the parameter XML does: the XML layer's code.
+        EXPECT_LE(alg.GetAlgXMLError(), -6000);
+        EXPECT_GT(alg.GetAlgXMLError(), -7000);
         EXPECT_EQ(alg.FinishCreate(), ml::eNoErr);
         EXPECT_EQ(alg.GetNumParams(), 0u);
         EXPECT_NE(alg.GetParameterListError(), ml::eNoErr) << "an empty parameter XML";
@@ -109,8 +121,55 @@ TEST_F(AlgorithmResources, MissingOrBrokenResourcesLeaveTheDefaults) {
     }
     ml::WTResContainerType *none = nullptr;
     WCBundleAlgorithm orphan(Component("Mono"), none);
+    EXPECT_EQ(orphan.GetAlgXMLError(), ml::eRMContainerNotFound);
     ml::Utils::WCStMemObj bytes;
     EXPECT_EQ(orphan.ReadResourceToMemObj("AlgXML", 1001, bytes), ml::eRMContainerNotFound);
+    EXPECT_EQ(ml::RM::CloseResContainer(container), ml::eNoErr);
+}
+
+TEST_F(AlgorithmResources, CategorySelectorAnswersOnlyThisSubComponentsList) {
+    Put("DAEFlags/1000.xml", R"(<DAEFlags>
+        <Categories SubComp="Mono"><Category>EQ</Category></Categories>
+        <Group><Categories SubComp="Stmo,Surr"><Category>Dynamics</Category>
+          <Category>Harmonic</Category></Categories></Group>
+      </DAEFlags>)");
+    struct WSCase {
+        const char *subType;
+        int code;
+        std::string answer;
+    };
+    const WSCase cases[] = {
+        {"Mono", ml::eNoErr, R"(<Categories SubComp="Mono"><Category>EQ</Category></Categories>)"},
+        {"Surr", ml::eNoErr,
+         R"(<Categories SubComp="Stmo,Surr"><Category>Dynamics</Category>)"
+         R"(<Category>Harmonic</Category></Categories>)"},
+        {"Quad", ml::eXMLElementMissing, "kept"},
+    };
+    Container *container = Open();
+    for (auto const &c : cases) {
+        WCBundleAlgorithm alg(Component(c.subType), container);
+        ml::PluginInstance instance(Component(c.subType));
+        instance.m_pAlg = &alg;
+        ml::Utils::WCStMemObj out("kept", 4);
+        EXPECT_EQ(ml::GetPluginInfo_WCStMemObj(instance, ml::WCFourCC("pcat"), out, 0), c.code)
+            << c.subType;
+        EXPECT_EQ(std::string(static_cast<const char *>(out.GetPtr()), out.GetSize()), c.answer)
+            << c.subType;
+        // 'daef' still answers the whole resource.
+        EXPECT_EQ(ml::GetPluginInfo_WCStMemObj(instance, ml::WCFourCC("daef"), out, 0), 0);
+        const std::string whole(static_cast<const char *>(out.GetPtr()), out.GetSize());
+        EXPECT_NE(whole.find("\"Mono\""), std::string::npos);
+        EXPECT_NE(whole.find("Surr"), std::string::npos);
+        alg.Dispose();
+    }
+    Put("DAEFlags/1000.xml", "<DAEFlags><Categories SubComp=\"Mono\">");
+    WCBundleAlgorithm broken(Component("Mono"), container);
+    ml::PluginInstance instance(Component("Mono"));
+    instance.m_pAlg = &broken;
+    ml::Utils::WCStMemObj out;
+    EXPECT_EQ(ml::GetPluginInfo_WCStMemObj(instance, ml::WCFourCC("pcat"), out, 0),
+              ml::eXMLParserFailed);
+    broken.Dispose();
     EXPECT_EQ(ml::RM::CloseResContainer(container), ml::eNoErr);
 }
 

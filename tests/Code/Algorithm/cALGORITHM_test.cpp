@@ -1,5 +1,6 @@
 #include "Code/Algorithm/cALGORITHM.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <thread>
@@ -85,15 +86,24 @@ TEST(AlgorithmLifeCycle, InitAlgWithoutSendStillFreesTheBuffers) {
 }
 
 TEST(AlgorithmLifeCycle, AFailingProcessSideLeavesNothingToSendAndNothingLeaked) {
-    WCRecordingShell shell;
-    shell.m_FailNewBufferAfter = 0;
-    CreateTestAlgorithm(shell);
-    EXPECT_EQ(shell.Start(), 0);
-    for (int op : shell.Ops()) {
-        EXPECT_NE(op, 1) << "nothing to send";
-        EXPECT_NE(op, 3) << "nothing to chain";
+    // InitAlgSelf makes a coefficient and a state buffer and chains them.
+    struct WSCase {
+        int failNewBufferAfter;
+        bool failChain;
+        bool sends;
+    };
+    for (WSCase const c :
+         {WSCase{0, false, false}, WSCase{1, false, true}, WSCase{-1, true, false}}) {
+        WCRecordingShell shell;
+        shell.m_FailNewBufferAfter = c.failNewBufferAfter;
+        shell.m_FailChainBuffers = c.failChain;
+        CreateTestAlgorithm(shell);
+        EXPECT_EQ(shell.Start(), 0);
+        const auto ops = shell.Ops();
+        EXPECT_EQ(std::count(ops.begin(), ops.end(), 1), c.sends ? 1 : 0) << c.failNewBufferAfter;
+        // A refused chain frees both halves; nothing is abandoned to the process side.
+        EXPECT_EQ(shell.LiveBuffers(), 0u) << c.failNewBufferAfter << " " << c.failChain;
     }
-    EXPECT_EQ(shell.LiveBuffers(), 0u);
 }
 
 TEST(AlgorithmThreads, SecondMainThreadRefKeepsTheFirst) {
@@ -347,6 +357,27 @@ TEST(AlgorithmIdentity, ComponentTypeDecidesNativeAndNetShell) {
               (std::vector<ml::WCFourCC>{ml::WCFourCC("TsAl")}));
 }
 
+TEST(AlgorithmKeyValues, TheStoreLivesFromCreateKeyValueStoreToDisposeKeyValueStore) {
+    class Exposed : public WCTestAlgorithm {
+    public:
+        using cALGORITHM::CreateKeyValueStore;
+        using cALGORITHM::DisposeKeyValueStore;
+        using WCTestAlgorithm::WCTestAlgorithm;
+    };
+    ml::WTResContainerType *container = nullptr;
+    Exposed alg(TestComponent(), container);
+    ASSERT_TRUE(alg.HasKeyValueStore()) << "the constructor created it";
+    alg.FinishCreate();
+    EXPECT_TRUE(alg.HasPluginValue("FinishCreateWasCalled"));
+    alg.DisposeKeyValueStore();
+    EXPECT_FALSE(alg.HasKeyValueStore());
+    alg.CreateKeyValueStore();
+    ASSERT_TRUE(alg.HasKeyValueStore());
+    EXPECT_EQ(alg.KeyValues().size(), 0u) << "a new store starts empty";
+    alg.DisposeKeyValueStore();
+    // The destructor disposes of the store again, which is harmless.
+}
+
 TEST(AlgorithmIdentity, MirelLibHandleIsTheModuleOfTheLibrary) {
     void *handle = nullptr;
     EXPECT_EQ(ml::cALGORITHM::GetMirelLibHandle(handle), 0);
@@ -363,6 +394,13 @@ TEST(AlgorithmPlaceholders, LaterServicesAnswerAsForSomethingAbsent) {
     EXPECT_EQ(alg->GetAutomationControlIndexByName("Gain"), -1);
     EXPECT_EQ(alg->CreateGuiAndAddToMap(nullptr, "Primary", "Primary"), ml::eNotImplemented);
     EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Primary"), ml::kErrNoGUI);
+    // A GUI in the map cannot be disposed until the GUI layer exists: it stays, and nobody
+    // claims to have disposed it.
+    auto *gui = reinterpret_cast<ml::CStandardGUI_X *>(0x1000);
+    alg->SetGUIPointer("Primary", gui);
+    EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Primary"), ml::eNotImplemented);
+    EXPECT_EQ(alg->GetGUIPtr("Primary"), gui);
+    alg->SetGUIPointer("Primary", nullptr);
     EXPECT_EQ(alg->SetRedisKeyValue("k", "v"), ml::kErrRedisNotConnected);
     double value = 0;
     EXPECT_EQ(alg->GetParamRealWorld(0, value), ml::eOutOfRangeNumber);
