@@ -143,14 +143,9 @@ struct SGSScale {
     float z = 1.0f;
 };
 
-// word[0] is the format, 1. word[kGSStreamLengthWord] is the length of the whole stream in bytes,
-// from its opening record to the end of its closing record: the stream guard sets it when it
-// closes the stream, and it stays 0 while the stream is open or was never closed, so a walk
-// without a length knows where such a stream ends. The other words are 0.
 struct SGSStreamSignature {
     std::int32_t word[4] = {1, 0, 0, 0};
 };
-inline constexpr std::size_t kGSStreamLengthWord = 1;
 
 struct SGSFrame {
     SGSCommandHeader header{eGSBeginFrame, 32};
@@ -165,9 +160,6 @@ struct SGSStream {
     // Zero-padded; the last byte always stays 0.
     char stream_name[64] = {};
 };
-// Where the stream's length lies in its opening record, for code that reads the record in place.
-inline constexpr std::size_t kGSStreamLengthOffset =
-    offsetof(SGSStream, signature) + kGSStreamLengthWord * sizeof(std::int32_t);
 
 struct SGSFrameRotate {
     SGSCommandHeader header{eGSRotateFrame, 20};

@@ -136,12 +136,9 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSSt
     if (m_Target->GetSize() == 0)
         m_DroppedRecords = 0;
     // The name is read as zero-terminated text, so its last byte is zero in the stream even when
-    // the caller filled the whole field; the font's name below likewise. A length copied from
-    // another stream would make a walk without a length trust it, so it is left to the guard.
-    if (char *place = AppendRecord(stream)) {
+    // the caller filled the whole field; the font's name below likewise.
+    if (char *place = AppendRecord(stream))
         place[offsetof(SGSStream, stream_name) + sizeof stream.stream_name - 1] = '\0';
-        std::memset(place + kGSStreamLengthOffset, 0, sizeof(std::int32_t));
-    }
     return *this;
 }
 

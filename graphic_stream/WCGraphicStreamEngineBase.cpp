@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <exception>
+#include <limits>
 #include <new>
 
 #include "graphic_stream/GSChecksum.h"
@@ -296,19 +297,17 @@ WTErr WCGraphicStreamEngineBase::ExecStream(char *stream, std::uint64_t length) 
 }
 
 WTErr WCGraphicStreamEngineBase::ExecStream(char *stream) {
-    // Without a length the walk goes no further than the opening record says: only a stream its
-    // guard closed knows its length, and anything else could lead past the end of its buffer.
-    if (stream == nullptr || reinterpret_cast<std::uintptr_t>(stream) % alignof(SGSData) != 0)
+    if (stream == nullptr)
         return kGSErrBadRecordSize;
-    SGSCommandHeader header;
-    std::memcpy(&header, stream, sizeof header);
-    if (header.command != eGSBeginStream || header.size < std::int32_t(sizeof(SGSStream)))
-        return kGSErrBadRecordSize;
-    std::int32_t length = 0;
-    std::memcpy(&length, stream + kGSStreamLengthOffset, sizeof length);
-    if (length < header.size)
-        return kGSErrBadRecordSize;
-    return ExecStream(stream, static_cast<std::uint64_t>(length));
+    // Only the records tell where such a stream ends: the walk stops at its closing record, and
+    // every record must have exactly the size of its command (CheckRecord), so a size that cannot
+    // be right stops it before it jumps past the stream.
+    const std::uint64_t unbounded =
+        std::numeric_limits<std::uint64_t>::max() - reinterpret_cast<std::uintptr_t>(stream);
+    m_WithoutLength = true;
+    const WTErr result = ExecStream(stream, unbounded);
+    m_WithoutLength = false;
+    return result;
 }
 
 void WCGraphicStreamEngineBase::ResetWalkState() {
@@ -346,6 +345,10 @@ WTErr WCGraphicStreamEngineBase::Walk(char *stream, std::uint64_t length) {
             throw static_cast<int>(kGSErrBadRecordSize);
 
         auto &header = *reinterpret_cast<SGSCommandHeader *>(stream + offset);
+        // Without a length only a frame or stream that closes can end the walk.
+        if (m_WithoutLength && offset == 0 && header.command != eGSBeginStream &&
+            header.command != eGSBeginFrame)
+            throw static_cast<int>(kGSErrBadRecordSize);
         m_CurrentRecordOffset = offset;
         ++m_RecordCount;
         if (header.command == eGSIllegalCommand) {
@@ -390,6 +393,28 @@ void WCGraphicStreamEngineBase::CheckRecord(const SGSCommandHeader &header,
         if (header.command == eGSDataHere &&
             GetDataPayloadSize(data) > static_cast<std::uint64_t>(size) - sizeof(SGSData))
             throw static_cast<int>(kGSErrBadRecordSize);
+    }
+    if (m_WithoutLength && static_cast<std::uint64_t>(size) > ExactRecordSize(header))
+        throw static_cast<int>(kGSErrBadRecordSize);
+}
+
+std::uint64_t WCGraphicStreamEngineBase::ExactRecordSize(const SGSCommandHeader &header) {
+    switch (header.command) {
+    case eGSDataHere: {
+        // The payload padded to four bytes, as the writer lays it out.
+        const auto &data = *reinterpret_cast<const SGSData *>(&header);
+        return sizeof(SGSData) + ((GetDataPayloadSize(data) + 3) & ~std::uint64_t{3});
+    }
+    case eGSEndStream:
+    case eGSEndFrame:
+    case eGSDrawOldStyle:
+    case eGSIgnoreCommand: return sizeof(SGSCommandHeader);
+    default: {
+        const std::int32_t fixed = MinimumRecordSize(header.command);
+        // A command this walk does not know may be larger, but never beyond any record's size.
+        return fixed > std::int32_t(sizeof(SGSCommandHeader)) ? std::uint64_t(fixed)
+                                                               : kMaxUnknownRecordSize;
+    }
     }
 }
 

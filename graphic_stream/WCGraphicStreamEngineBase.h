@@ -136,11 +136,14 @@ public:
 
     // Walks `length` bytes of stream. Returns the result of the last operation, or the fault.
     WTErr ExecStream(char *stream, std::uint64_t length);
-    // Walks a stream closed by its guard (WCStGSStreamStructWriter) as far as the length its
-    // opening record holds. A buffer that starts with no stream record, or with one of length 0
-    // (a stream never closed: its closing record is missing), is refused with
-    // kGSErrBadRecordSize before anything past that record is read.
+    // Walks a stream whose length is not known, up to its closing record. It must begin with a
+    // stream or frame record, and each record must have exactly the size of its command (a data
+    // record its padded payload, a command this walk does not know at most
+    // kMaxUnknownRecordSize): any other size stops the walk with kGSErrBadRecordSize before it
+    // reads past that record. A stream that lacks its closing record cannot be told from one
+    // that goes on, so it needs the form with a length.
     WTErr ExecStream(char *stream);
+    static constexpr std::uint64_t kMaxUnknownRecordSize = 1024;
 
     // Walks the stream and lists the checksum of each record except the end records, in order:
     // the values an exporter's ExecStreamWithAllChecksums expects.
@@ -229,11 +232,13 @@ private:
     WTErr Walk(char *stream, std::uint64_t length);
     int Dispatch(SGSCommandHeader &header, std::uint64_t available);
     void CheckRecord(const SGSCommandHeader &header, std::uint64_t available) const;
+    static std::uint64_t ExactRecordSize(const SGSCommandHeader &header);
     void PushFrameState(const SGSFrame &frame);
     void ResetWalkState();
     void FoldFrameChecksum(const SGSCommandHeader &header);
 
     std::uint64_t m_ExecutionCount = 0;
+    bool m_WithoutLength = false;
     std::chrono::steady_clock::time_point m_StartTime{};
     std::chrono::steady_clock::time_point m_EndTime{};
     WURect<short> m_WindowRect{};

@@ -1,7 +1,6 @@
 #include "graphic_stream/WCStGSFrameStructWriter.h"
 
 #include <cstring>
-#include <limits>
 
 MIREL_NAMESPACE_BEGIN
 namespace miGS {
@@ -85,9 +84,9 @@ int WCStGSFrameStructWriter::GetResult() const noexcept {
 WCStGSStreamStructWriter::WCStGSStreamStructWriter(WCGraphicStreamBinaryWriter &writer,
                                                    const SGSStream &stream,
                                                    const char *resourcesBaseURL)
-    : m_Writer(writer), m_StreamOffset(writer.GetStreamSize()),
+    : m_Writer(writer),
       // The open of a stream that is not nested restarts the writer's count.
-      m_DroppedBefore(m_StreamOffset == 0 ? 0 : writer.GetNumDroppedRecords()) {
+      m_DroppedBefore(writer.GetStreamSize() == 0 ? 0 : writer.GetNumDroppedRecords()) {
     m_Writer.OpenStream(stream);
     if (resourcesBaseURL != nullptr)
         m_Writer.SpecialText(eGSResourcesBaseURL, resourcesBaseURL);
@@ -99,23 +98,8 @@ WCStGSStreamStructWriter::~WCStGSStreamStructWriter() {
 }
 
 void WCStGSStreamStructWriter::CloseFrame(std::int32_t command) {
-    const std::uint64_t before = m_Writer.GetStreamSize();
     m_Writer.CloseFrame(command);
     m_ShouldClose = false;
-    // Only a stream whose closing record was written and whose opening record still stands
-    // where it was written gets its length; one too long for the word keeps 0.
-    const std::uint64_t length = m_Writer.GetStreamSize() - m_StreamOffset;
-    if (command != eGSEndStream || m_Writer.GetStreamSize() == before ||
-        before < m_StreamOffset + sizeof(SGSStream) ||
-        length > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()))
-        return;
-    char *const opening = m_Writer.GetStreamPtr() + m_StreamOffset;
-    std::int32_t opened = 0;
-    std::memcpy(&opened, opening, sizeof opened);
-    if (opened != eGSBeginStream)
-        return;
-    const auto word = static_cast<std::int32_t>(length);
-    std::memcpy(opening + kGSStreamLengthOffset, &word, sizeof word);
 }
 
 std::uint64_t WCStGSStreamStructWriter::GetNumDroppedRecords() const noexcept {

@@ -49,9 +49,8 @@ private:
 
 // The same guard for a whole stream: the constructor writes the stream record (and, when given,
 // the resources folder record that belongs right behind it), the destructor appends "ESTM" unless
-// the stream was closed before. Closing with "ESTM" also writes the stream's length into its
-// opening record, so a walk without a length knows where the stream ends; a stream never closed
-// keeps length 0. [main-thread], like its writer.
+// the stream was closed before. A stream that misses records tells so through GetResult.
+// [main-thread], like its writer.
 class WCStGSStreamStructWriter {
 public:
     WCStGSStreamStructWriter(WCGraphicStreamBinaryWriter &writer, const SGSStream &stream,
@@ -69,7 +68,6 @@ public:
 
 private:
     WCGraphicStreamBinaryWriter &m_Writer;
-    std::uint64_t m_StreamOffset = 0;
     std::uint64_t m_DroppedBefore = 0;
     bool m_ShouldClose = true;
 };

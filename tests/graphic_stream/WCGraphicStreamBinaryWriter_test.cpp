@@ -44,14 +44,11 @@ TEST(WCGraphicStreamBinaryWriter, StreamRecordLaysOutSizeSignatureAndName) {
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), "EQ-7");
     EXPECT_EQ(At<char>(memory, 111), '\0');
 
-    // A name that fills the whole field keeps 63 characters and its terminating zero; a length
-    // copied from another stream is not taken over.
+    // A name that fills the whole field keeps 63 characters and its terminating zero.
     SGSStream full;
     std::memset(full.stream_name, 'n', sizeof full.stream_name);
-    full.signature.word[kGSStreamLengthWord] = 4096;
     writer.ClearStream().OpenStream(full);
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), std::string(63, 'n'));
-    EXPECT_EQ(At<std::int32_t>(memory, 36), 0);
 }
 
 TEST(WCGraphicStreamBinaryWriter, DataHerePadsItsPayloadToFourBytesWithUnderscores) {
@@ -397,8 +394,6 @@ TEST(WCStGSFrameStructWriter, NestedGuardsCloseInnerBeforeOuter) {
     EXPECT_EQ(RectAt(memory, frame + 16), (Rect{2, 1, 20, 10}));
     EXPECT_EQ(writer.GetNumFramesOpened(), 2u);
     EXPECT_EQ(writer.GetFramesBytes(), 64u);
-    // Closing wrote the stream's length into its opening record.
-    EXPECT_EQ(At<std::int32_t>(memory, 36), static_cast<std::int32_t>(memory.GetSize()));
     EXPECT_EQ(writer.GetNumDroppedRecords(), 0u);
 
     // A size beyond 32 bits wraps rather than overflowing.

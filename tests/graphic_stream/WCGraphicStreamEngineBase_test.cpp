@@ -215,35 +215,36 @@ TEST_F(WCGraphicStreamEngineBaseWalk, WalkEndsWhenTheOutermostFrameCloses) {
     EXPECT_EQ(m_Engine.GetCurrentRecordOffset(), length - 8);
 }
 
-TEST(WCGraphicStreamEngineBase, WalkWithoutALengthNeverReadsPastTheStream) {
-    WCGraphicStreamBinaryWriter closed;
-    WriteSmallStream(closed);
-    const std::vector<char> whole(closed.GetStreamPtr(),
-                                  closed.GetStreamPtr() + closed.GetStreamSize());
-    WCGraphicStreamBinaryWriter open;
-    std::vector<char> unclosed;
-    {
-        WCStGSStreamStructWriter stream(open, SGSStream());
-        open.DrawPNG(static_cast<short>(1));
-        unclosed.assign(open.GetStreamPtr(), open.GetStreamPtr() + open.GetStreamSize());
-    }
-    WSRawStream byHand;
-    byHand.Stream().Header(eGSEndStream, 8);
-    std::vector<char> shortLength = whole;
-    const std::int32_t withoutItsEnd = static_cast<std::int32_t>(whole.size() - 8);
-    std::memcpy(shortLength.data() + 36, &withoutItsEnd, sizeof withoutItsEnd);
-    const std::vector<char> notAStream(whole.begin() + 112, whole.end());
+TEST(WCGraphicStreamEngineBase, WalkWithoutALengthStopsAtTheCloseOrAtASizeThatCannotBeRight) {
+    WCGraphicStreamBinaryWriter written;
+    WriteSmallStream(written);
+    const auto bytes = [](WSRawStream &raw) {
+        return std::vector<char>(raw.Ptr(), raw.Ptr() + raw.Size());
+    };
+    WSRawStream closed, tooLarge, dataTooLarge, unknownHuge, loose;
+    closed.Stream().Header(GSCode("new!"), 16).Fill(8).Header(eGSEndStream, 8);
+    // Each fault sits in the last bytes of its buffer: a walk that trusted the size would read on.
+    tooLarge.Stream().Header(eGSDrawImage, 64).Fill(56);
+    SGSData text;
+    text.type = eGSTypeChar;
+    text.num_elements = 4;
+    text.header.size = sizeof(SGSData) + 8;
+    dataTooLarge.Stream().Record(text).Fill(8);
+    unknownHuge.Stream().Header(GSCode("new!"), 1 << 20).Fill(8);
+    loose.Header(eGSIgnoreCommand, 8).Header(eGSEndStream, 8);
 
     struct {
         const char *name;
         std::vector<char> bytes;
         WTErr result;
     } const table[] = {
-        {"closed by its guard", whole, eNoErr},
-        {"closing record missing", unclosed, -8},
-        {"closed by hand, no length", {byHand.Ptr(), byHand.Ptr() + byHand.Size()}, -8},
-        {"length short of the closing record", shortLength, -8},
-        {"no stream record first", notAStream, -8},
+        {"written by the writer", {written.GetStreamPtr(),
+                                   written.GetStreamPtr() + written.GetStreamSize()}, eNoErr},
+        {"an unknown record of modest size", bytes(closed), eNoErr},
+        {"a fixed record larger than its command", bytes(tooLarge), kGSErrBadRecordSize},
+        {"a data record larger than its payload", bytes(dataTooLarge), kGSErrBadRecordSize},
+        {"an unknown record beyond any size", bytes(unknownHuge), kGSErrBadRecordSize},
+        {"no frame or stream first", bytes(loose), kGSErrBadRecordSize},
     };
     for (const auto &row : table) {
         // Each buffer is an allocation of exactly its bytes, so a read past its end is caught by
