@@ -29,45 +29,24 @@ SGSStream NamedStream(const char *name, std::int32_t w, std::int32_t h) {
 
 } // namespace
 
-TEST(WCGraphicStreamBinaryWriter, StreamRecordLaysOutSizeSignatureAndName) {
+// The layouts of the records the demo stream uses are held byte for byte by the reviewed demo.gs;
+// the tests here cover the forms and edges the demo does not reach.
+
+TEST(WCGraphicStreamBinaryWriter, StreamNameThatFillsItsFieldKeeps63CharactersAndItsZero) {
     Utils::WCStMemObj memory;
     WCGraphicStreamBinaryWriter writer(memory);
-    writer.OpenStream(NamedStream("EQ-7", 640, 480));
-    ASSERT_EQ(memory.GetSize(), 112u);
-    EXPECT_EQ(CommandAt(memory, 0), eGSBeginStream);
-    EXPECT_EQ(SizeAt(memory, 0), 112);
-    EXPECT_EQ(At<std::int64_t>(memory, 8), 0);
-    EXPECT_EQ(At<std::int32_t>(memory, 24), 640);
-    EXPECT_EQ(At<std::int32_t>(memory, 28), 480);
-    EXPECT_EQ(At<std::int32_t>(memory, 32), 1);
-    EXPECT_EQ(At<std::int32_t>(memory, 36), 0);
-    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), "EQ-7");
-    EXPECT_EQ(At<char>(memory, 111), '\0');
-
-    // A name that fills the whole field keeps 63 characters and its terminating zero.
     SGSStream full;
     std::memset(full.stream_name, 'n', sizeof full.stream_name);
-    writer.ClearStream().OpenStream(full);
+    writer.OpenStream(full);
+    ASSERT_EQ(memory.GetSize(), 112u);
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 48), std::string(63, 'n'));
 }
 
-TEST(WCGraphicStreamBinaryWriter, DataHerePadsItsPayloadToFourBytesWithUnderscores) {
+TEST(WCGraphicStreamBinaryWriter, DataHereOnTheFourByteGridOrEmptyGetsNoPadding) {
     Utils::WCStMemObj memory;
     WCGraphicStreamBinaryWriter writer(memory);
-    writer.DataHereStr("Hello");
-    ASSERT_EQ(memory.GetSize(), 36u);
-    EXPECT_EQ(CommandAt(memory, 0), eGSDataHere);
-    EXPECT_EQ(SizeAt(memory, 0), 36);
-    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeChar);
-    EXPECT_EQ(At<std::int32_t>(memory, 12), eGSPurposeText);
-    EXPECT_EQ(At<std::int32_t>(memory, 16), 5);
-    EXPECT_EQ(At<std::uint64_t>(memory, 20), 0u);
-    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 28, 5), "Hello");
-    EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 33, 3), "___");
-
-    // A payload already on the four-byte grid gets no padding.
     const short values[] = {1, -2, 3, -4};
-    writer.ClearStream().DataHere(values, 4, eGSPurposePoint2D);
+    writer.DataHere(values, 4, eGSPurposePoint2D);
     EXPECT_EQ(memory.GetSize(), 36u);
     EXPECT_EQ(SizeAt(memory, 0), 36);
     EXPECT_EQ(At<short>(memory, 30), -2);
@@ -210,40 +189,8 @@ TEST(WCGraphicStreamBinaryWriter, MultipleClipImagesPickTheirRecordByClipCount) 
     EXPECT_EQ(At<SGSRect>(writer.GetMemObj(), 28).size.width, 5);
     writer.ClearStream().DrawPNGAtPositionMultipleClips(
         2, at, {WURect<short>(0, 0, 5, 5), WURect<short>(10, 10, 20, 30)});
-    Utils::WCStMemObj &memory = writer.GetMemObj();
-    ASSERT_EQ(Commands(memory),
+    EXPECT_EQ(Commands(writer.GetMemObj()),
               (std::vector<std::int32_t>{eGSDataHere, eGSDrawImageMultipleClips}));
-    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeRect);
-    EXPECT_EQ(At<std::int32_t>(memory, 12), eGSPurposeClipRects);
-    EXPECT_EQ(SizeAt(memory, 0), 28 + 32);
-    EXPECT_EQ(At<SGSRect>(memory, 28 + 16).size.width, 20);
-    const std::uint64_t image = 60;
-    EXPECT_EQ(SizeAt(memory, image), 40);
-    EXPECT_EQ(At<std::int32_t>(memory, image + 12), 4);
-    EXPECT_EQ(At<std::int32_t>(memory, image + 16), 8);
-    EXPECT_EQ(At<std::int32_t>(memory, image + 20), 0);
-    EXPECT_EQ(At<std::int32_t>(memory, image + 28), -1);
-}
-
-TEST(WCGraphicStreamBinaryWriter, SolidRectGoesClockwiseFromTopLeft) {
-    WCGraphicStreamBinaryWriter writer;
-    writer.DrawSolidRect(WCRGBAColor(1, 2, 3, 4), WURect<short>(10, 20, 30, 40));
-    Utils::WCStMemObj &memory = writer.GetMemObj();
-    ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSDrawVertices}));
-    EXPECT_EQ(At<std::int32_t>(memory, 8), eGSTypeInt16);
-    EXPECT_EQ(At<std::int32_t>(memory, 16), 8);
-    const short expected[8] = {20, 10, 40, 10, 40, 30, 20, 30};
-    for (int i = 0; i < 8; ++i)
-        EXPECT_EQ(At<short>(memory, 28 + 2 * i), expected[i]) << i;
-    const std::uint64_t v = 44;
-    EXPECT_EQ(SizeAt(memory, v), 48);
-    EXPECT_EQ(At<std::int32_t>(memory, v + 8), eGSPolygon);
-    EXPECT_EQ(At<float>(memory, v + 12), 1.0f);
-    EXPECT_EQ(At<std::uint16_t>(memory, v + 16), 0xFFFF);
-    EXPECT_EQ(At<std::uint16_t>(memory, v + 18), 0);
-    EXPECT_EQ(At<std::uint32_t>(memory, v + 20), 1u);
-    EXPECT_EQ(At<SGSRGBAColor>(memory, v + 24).alpha, 4);
-    EXPECT_EQ(At<SGSScale>(memory, v + 36).z, 1.0f);
 }
 
 TEST(WCGraphicStreamBinaryWriter, WireRectClosesItsOutlineAndTakesFlags) {
@@ -316,10 +263,6 @@ TEST(WCGraphicStreamBinaryWriter, ClipRectsAreShiftedByTheBase) {
     EXPECT_EQ(RectAt(memory, 28), (Rect{16, 7, 20, 20}));
     EXPECT_EQ(RectAt(memory, 44), (Rect{1, 2, 1, 1}));
     EXPECT_EQ(SizeAt(memory, 60), 8);
-
-    writer.ClearStream().ClipRect(WURect<short>(1, 2, 11, 22));
-    EXPECT_EQ(SizeAt(memory, 0), 24);
-    EXPECT_EQ(At<SGSRect>(memory, 8).size.width, 20);
 }
 
 TEST(WCGraphicStreamBinaryWriter, FontNamesAreCutTo31Characters) {
@@ -329,11 +272,7 @@ TEST(WCGraphicStreamBinaryWriter, FontNamesAreCutTo31Characters) {
     ASSERT_EQ(memory.GetSize(), 52u);
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 8),
               "0123456789012345678901234567890");
-    EXPECT_EQ(At<char>(memory, 39), '\0');
     EXPECT_EQ(At<std::int32_t>(memory, 40), 12);
-    EXPECT_EQ(At<SGSRGBAColor>(memory, 44).red, 9);
-    EXPECT_EQ(At<SGSRGBAColor>(memory, 44).alpha, 255);
-    EXPECT_EQ(At<std::uint32_t>(memory, 48), 3u);
 
     SGSFont full;
     std::memset(full.name, 'f', sizeof full.name);
@@ -341,13 +280,11 @@ TEST(WCGraphicStreamBinaryWriter, FontNamesAreCutTo31Characters) {
     EXPECT_EQ(std::string(static_cast<const char *>(memory.GetPtr()) + 8), std::string(31, 'f'));
 }
 
-TEST(WCGraphicStreamBinaryWriter, TextWithAndWithoutItsString) {
+TEST(WCGraphicStreamBinaryWriter, TextKeepsAll64BitsOfItsOwnerAndWithoutAStringIsCentred) {
     WCGraphicStreamBinaryWriter writer;
     writer.DrawTheText("Gain", 0x1122334455667788, eGSAlignLeft, eGSAlignTop);
     Utils::WCStMemObj &memory = writer.GetMemObj();
-    ASSERT_EQ(Commands(memory), (std::vector<std::int32_t>{eGSDataHere, eGSDrawText}));
     EXPECT_EQ(At<std::int64_t>(memory, 32 + 8), 0x1122334455667788);
-    EXPECT_EQ(At<std::int32_t>(memory, 32 + 16), eGSAlignLeft);
     writer.ClearStream().DrawTheText(5);
     EXPECT_EQ(SizeAt(memory, 0), 24);
     EXPECT_EQ(At<std::int32_t>(memory, 16), eGSAlignHCenter);
@@ -388,13 +325,10 @@ TEST(WCStGSFrameStructWriter, NestedGuardsCloseInnerBeforeOuter) {
     EXPECT_EQ(Commands(memory),
               (std::vector<std::int32_t>{eGSBeginStream, eGSDataHere, eGSBeginFrame, eGSDrawImage,
                                          eGSEndFrame, eGSEndStream}));
-    const std::uint64_t frame = 112 + 36;
-    EXPECT_EQ(At<std::int32_t>(memory, 112 + 12), eGSResourcesBaseURL);
-    EXPECT_EQ(At<std::int64_t>(memory, frame + 8), 0);
-    EXPECT_EQ(RectAt(memory, frame + 16), (Rect{2, 1, 20, 10}));
     EXPECT_EQ(writer.GetNumFramesOpened(), 2u);
     EXPECT_EQ(writer.GetFramesBytes(), 64u);
     EXPECT_EQ(writer.GetNumDroppedRecords(), 0u);
+    EXPECT_EQ(At<std::int32_t>(memory, 36), 0) << "closing writes no length into the signature";
 
     // A size beyond 32 bits wraps rather than overflowing.
     writer.ClearStream();
