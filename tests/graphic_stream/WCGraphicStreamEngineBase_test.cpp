@@ -146,59 +146,38 @@ TEST(WCGraphicStreamEngineBase, UnknownCommandIsReportedAndSkipped) {
                                         "Ignore", "EndStream"}));
 }
 
-TEST(WCGraphicStreamEngineBase, ZeroSizeAndIllegalCommandStopTheWalk) {
-    WSRawStream zero;
-    zero.Stream().Header(eGSDrawImage, 0).Fill(48).Header(eGSEndStream, 8);
-    WCRecordingEngine engine;
-    EXPECT_EQ(engine.ExecStream(zero.Ptr(), zero.Size()), -8);
-
+TEST(WCGraphicStreamEngineBase, IllegalCommandStopsTheWalk) {
     WSRawStream illegal;
     illegal.Stream().Header(eGSIllegalCommand, 8).Header(eGSEndStream, 8);
-    engine.m_Calls.clear();
+    WCRecordingEngine engine;
     EXPECT_EQ(engine.ExecStream(illegal.Ptr(), illegal.Size()), -20010);
     EXPECT_EQ(engine.m_Calls, (std::vector<std::string>{"BeginStream", "Illegal"}));
 }
 
 TEST(WCGraphicStreamEngineBase, RecordsThatDoNotFitTheBufferAreRefused) {
-    struct {
-        const char *name;
-        std::int32_t command;
-        std::int32_t size;
-        std::size_t fill;
-    } const table[] = {
-        {"beyond the end", eGSDrawImage, 64, 48},
-        {"negative", eGSDrawImage, -56, 48},
-        {"off the grid", GSCode("new!"), 10, 8},
-        {"shorter than its layout", eGSDrawImage, 16, 8},
-        {"frame shorter than its layout", eGSBeginFrame, 8, 0},
-    };
-    for (auto const &row : table) {
-        WSRawStream raw;
-        raw.Stream().Header(row.command, row.size).Fill(row.fill);
-        WCRecordingEngine engine;
-        EXPECT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), -8) << row.name;
-    }
-    WSRawStream truncated;
-    truncated.Stream().Fill(4);
-    WCRecordingEngine engine;
-    EXPECT_EQ(engine.ExecStream(truncated.Ptr(), truncated.Size()), -8);
-    WSRawStream unclosed;
-    unclosed.Stream();
-    EXPECT_EQ(engine.ExecStream(unclosed.Ptr(), unclosed.Size()), -8);
-}
-
-TEST(WCGraphicStreamEngineBase, DataPayloadMustLieInsideItsRecord) {
     SGSData data;
     data.type = eGSTypeFloat;
     data.purpose = eGSPurposePoint2D;
     data.header.size = 28 + 8;
-    for (std::int32_t count : {1000, -1}) {
-        data.num_elements = count;
-        WSRawStream raw;
-        raw.Stream().Record(data).Fill(8).Header(eGSEndStream, 8);
-        WCRecordingEngine engine;
-        EXPECT_EQ(engine.ExecStream(raw.Ptr(), raw.Size()), -8) << count;
-    }
+    SGSData tooMany = data, negative = data;
+    tooMany.num_elements = 1000;
+    negative.num_elements = -1;
+    const auto walk = [](WSRawStream &raw) {
+        return WCRecordingEngine().ExecStream(raw.Ptr(), raw.Size());
+    };
+    EXPECT_EQ(walk(WSRawStream().Stream().Header(eGSDrawImage, 0).Fill(48).Header(eGSEndStream, 8)),
+              -8) << "zero size";
+    EXPECT_EQ(walk(WSRawStream().Stream().Header(eGSDrawImage, 64).Fill(48)), -8) << "beyond";
+    EXPECT_EQ(walk(WSRawStream().Stream().Header(eGSDrawImage, -56).Fill(48)), -8) << "negative";
+    EXPECT_EQ(walk(WSRawStream().Stream().Header(GSCode("new!"), 10).Fill(8)), -8) << "off grid";
+    EXPECT_EQ(walk(WSRawStream().Stream().Header(eGSDrawImage, 16).Fill(8)), -8) << "short";
+    EXPECT_EQ(walk(WSRawStream().Stream().Header(eGSBeginFrame, 8)), -8) << "short frame";
+    EXPECT_EQ(walk(WSRawStream().Stream().Fill(4)), -8) << "truncated";
+    EXPECT_EQ(walk(WSRawStream().Stream()), -8) << "unclosed";
+    // A data record whose payload does not lie inside it.
+    for (const SGSData &record : {tooMany, negative})
+        EXPECT_EQ(walk(WSRawStream().Stream().Record(record).Fill(8).Header(eGSEndStream, 8)), -8)
+            << record.num_elements;
 }
 
 TEST_F(WCGraphicStreamEngineBaseWalk, MisalignedBufferIsRefused) {
