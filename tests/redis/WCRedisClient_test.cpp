@@ -37,8 +37,6 @@ std::pair<std::string, int> DetailsOf(WCRedisClient &client) {
     return {std::string(host.view()), port};
 }
 
-// --- the configuration file -----------------------------------------------------------------
-
 class ConfigFileTest : public mirel_redis_test::RedisHomeTest {
 protected:
     // Reads `text` as the default configuration file; answers host and port.
@@ -121,8 +119,6 @@ TEST_F(ConfigFileTest, WrittenFileIsYamlThatTheReaderDoesNotUnderstand) {
     EXPECT_EQ(port, 63179);
 }
 
-// --- names ----------------------------------------------------------------------------------
-
 TEST(WCRedisClientNames, InstanceNameJoinsCategoryNameAndIdWithBlanksReplaced) {
     struct Case {
         const char *category;
@@ -143,8 +139,6 @@ TEST(WCRedisClientNames, InstanceNameJoinsCategoryNameAndIdWithBlanksReplaced) {
         EXPECT_EQ(name, c.expected);
     }
 }
-
-// --- connecting -----------------------------------------------------------------------------
 
 TEST_F(ConfigFileTest, WithoutConfigurationConnectReturnsAtOnce) {
     WCRedisClient client("A B", "active_plugins");
@@ -261,8 +255,6 @@ TEST_F(ClientTest, DestructorDisconnectsLikeDisconnect) {
     EXPECT_TRUE(m_probe->members("mi:active_instances").empty());
 }
 
-// --- reading and writing by description -----------------------------------------------------
-
 class DataTest : public ClientTest {
 protected:
     void SetUp() override {
@@ -275,17 +267,6 @@ protected:
 
     WCRedisClient m_client{"data", ""};
 };
-
-TEST_F(DataTest, ReadTakesTheLastSourcePresentAndStillReadsTheFile) {
-    WriteFile(path("in.txt"), "from file");
-    m_probe->command({"SET", "k", "from key"});
-    std::string text;
-    const char *source = nullptr;
-    YAML::Node const node = YAML::Load("{path: '" + path("in.txt") + "', key: k}");
-    EXPECT_EQ(m_client.read_data(node, text, source), eNoErr);
-    EXPECT_EQ(text, "from key");
-    EXPECT_STREQ(source, "key");
-}
 
 TEST_F(DataTest, UnreadableFileFailsTheReadWithoutTouchingLaterSourcesOrCommitting) {
     m_probe->command({"SET", "k", "from key"});
@@ -323,8 +304,9 @@ TEST_F(DataTest, ReadRefusesAPathThatIsNoPlainFile) {
     }
 }
 
-TEST_F(DataTest, ReadServesEachSource) {
+TEST_F(DataTest, ReadServesEachSourceAndTheLastOnePresentWins) {
     WriteFile(path("in.txt"), std::string("line\nwith\0zero", 14));
+    m_probe->command({"SET", "k", "from key"});
     m_probe->command({"HSET", "h", "f", "hashed"});
     m_probe->command({"RPUSH", "l", "first", "last"});
     struct Case {
@@ -338,6 +320,7 @@ TEST_F(DataTest, ReadServesEachSource) {
         {"{list-left: l}", "first", "list"},
         {"{list-right: l}", "last", "list"},
         {"{key: absent}", "", "key"},
+        {"{path: '" + path("in.txt") + "', key: k}", "from key", "key"},
     };
     for (Case const &c : cases) {
         std::string text = "stale";
@@ -348,7 +331,7 @@ TEST_F(DataTest, ReadServesEachSource) {
     }
 }
 
-TEST_F(DataTest, ReadWithoutASourceIsMissingTarget) {
+TEST_F(DataTest, ReadOrWriteWithoutASourceOrTargetIsMissingTarget) {
     std::string text = "kept";
     for (const char *yaml :
          {"{}", "{hash-name: h}", "{key: ~}", "plain", "[key, k]", "{key: [a, b]}"}) {
@@ -357,9 +340,6 @@ TEST_F(DataTest, ReadWithoutASourceIsMissingTarget) {
         EXPECT_EQ(source, nullptr);
     }
     EXPECT_EQ(text, "kept");
-}
-
-TEST_F(DataTest, WriteWithoutATargetIsMissingTarget) {
     for (const char *yaml : {"{}", "text", "{hash-key: f}", "{key: ~}"})
         EXPECT_EQ(m_client.write_data(std::string("x"), YAML::Load(yaml)), eRedisMissingTarget);
 }
@@ -405,8 +385,6 @@ TEST_F(DataTest, WriteReportsAFileFailureAndLeavesTheTargetWhole) {
     EXPECT_EQ(ReadFile(path("folder/keep.txt")), "old");
     EXPECT_EQ(m_probe->get("k"), "new") << "the other targets are served all the same";
 }
-
-// --- faults ---------------------------------------------------------------------------------
 
 bool NeverCalled(const char *, const char *, void *) {
     return true;
