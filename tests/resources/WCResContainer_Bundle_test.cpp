@@ -24,48 +24,59 @@ std::vector<std::string> Strings(const IDList &list) {
     return out;
 }
 
-class BundleFiles : public BundleTest {};
+using Entries = std::vector<std::pair<std::string, std::string>>;
 
-TEST_F(BundleFiles, LoadsFromTheTypeFolderWithTheConfiguredExtension) {
-    Put("resource_config.yaml", "Extensions:\n  PNG_: .png\n");
-    Put("PNG_/knob.png", "knob bytes");
-    Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("PNG_", "knob"), resource), eNoErr);
-    EXPECT_EQ(Text(resource), "knob bytes");
-    EXPECT_STREQ(resource->m_Data.m_Form.c_str(), "WCStMemeObj");
-    // The default converter hands out the memory object's own bytes.
-    EXPECT_EQ(resource->m_Data.m_pData, resource->m_Data.m_MemObj.GetPtr());
-    EXPECT_EQ(RM::ReleaseResource(resource), eNoErr);
-}
+class BundleFiles : public BundleTest {
+protected:
+    // A fresh bundle of these files and zips, their paths relative to its resources folder.
+    Container *Fresh(const Entries &files, const std::vector<std::pair<std::string, Entries>> &zips) {
+        RM::Dispose();
+        fs::remove_all(Bundle());
+        for (const auto &[path, text] : files)
+            Put(path, text);
+        for (const auto &[path, entries] : zips)
+            MakeZip((Resources() / path).lexically_normal(), entries);
+        return Open();
+    }
+};
 
-TEST_F(BundleFiles, UnknownTypeUsesTheIdAloneAsFileName) {
-    Put("DATA/1001", "no extension");
-    EXPECT_EQ(Load(Open(), WCResKey("DATA", short(1001))), "no extension");
-}
-
-TEST_F(BundleFiles, ZipInTheBundleContentsIsReadBeforeTheOneInResources) {
-    MakeZip(Resources().parent_path() / "IMG_.zip", {{"a.img", "from contents"}});
-    MakeZip(Resources() / "IMG_.zip", {{"a.img", "from resources"}, {"b.img", "only here"}});
-    Put("extensions.txt", "IMG_ .img\n");
-    Container *container = Open();
-    EXPECT_EQ(Load(container, WCResKey("IMG_", "a")), "from contents");
-    // The zip chosen for the type is kept; the other one is not merged in.
-    Resource *resource = nullptr;
-    EXPECT_EQ(RM::GetAResource(container, WCResKey("IMG_", "b"), resource), eRMResNotFound);
-}
-
-TEST_F(BundleFiles, ZipEntryNameIsNotGivenTheExtensionTwice) {
-    MakeZip(Resources() / "IMG_.zip", {{"a.img", "one"}});
-    Put("extensions.txt", "IMG_ .img");
-    EXPECT_EQ(Load(Open(), WCResKey("IMG_", "a.img")), "one");
-}
-
-TEST_F(BundleFiles, TypeFolderWinsOverZipOfTheSameType) {
-    Put("extensions.txt", "IMG_ .img");
-    Put("IMG_/a.img", "from folder");
-    MakeZip(Resources() / "IMG_.zip", {{"a.img", "from zip"}});
-    EXPECT_EQ(Load(Open(), WCResKey("IMG_", "a")), "from folder");
+TEST_F(BundleFiles, KeyLoadsTheFileItsTypeFolderZipAndConfigurationChoose) {
+    const Entries twoZipsFiles = {{"extensions.txt", "IMG_ .img\n"}};
+    const std::vector<std::pair<std::string, Entries>> twoZips = {
+        {"../IMG_.zip", {{"a.img", "from contents"}}},
+        {"IMG_.zip", {{"a.img", "from resources"}, {"b.img", "only here"}}}};
+    struct {
+        const char *name;
+        Entries files;
+        std::vector<std::pair<std::string, Entries>> zips;
+        const char *type, *id;
+        int code;
+        const char *text;
+    } const cases[] = {
+        {"extension from the YAML",
+         {{"resource_config.yaml", "Extensions:\n  PNG_: .png\n"}, {"PNG_/knob.png", "knob"}},
+         {}, "PNG_", "knob", eNoErr, "knob"},
+        {"unknown type: the id alone", {{"DATA/1001", "bare"}}, {}, "DATA", "1001", eNoErr, "bare"},
+        {"the zip in Contents first", twoZipsFiles, twoZips, "IMG_", "a", eNoErr, "from contents"},
+        {"the other zip not merged", twoZipsFiles, twoZips, "IMG_", "b", eRMResNotFound, ""},
+        {"zip entry named with its extension", {{"extensions.txt", "IMG_ .img"}},
+         {{"IMG_.zip", {{"a.img", "one"}}}}, "IMG_", "a.img", eNoErr, "one"},
+        {"type folder over zip", {{"extensions.txt", "IMG_ .img"}, {"IMG_/a.img", "folder"}},
+         {{"IMG_.zip", {{"a.img", "zip"}}}}, "IMG_", "a", eNoErr, "folder"},
+        {"YAML over extensions.txt",
+         {{"resource_config.yaml", "Extensions:\n  TXT_: .yml\n"},
+          {"extensions.txt", "TXT_ .txt\n"}, {"TXT_/a.yml", "yaml"}, {"TXT_/a.txt", "text"}},
+         {}, "TXT_", "a", eNoErr, "yaml"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        Resource *resource = nullptr;
+        EXPECT_EQ(RM::GetAResource(Fresh(c.files, c.zips), WCResKey(c.type, c.id), resource),
+                  c.code);
+        EXPECT_EQ(resource != nullptr ? Text(resource) : "", c.text);
+        if (resource != nullptr)
+            RM::ReleaseResource(resource);
+    }
 }
 
 TEST_F(BundleFiles, RedirectionStandsInForAMissingFileAndMustLeadToOne) {
@@ -87,14 +98,6 @@ TEST_F(BundleFiles, RedirectionStandsInForAMissingFileAndMustLeadToOne) {
     Resource *resource = nullptr;
     EXPECT_EQ(RM::GetAResource(container, WCResKey("TXT_", "x"), resource), eRMResNotFound);
     EXPECT_EQ(resource, nullptr);
-}
-
-TEST_F(BundleFiles, ExtensionsTextFileIsIgnoredWhenTheYAMLExists) {
-    Put("resource_config.yaml", "Extensions:\n  TXT_: .yml\n");
-    Put("extensions.txt", "TXT_ .txt\n");
-    Put("TXT_/a.yml", "yaml chose me");
-    Put("TXT_/a.txt", "text file chose me");
-    EXPECT_EQ(Load(Open(), WCResKey("TXT_", "a")), "yaml chose me");
 }
 
 TEST_F(BundleFiles, KeysDifferingInTypeCaseShareOneRecord) {
@@ -254,39 +257,32 @@ TEST_F(BundleBadInput, ZipLinkedFromOutsideTheBundleIsNotRead) {
     EXPECT_EQ(resource, nullptr);
 }
 
-class BundleListing : public BundleTest {};
+class BundleListing : public BundleFiles {};
 
-TEST_F(BundleListing, IDsAreSortedFilteredByExtensionAndCut) {
-    Put("extensions.txt", "PNG_ .png");
-    Put("PNG_/b.png", "");
-    Put("PNG_/a.png", "");
-    Put("PNG_/notes.txt", "");
-    Put("PNG_/.hidden.png", "");
-    Put(std::string("PNG_/") + std::string(40, 'x') + ".png", "");
-    Container *container = Open();
-    IDList ids{WCFixedString<31>("kept")};
-    ASSERT_EQ(RM::GetResIDList(container, "PNG_", ids), eNoErr);
-    EXPECT_EQ(Strings(ids), (std::vector<std::string>{"kept", "a", "b", std::string(31, 'x')}));
-}
-
-TEST_F(BundleListing, FolderHidesTheZipAltogether) {
-    Put("extensions.txt", "IMG_ .img");
-    Put("IMG_/a.img", "");
-    MakeZip(Resources() / "IMG_.zip", {{"a.img", ""}, {"z.img", ""}});
-    Container *container = Open();
-    IDList ids;
-    ASSERT_EQ(RM::GetResIDList(container, "IMG_", ids), eNoErr);
-    EXPECT_EQ(Strings(ids), (std::vector<std::string>{"a"}));
-}
-
-TEST_F(BundleListing, ZipEntriesGiveIDsWithoutExtension) {
-    Put("extensions.txt", "IMG_ .img");
-    MakeZip(Resources() / "IMG_.zip",
-            {{"c.img", ""}, {"Sub/a.img", ""}, {"readme.txt", ""}, {"c.img.bak", ""}});
-    Container *container = Open();
-    IDList ids;
-    ASSERT_EQ(RM::GetResIDList(container, "IMG_", ids), eNoErr);
-    EXPECT_EQ(Strings(ids), (std::vector<std::string>{"a", "c"}));
+TEST_F(BundleListing, IDsAreSortedCutAndFilteredByExtensionAndTheFolderHidesTheZip) {
+    const std::string longName(40, 'x');
+    struct {
+        const char *name;
+        Entries files;
+        std::vector<std::pair<std::string, Entries>> zips;
+        std::vector<std::string> ids;
+    } const cases[] = {
+        {"folder",
+         {{"extensions.txt", "PNG_ .png"}, {"PNG_/b.png", ""}, {"PNG_/a.png", ""},
+          {"PNG_/notes.txt", ""}, {"PNG_/.hidden.png", ""}, {"PNG_/" + longName + ".png", ""}},
+         {}, {"kept", "a", "b", std::string(31, 'x')}},
+        {"folder hides the zip", {{"extensions.txt", "PNG_ .png"}, {"PNG_/a.png", ""}},
+         {{"PNG_.zip", {{"a.png", ""}, {"z.png", ""}}}}, {"kept", "a"}},
+        {"zip", {{"extensions.txt", "PNG_ .png"}},
+         {{"PNG_.zip", {{"c.png", ""}, {"Sub/a.png", ""}, {"readme.txt", ""}, {"c.png.bak", ""}}}},
+         {"kept", "a", "c"}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        IDList ids{WCFixedString<31>("kept")};
+        ASSERT_EQ(RM::GetResIDList(Fresh(c.files, c.zips), "PNG_", ids), eNoErr);
+        EXPECT_EQ(Strings(ids), c.ids);
+    }
 }
 
 TEST_F(BundleListing, ShortFormKeepsOnlyNumbers) {
