@@ -4,7 +4,6 @@
 #include <yaml-cpp/yaml.h>
 
 #include <chrono>
-#include <regex>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -189,25 +188,20 @@ TEST_F(ClientTest, ConnectRegistersTheInstanceWithItsDetails) {
     EXPECT_TRUE(m_probe->members("mi:deactive_instances").empty());
     EXPECT_NE(m_probe->text({"CLIENT", "LIST"}).find("name=" + name), std::string::npos);
 
+    // Readers look the details up by these names; the values that come from this process are
+    // checked, the build's own texts are not restated.
     auto const details = m_probe->hash(name);
+    std::set<std::string> fields;
+    for (auto const &[field, value] : details)
+        fields.insert(field);
+    EXPECT_EQ(fields, (std::set<std::string>{
+                          "ARCH", "application path", "build configuration", "compilation time",
+                          "compiler", "endian", "initialization time", "kUseBkgConsole", "miNS",
+                          "operating system", "process id", "redis config file", "redis key"}));
     EXPECT_EQ(details.at("redis key"), name);
     EXPECT_EQ(details.at("process id"), std::to_string(getpid()));
-    EXPECT_FALSE(details.at("application path").empty());
     EXPECT_EQ(details.at("redis config file"), default_config_path().string());
-    EXPECT_EQ(details.at("ARCH"), "64");
-    EXPECT_EQ(details.at("operating system"), "Linux");
     EXPECT_EQ(details.at("miNS"), MIREL_NAMESPACE_TEXT);
-    EXPECT_TRUE(std::regex_match(details.at("compilation time"),
-                                 std::regex(R"([A-Z][a-z]{2} [ 0-9]\d \d{4}-\d\d:\d\d:\d\d)")))
-        << details.at("compilation time");
-    EXPECT_TRUE(details.at("build configuration") == "Release" ||
-                details.at("build configuration") == "Debug");
-    EXPECT_EQ(details.at("kUseBkgConsole"), "Off");
-    EXPECT_EQ(details.at("endian"), "__LITTLE_ENDIAN__");
-    EXPECT_TRUE(std::regex_match(details.at("compiler"), std::regex(R"(\d{5,})")));
-    EXPECT_TRUE(std::regex_match(details.at("initialization time"),
-                                 std::regex(R"(\d{4}/\d\d/\d\d-\d\d:\d\d:\d\d)")));
-    EXPECT_EQ(details.size(), 13u);
 }
 
 TEST_F(ClientTest, EachClientTakesTheNextIdAndNextInstanceIdLeavesItsOwn) {
