@@ -324,32 +324,28 @@ TEST_F(BundleChanges, AddedResourceIsWrittenToItsTheoreticalPath) {
     RM::ReleaseResource(resource);
 }
 
-TEST_F(BundleChanges, AddingAKeyThatIsStoredIsRefused) {
+TEST_F(BundleChanges, AddOnAStoredKeyIsRefusedUntilLoadedAndReplaceOrUpdateChangeItsBytes) {
     Put("TXT_/a", "stored");
     Container *container = Open();
     Resource *resource = nullptr;
     EXPECT_EQ(RM::AddResource(container, WCResKey("TXT_", "a"), "x", 1, resource), eRMResExists);
-    EXPECT_EQ(RM::AddOrReplaceResource(container, WCResKey("TXT_", "a"), "new", 3, resource),
+    ASSERT_EQ(RM::AddOrReplaceResource(container, WCResKey("TXT_", "a"), "new", 3, resource),
               eNoErr);
-    EXPECT_EQ(Text(resource), "new");
     ASSERT_EQ(RM::WriteResource(resource), eNoErr);
     EXPECT_EQ(ReadText(Resources() / "TXT_" / "a"), "new");
-    RM::ReleaseResource(resource);
-}
 
-TEST_F(BundleChanges, AddOnALoadedKeyReplacesItsData) {
-    Put("TXT_/a", "stored");
-    Container *container = Open();
-    Resource *loaded = nullptr;
-    Resource *added = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), loaded), eNoErr);
+    // Loaded, the key takes the caller's bytes; an update without bytes changes nothing.
     static const char kCallerData[] = "caller";
+    Resource *added = nullptr;
     ASSERT_EQ(RM::AddResource(container, WCResKey("TXT_", "a"), kCallerData, 6, added), eNoErr);
-    EXPECT_EQ(added, loaded);
-    EXPECT_EQ(loaded->m_Data.m_pData, kCallerData);
-    EXPECT_EQ(loaded->m_RetainCount, 2);
+    EXPECT_EQ(added, resource);
+    EXPECT_EQ(resource->m_Data.m_pData, kCallerData);
+    EXPECT_EQ(resource->m_RetainCount, 2);
     RM::ReleaseResource(added);
-    RM::ReleaseResource(loaded);
+    ASSERT_EQ(RM::UpdateResource(resource, "newer", 5), eNoErr);
+    EXPECT_EQ(RM::UpdateResource(resource, nullptr, 3), eMemNullPointer);
+    EXPECT_EQ(Text(resource), "newer");
+    RM::ReleaseResource(resource);
 }
 
 TEST_F(BundleChanges, DeferredWriteWaitsForTheContainer) {
@@ -383,18 +379,6 @@ TEST_F(BundleChanges, MarkedResourceExistsUntilItsFileIsDeletedAtItsLastRelease)
               eNoErr);
     ASSERT_EQ(RM::MarkResourceForDelete(resource), eNoErr);
     EXPECT_FALSE(RM::DoesResourceExist(container, WCResKey("TXT_", "new")));
-    RM::ReleaseResource(resource);
-}
-
-TEST_F(BundleChanges, UpdateReplacesBytesOfRawResourcesOnly) {
-    Put("TXT_/a", "old");
-    Container *container = Open();
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("TXT_", "a"), resource), eNoErr);
-    ASSERT_EQ(RM::UpdateResource(resource, "newer", 5), eNoErr);
-    EXPECT_EQ(Text(resource), "newer");
-    EXPECT_EQ(RM::UpdateResource(resource, nullptr, 3), eMemNullPointer);
-    EXPECT_EQ(Text(resource), "newer");
     RM::ReleaseResource(resource);
 }
 
