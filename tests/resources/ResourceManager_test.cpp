@@ -214,34 +214,21 @@ TEST_F(ResourceRecords, ReleaseAllDisposesVariantsAndBasesTogether) {
     EXPECT_EQ(info.m_TotalResources, 0u);
 }
 
-TEST_F(ResourceRecords, XMLConverterKeepsTheTreeAndDropsTheBytes) {
-    Put("XML_/1001", "<root><child name=\"x\"/></root>");
-    Container *container = Open();
-    WCResKey key("XML_", short(1001));
-    key.SetConverter(std::make_shared<RM::WCResConvertCXMLElement>());
-    Resource *resource = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, key, resource), eNoErr);
-    EXPECT_STREQ(resource->m_Data.m_Form.c_str(), "CXMLElement");
-    EXPECT_EQ(resource->m_Data.m_DataSize, 1u);
-    EXPECT_TRUE(resource->m_Data.m_MemObj.Empty());
-    // A later key with another converter gets the first form.
-    Resource *second = nullptr;
-    ASSERT_EQ(RM::GetAResource(container, WCResKey("XML_", short(1001)), second), eNoErr);
-    EXPECT_EQ(second, resource);
-    EXPECT_STREQ(second->m_Data.m_Form.c_str(), "CXMLElement");
-    Utils::WCStMemObj copy;
-    EXPECT_EQ(RM::CopyResourceToWCStMemObj(second, copy), eRMInvalidResRef);
-    RM::ReleaseResource(second);
-    RM::ReleaseResource(resource);
-}
-
-TEST_F(ResourceRecords, XMLTreeStaysATreeAcrossWrites) {
+TEST_F(ResourceRecords, XMLTreeDropsTheBytesAndStaysATreeForLaterKeysAndAcrossWrites) {
     Put("XML_/9", "<root a=\"1\"/>");
     Container *container = Open();
     WCResKey key("XML_", "9");
     key.SetConverter(std::make_shared<RM::WCResConvertCXMLElement>());
     Resource *resource = nullptr;
     ASSERT_EQ(RM::GetAResource(container, key, resource), eNoErr);
+    EXPECT_STREQ(resource->m_Data.m_Form.c_str(), "CXMLElement");
+    EXPECT_TRUE(resource->m_Data.m_MemObj.Empty());
+    // A later key with another converter gets the first form.
+    Resource *second = nullptr;
+    ASSERT_EQ(RM::GetAResource(container, WCResKey("XML_", "9"), second), eNoErr);
+    EXPECT_EQ(second, resource);
+    RM::ReleaseResource(second);
+
     auto *root = static_cast<XML::CXMLElement *>(resource->m_Data.m_pData);
     root->SetAttrib("a", 2);
     ASSERT_EQ(RM::WriteResource(resource), eNoErr);
