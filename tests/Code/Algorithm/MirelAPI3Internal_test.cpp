@@ -11,12 +11,11 @@ using namespace mirel_test;
 using json = nlohmann::json;
 namespace API = ml::MirelAPI3Internal;
 
-class NamedRequests : public ::testing::Test {
+class NamedRequests : public WCStartedAlgorithm {
 protected:
     void SetUp() override {
-        m_Alg = CreateTestAlgorithm(m_Shell);
-        ASSERT_EQ(m_Shell.Start(), 0);
-        m_Raw.m_pInstance = &m_Shell.Instance();
+        WCStartedAlgorithm::SetUp();
+        m_Raw.m_pInstance = &Instance();
         m_Request.m_pRawRequest = &m_Raw;
     }
     API::Request &With(char const *text) {
@@ -28,8 +27,6 @@ protected:
     }
     json const &Result() { return m_Request.m_Response["result"]; }
 
-    mirel_shell::WCRecordingShell m_Shell;
-    WCTestAlgorithm *m_Alg = nullptr;
     ml::WSMirelAPI3_RawRequest m_Raw;
     API::Request m_Request;
 };
@@ -54,10 +51,6 @@ TEST_F(NamedRequests, ParameterOfAnotherTypeThrowsTheTypeError) {
     const WSCase cases[] = {
         {&API::GetAutomationRefCons, R"({"params":{"control_index":"3"}})",
          "number, but is string"},
-        {&API::GetAutomationRefCons, R"({"params":{"control_index":null}})", "number, but is null"},
-        {&API::GetAutomationRefCons, R"({"params":{"control_index":[1]}})", "number, but is array"},
-        {&API::GetAutomationRefCons, R"({"params":{"control_index":{"a":1}}})",
-         "number, but is object"},
         {&API::UpdateHostTrackState, R"({"params":{"monitoring":1}})", "boolean, but is number"},
         {&API::TransportChange, R"({"params":{"playing":"yes"}})", "boolean, but is string"},
     };

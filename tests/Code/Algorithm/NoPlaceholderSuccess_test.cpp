@@ -1,5 +1,6 @@
 // No selector, named request or default of cALGORITHM answers success (0) while leaving its output
-// as it was: an operation whose Part is not built yet answers eNotImplemented (-25).
+// as it was: an operation whose layer is not built yet answers eNotImplemented (-25), as does an
+// unknown selector ('zzzz'), which also leaves its output alone.
 //
 // Each row runs twice. Before each run the output is set to a sentinel (a different one each
 // time, so a selector whose true answer equals one sentinel still shows a change in the other
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -67,35 +69,15 @@ struct WSRow {
     std::function<WSOutcome(int variant)> run;
 };
 
+// The two sentinels of each output type.
 template <typename T>
-T Sentinel(int variant);
-template <>
-bool Sentinel(int variant) {
-    return variant == 0;
-}
-template <>
-double Sentinel(int variant) {
-    return variant == 0 ? -123.25 : 4567.5;
-}
-template <>
-float Sentinel(int variant) {
-    return variant == 0 ? -123.25f : 4567.5f;
-}
-template <>
-std::int32_t Sentinel(int variant) {
-    return variant == 0 ? -12345 : 67890;
-}
-template <>
-std::uint32_t Sentinel(int variant) {
-    return variant == 0 ? 12345u : 67890u;
-}
-template <>
-std::size_t Sentinel(int variant) {
-    return variant == 0 ? 12345u : 67890u;
-}
-template <>
-ml::WCFixedString<1023> Sentinel(int variant) {
-    return ml::WCFixedString<1023>(variant == 0 ? "sentinel one" : "sentinel two");
+T Sentinel(int variant) {
+    if constexpr (std::is_same_v<T, bool>)
+        return variant == 0;
+    else if constexpr (std::is_arithmetic_v<T>)
+        return static_cast<T>(variant == 0 ? 12345.25 : 67890.5);
+    else
+        return T(variant == 0 ? "sentinel one" : "sentinel two");
 }
 
 std::string Bytes(WCStMemObj const &memory) {
@@ -494,6 +476,11 @@ TEST_F(NoPlaceholderSuccess, NoSelectorRequestOrDefaultAnswersZeroWithoutAnEffec
             EXPECT_TRUE(!success || first.changed || second.changed)
                 << row.name << (withGUI ? " with a GUI" : " without a GUI")
                 << " answered 0 and left its output as it was";
+            // An unknown selector is refused as not implemented and leaves its output alone.
+            if (row.name.ends_with(" zzzz")) {
+                EXPECT_TRUE(first.code == ml::eNotImplemented && !first.changed && !second.changed)
+                    << row.name << " answered " << first.code;
+            }
         }
         EXPECT_GT(answered, 60) << "the walk reaches the answers, not only the refusals";
     }

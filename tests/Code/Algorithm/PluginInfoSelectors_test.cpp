@@ -9,61 +9,9 @@
 namespace {
 
 using namespace mirel_test;
-using mirel_shell::WCRecordingShell;
 using ml::WCFourCC;
 
-class Selectors : public ::testing::Test {
-protected:
-    void SetUp() override {
-        m_Alg = CreateTestAlgorithm(m_Shell);
-        ASSERT_NE(m_Alg, nullptr);
-        ASSERT_EQ(m_Shell.Start(), 0);
-    }
-    ml::PluginInstance &Instance() { return m_Shell.Instance(); }
-
-    WCRecordingShell m_Shell;
-    WCTestAlgorithm *m_Alg = nullptr;
-};
-
-TEST_F(Selectors, UnknownSelectorAnswersNotImplementedAndLeavesOutputAlone) {
-    const unsigned int unknown = WCFourCC("zzzz");
-    bool flag = true;
-    EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), unknown, flag, 0), ml::eNotImplemented);
-    EXPECT_TRUE(flag);
-    double number = 1.25;
-    EXPECT_EQ(ml::GetPluginInfo_double(Instance(), unknown, number, 0), ml::eNotImplemented);
-    EXPECT_EQ(number, 1.25);
-    float ratio = 2.5f;
-    EXPECT_EQ(ml::GetPluginInfo_float(Instance(), unknown, ratio, 0), ml::eNotImplemented);
-    EXPECT_EQ(ratio, 2.5f);
-    std::int32_t signedValue = -3;
-    EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), unknown, signedValue, 0), ml::eNotImplemented);
-    EXPECT_EQ(signedValue, -3);
-    std::size_t size = 4;
-    EXPECT_EQ(ml::GetPluginInfo_size_t(Instance(), unknown, size, 0), ml::eNotImplemented);
-    EXPECT_EQ(size, 4u);
-    std::uint32_t unsignedValue = 5;
-    EXPECT_EQ(ml::GetPluginInfo_uint32_t(Instance(), unknown, unsignedValue, 0),
-              ml::eNotImplemented);
-    EXPECT_EQ(unsignedValue, 5u);
-    ml::WCFixedString<63> text("kept");
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), unknown, text, 0), ml::eNotImplemented);
-    EXPECT_STREQ(text.c_str(), "kept");
-    ml::Utils::WCStMemObj memory("abc", 3);
-    EXPECT_EQ(ml::GetPluginInfo_WCStMemObj(Instance(), unknown, memory, 0), ml::eNotImplemented);
-    EXPECT_EQ(memory.GetSize(), 3u);
-    char record[16] = "untouched";
-    EXPECT_EQ(ml::GetPluginInfo_struct(Instance(), unknown, record, 0), ml::eNotImplemented);
-    EXPECT_STREQ(record, "untouched");
-
-    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), unknown, true, 0), ml::eNotImplemented);
-    EXPECT_EQ(ml::SetPluginInfo_c_str(Instance(), unknown, "x", 0), ml::eNotImplemented);
-    EXPECT_EQ(ml::SetPluginInfo_double(Instance(), unknown, 1.0, 0), ml::eNotImplemented);
-    EXPECT_EQ(ml::SetPluginInfo_int32_t(Instance(), unknown, 1, 0), ml::eNotImplemented);
-    EXPECT_EQ(ml::SetPluginInfo_size_t(Instance(), unknown, 1, 0), ml::eNotImplemented);
-    EXPECT_EQ(ml::SetPluginInfo_struct(Instance(), unknown, record, 0), ml::eNotImplemented);
-    EXPECT_EQ(ml::SetPluginInfo_uint32_t(Instance(), unknown, 1, 0), ml::eNotImplemented);
-}
+using Selectors = WCStartedAlgorithm;
 
 TEST_F(Selectors, PlugInAnswersItsOwnSelectorsThroughThePublicVirtual) {
     double number = 0;
@@ -210,16 +158,10 @@ TEST_F(Selectors, GuiSelectorsBeforeTheGuiExists) {
     EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), WCFourCC("ghom"), true, 0), ml::kErrNoGUI);
 }
 
-TEST_F(Selectors, ConstantsAndCounts) {
-    double states = 0;
-    EXPECT_EQ(ml::GetPluginInfo_double(Instance(), WCFourCC("pnst"), states, 0), 0);
-    EXPECT_EQ(states, 1000.0);
+TEST_F(Selectors, AutomationInfoSizeAndTheIndexOfAnAbsentControl) {
     std::size_t size = 0;
     EXPECT_EQ(ml::GetPluginInfo_size_t(Instance(), WCFourCC("cais"), size, 0), 0);
     EXPECT_EQ(size, 312u);
-    std::uint32_t rate = 0;
-    EXPECT_EQ(ml::GetPluginInfo_uint32_t(Instance(), WCFourCC("Orrt"), rate, 0), 0);
-    EXPECT_EQ(rate, 80u);
     std::int32_t index = 5;
     EXPECT_EQ(ml::GetPluginInfo_int32_t(Instance(), WCFourCC("IfrN"), index,
                                         reinterpret_cast<std::int64_t>("Gain")),

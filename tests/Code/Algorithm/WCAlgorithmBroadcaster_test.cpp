@@ -65,17 +65,13 @@ TEST(WCAlgorithmBroadcaster, ListenerMayRemoveItselfWhileBeingTold) {
 }
 
 // The shell listener of a running algorithm turns preset events into exec operation 36.
-class ShellListener : public ::testing::Test {
+class ShellListener : public WCStartedAlgorithm {
 protected:
     void SetUp() override {
-        m_Alg = CreateTestAlgorithm(m_Shell);
-        ASSERT_EQ(m_Shell.Start(), 0);
+        WCStartedAlgorithm::SetUp();
         m_Shell.ClearLog();
     }
     std::vector<mirel_shell::WSExecCall> const &Calls() { return m_Shell.Calls(); }
-
-    mirel_shell::WCRecordingShell m_Shell;
-    WCTestAlgorithm *m_Alg = nullptr;
 };
 
 TEST_F(ShellListener, FactoryPresetLoadedCarriesItsNumber) {

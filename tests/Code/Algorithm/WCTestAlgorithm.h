@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "Code/Algorithm/cALGORITHM.h"
 #include "core/WUAssert.h"
 #include "tools/shell/WCRecordingShell.h"
@@ -147,7 +149,6 @@ protected:
         m_Hooks.push_back("SetExecCallBackSelf");
         return 0;
     }
-    void DisposeSelf() override { m_Hooks.push_back("DisposeSelf"); }
     // Muting silences the one state word.
     BUFFER_HEADER *SetMuteSelf(bool mute) override {
         return mute ? NewBuffer(ml::KPAPI_PROCESS_MEMORY::eBufferStates, GetMemOpWrite(), 0,
@@ -182,6 +183,20 @@ inline WCTestAlgorithm *CreateTestAlgorithm(mirel_shell::WCRecordingShell &shell
         [](ml::cALGORITHM *alg) { delete alg; });
     return created;
 }
+
+// A suite whose WCTestAlgorithm is created and started in a recording shell before each test.
+class WCStartedAlgorithm : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_Alg = CreateTestAlgorithm(m_Shell);
+        ASSERT_NE(m_Alg, nullptr);
+        ASSERT_EQ(m_Shell.Start(), 0);
+    }
+    ml::PluginInstance &Instance() { return m_Shell.Instance(); }
+
+    mirel_shell::WCRecordingShell m_Shell;
+    WCTestAlgorithm *m_Alg = nullptr;
+};
 
 // Records assertion reports for the life of the object instead of aborting, so a test can feed
 // bad input on purpose and check both the code and the report.
