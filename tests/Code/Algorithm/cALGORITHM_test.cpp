@@ -106,52 +106,28 @@ TEST(AlgorithmLifeCycle, AFailingProcessSideLeavesNothingToSendAndNothingLeaked)
     }
 }
 
-TEST(AlgorithmThreads, SecondMainThreadRefKeepsTheFirst) {
+TEST(AlgorithmThreads, FirstMainThreadRefStaysAndAnyThreadIsMainBeforeOne) {
+    ml::WTResContainerType *container = nullptr;
+    WCTestAlgorithm unset(TestComponent(), container);
+    bool mainElsewhere = false;
+    std::thread([&] { mainElsewhere = unset.IsCurThreadMainThread(); }).join();
+    EXPECT_TRUE(mainElsewhere) << "no thread stored yet";
+
     WCRecordingShell shell;
     ml::cALGORITHM *alg = CreateTestAlgorithm(shell);
     EXPECT_FALSE(alg->SetMainThreadRef()) << "the shell stored it in step 3";
     bool storedElsewhere = true;
-    bool mainElsewhere = true;
-    std::thread other([&] {
+    std::thread([&] {
         storedElsewhere = alg->SetMainThreadRef();
         mainElsewhere = alg->IsCurThreadMainThread();
-    });
-    other.join();
+    }).join();
     EXPECT_FALSE(storedElsewhere);
     EXPECT_FALSE(mainElsewhere);
     EXPECT_TRUE(alg->IsCurThreadMainThread());
 }
 
-TEST(AlgorithmThreads, AnyThreadIsMainWhileNoneIsStored) {
-    ml::WTResContainerType *container = nullptr;
-    WCTestAlgorithm alg(TestComponent(), container);
-    bool main = false;
-    std::thread other([&] { main = alg.IsCurThreadMainThread(); });
-    other.join();
-    EXPECT_TRUE(main);
-    EXPECT_TRUE(alg.IsCurThreadMainThread());
-}
-
-TEST(AlgorithmThreads, ProcessLockIsRecursiveAndExcludesOtherThreads) {
-    ml::WTResContainerType *container = nullptr;
-    WCTestAlgorithm alg(TestComponent(), container);
-    alg.LockAlg();
-    EXPECT_TRUE(alg.TryLockAlg()) << "the holder takes it again";
-    bool otherGotIt = true;
-    std::thread([&] { otherGotIt = alg.TryLockAlg(); }).join();
-    EXPECT_FALSE(otherGotIt);
-    alg.UnLockAlg();
-    std::thread([&] { otherGotIt = alg.TryLockAlg(); }).join();
-    EXPECT_FALSE(otherGotIt) << "one release of two leaves it held";
-    alg.UnLockAlg();
-    std::thread([&] {
-        otherGotIt = alg.TryLockAlg();
-        if (otherGotIt)
-            alg.UnLockAlg();
-    }).join();
-    EXPECT_TRUE(otherGotIt);
-}
-
+// The process lock is recursive: UpdateAlg on another thread waits until the holder has released
+// it as often as it took it.
 TEST(AlgorithmThreads, UpdateAlgWaitsForTheProcessLock) {
     WCRecordingShell shell;
     CreateTestAlgorithm(shell);
@@ -159,15 +135,17 @@ TEST(AlgorithmThreads, UpdateAlgWaitsForTheProcessLock) {
     ml::cALGORITHM *alg = shell.Algorithm();
     std::atomic<bool> updated{false};
     alg->LockAlg();
+    EXPECT_TRUE(alg->TryLockAlg()) << "the holder takes it again";
     std::thread updater([&] {
         ml::BUFFER_HEADER *chain = alg->UpdateAlg();
         updated = true;
         alg->FreeBuffers(chain);
     });
+    alg->UnLockAlg();
     // The updater cannot finish while the lock is held; give it every chance to.
     for (int i = 0; i < 50 && !updated; ++i)
         std::this_thread::yield();
-    EXPECT_FALSE(updated);
+    EXPECT_FALSE(updated) << "one release of two leaves it held";
     alg->UnLockAlg();
     updater.join();
     EXPECT_TRUE(updated);
