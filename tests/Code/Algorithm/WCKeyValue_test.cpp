@@ -48,15 +48,6 @@ TEST(WCKeyValue, ConvertsWhateverItHolds) {
     EXPECT_EQ(store.GetAs<std::int32_t>("nan", 5), 5) << "NaN has no integer: the default";
 }
 
-TEST(WCKeyValue, FunctionValuesReadCurrent) {
-    ml::WCKeyValue store;
-    int counter = 1;
-    store.SetFunc("counter", [&counter] { return ml::WCKeyValue::Value(counter); });
-    EXPECT_EQ(store.GetAs<int>("counter", 0), 1);
-    counter = 9;
-    EXPECT_EQ(store.GetAs<int>("counter", 0), 9);
-}
-
 TEST(WCKeyValue, BinaryCopiesWhatFitsAndNamesWhatDoesNot) {
     ml::WCKeyValue store;
     store.Set("word", std::int32_t(0x01020304));
