@@ -7,6 +7,7 @@
 #include "Code/Algorithm/PluginInfoSelectors.h"
 #include "tests/Code/Algorithm/WCTestAlgorithm.h"
 #include "tests/support/WCCountingAllocator.h"
+#include "tests/support/WCSilentAlgorithm.h"
 
 namespace {
 
@@ -42,20 +43,17 @@ int PoolProcessSide(int op, std::int64_t, void *a, void *b, void *) {
 }
 
 // A plug-in whose own hooks allocate nothing either, unlike the logging test plug-in.
-class WCQuietAlgorithm : public ml::cALGORITHM {
+class WCQuietAlgorithm : public WCSilentAlgorithm {
 public:
-    using cALGORITHM::cALGORITHM;
+    using WCSilentAlgorithm::WCSilentAlgorithm;
 
 protected:
-    ml::BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override { return nullptr; }
     ml::BUFFER_HEADER *UpdateAlgSelf() override {
         ConvertFracToCoefs(0.25, 0);
         ConvertIntToCoefs(1, 1);
         return PrepareCoefBufferWithBypass(0, 2, true);
     }
     ml::BUFFER_HEADER *InitAlgSelf() override { return UpdateAlgSelf(); }
-    int DoIdleSelf(short) override { return 0; }
-    ml::BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
     void InitProcessCodeSelf() override {
         DSPReqRes().coefsWords = 2;
         DSPReqRes().cycles = 1;
