@@ -1,6 +1,5 @@
 #include <cmath>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -17,15 +16,6 @@ namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
 using mirel_shell::WCRecordingShell;
-
-TEST(GainFilterModule, BundleHoldsTheModuleWhereShellsLookForIt) {
-    const std::filesystem::path module(MIREL_EXAMPLE_MODULE);
-    EXPECT_TRUE(std::filesystem::is_regular_file(module));
-    EXPECT_EQ(module.parent_path().filename(), "Linux64");
-    EXPECT_EQ(module.parent_path().parent_path().filename(), "Contents");
-    EXPECT_EQ(module.parent_path().parent_path().parent_path().filename(), "GainFilter.bundle");
-    EXPECT_TRUE(std::filesystem::is_directory(module.parent_path().parent_path() / "Resources"));
-}
 
 TEST(GainFilterModule, LoadsWalksTheLifeCycleAndTearsDownClean) {
     mirel_test::WCTestHome home;
