@@ -141,14 +141,21 @@ TEST_F(ConnectionTest, ImmediateCommandAfterPendingOnesGetsItsOwnReply) {
     EXPECT_EQ(m_probe->get("a2"), "2");
 }
 
-TEST_F(ConnectionTest, HashFromStackSendsEveryPairAndEmptiesTheStack) {
+TEST_F(ConnectionTest, StackWritesSendEveryPairCutToItsFieldAndEmptyTheStack) {
+    m_connection.set_hash_from_stack_now("never");
+    m_connection.set_values_from_stack_now();
+    EXPECT_FALSE(m_probe->exists("never")) << "an empty stack sends nothing";
+    EXPECT_TRUE(m_connection.get_keys_to_delete().empty());
+
     m_connection.append_key_value_to_stack("f1", "v1");
     m_connection.append_key_value_to_stack("f2", 2.25);
+    m_connection.append_key_value_to_stack("long", std::string(1500, 'x').c_str());
     m_connection.set_hash_from_stack_now("hash");
     EXPECT_TRUE(m_connection.get_stack().empty());
     auto const hash = m_probe->hash("hash");
     EXPECT_EQ(hash.at("f1"), "v1");
     EXPECT_EQ(hash.at("f2"), "2.2500000000");
+    EXPECT_EQ(hash.at("long"), std::string(1023, 'x'));
 
     m_connection.append_key_value_to_stack("f3", "v3");
     m_connection.set_hash_from_stack_pending("hash");
@@ -160,23 +167,8 @@ TEST_F(ConnectionTest, HashFromStackSendsEveryPairAndEmptiesTheStack) {
     m_connection.set_hash_from_stack_now("hash", mine);
     EXPECT_EQ(mine.size(), 1u) << "the caller's stack is the caller's";
     EXPECT_EQ(m_probe->hget("hash", "f4"), "v4");
-}
 
-TEST_F(ConnectionTest, EmptyStackSendsNothing) {
-    m_connection.set_hash_from_stack_now("never");
-    m_connection.set_values_from_stack_now();
-    EXPECT_FALSE(m_probe->exists("never"));
-    EXPECT_TRUE(m_connection.get_keys_to_delete().empty());
-}
-
-TEST_F(ConnectionTest, ValueOf1500CharactersArrivesCutTo1023) {
-    std::string const value(1500, 'x');
-    m_connection.append_key_value_to_stack("long", value.c_str());
-    m_connection.set_hash_from_stack_now("cut");
-    EXPECT_EQ(m_probe->hget("cut", "long"), std::string(1023, 'x'));
-}
-
-TEST_F(ConnectionTest, ValuesFromStackUseOneMsetAndRememberEachKey) {
+    // Plain values go in one MSET, and each key is remembered for deletion.
     m_connection.append_key_value_to_stack("m1", "a");
     m_connection.append_key_value_to_stack("m2", "b");
     m_connection.set_values_from_stack_now();
