@@ -306,17 +306,6 @@ TEST_F(ResourceRecords, BrokenXMLGivesTheParserCodeAndLeavesTheMapAsItWas) {
     EXPECT_EQ(Load(container, WCResKey("XML_", "bad")), "<root><unclosed></root>");
 }
 
-TEST(WCDefaultResConvert, ReleasedFormIsMarkedAndPointsNowhere) {
-    WTResourceType record(WCResKey("TXT_", "a"));
-    ASSERT_EQ(record.m_Data.m_MemObj.Assign("abc", 3), eNoErr);
-    RM::WCDefaultResConvert converter;
-    converter.ConvertAfterLoad(record.m_Data);
-    EXPECT_EQ(record.m_Data.m_DataSize, 3u);
-    converter.Release(record.m_Data);
-    EXPECT_STREQ(record.m_Data.m_Form.c_str(), "WCStMemeObj:Released");
-    EXPECT_EQ(record.m_Data.m_pData, nullptr);
-}
-
 TEST_F(ResourceRecords, NullHandlesAreReportedAndRefused) {
     static int reported = 0;
     reported = 0;
