@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "Code/Algorithm/KPAPIProcessMemory.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Process/KPAPIProcessMemory.h"
 
 MIREL_NAMESPACE_BEGIN
 

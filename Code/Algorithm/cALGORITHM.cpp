@@ -53,11 +53,11 @@ cALGORITHM::cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&cont
     m_IsNetShell = DecideIsNetShellFromComponentType(info.m_ComponentType);
     m_IsArtist = info.m_ComponentType == kArtistComponentType;
 
-    m_MemOpCodes = {kMemOpBase + 0, kMemOpBase + 1, kMemOpBase + 2, kMemOpBase + 4};
+    m_ProcessMemory.m_MemOpCodes = {kMemOpBase + 0, kMemOpBase + 1, kMemOpBase + 2,
+                                    kMemOpBase + 4};
     m_ActiveSetup = eSetupA;
     m_SampleRate = 44100;
     m_UpdateAlgRequired = true;
-    StoreDefaultConverters(*this);
 }
 
 cALGORITHM::~cALGORITHM() {
@@ -270,7 +270,7 @@ void cALGORITHM::Init_Key_Values() {
     m_pKeyValues->SetFunc("coefs:num", [this] {
         return WCKeyValue::Value(static_cast<std::int32_t>(m_DSPReqRes.coefsWords));
     });
-    m_pKeyValues->SetFunc("coefs:offset", [this] { return WCKeyValue::Value(m_CoefsOfs); });
+    m_pKeyValues->SetFunc("coefs:offset", [this] { return WCKeyValue::Value(GetCoefsOfs()); });
     m_pKeyValues->SetFunc("globalbypass", [this] { return WCKeyValue::Value(m_Bypass); });
     m_pKeyValues->SetFunc("has_link_groups",
                           [this] { return WCKeyValue::Value(m_LinkGroups.HasLinkGroups()); });
@@ -278,13 +278,8 @@ void cALGORITHM::Init_Key_Values() {
 
 int cALGORITHM::InitData() {
     ++m_NumInitDataCalls;
-    const std::size_t bytes = static_cast<std::size_t>(m_WordSize) * m_DSPReqRes.coefsWords;
-    for (int setup = 0; setup < 2; ++setup) {
-        m_CoefImage[setup].assign(bytes + kImageSlack, 0);
-        m_BypassImage[setup].assign(bytes + kImageSlack, 0);
-    }
-    m_InputPorts.assign(static_cast<std::size_t>(std::max(0, m_DSPReqRes.inputs)), 0);
-    m_OutputPorts.assign(static_cast<std::size_t>(std::max(0, m_DSPReqRes.outputs)), 0);
+    m_ProcessMemory.SizeImages(m_DSPReqRes.coefsWords, m_DSPReqRes.statesWords);
+    m_ProcessMemory.SizePorts(m_DSPReqRes.inputs, m_DSPReqRes.outputs);
     const int err = InitDataSelf();
     m_MeterManager.OptimizeMeterOrder();
     Report("alg state", "InitData");
@@ -303,8 +298,7 @@ int cALGORITHM::InitInstanceData() {
 int cALGORITHM::CopySetup() {
     const int from = m_ActiveSetup == eSetupB ? 1 : 0;
     const int to = 1 - from;
-    m_CoefImage[to] = m_CoefImage[from];
-    m_BypassImage[to] = m_BypassImage[from];
+    m_ProcessMemory.CopyImages(from, to);
     m_SetupNames[to] = m_SetupNames[from];
     CopySetupSelf(static_cast<EPluginSetup>(from), static_cast<EPluginSetup>(to));
     m_Broadcaster.PresetModified(static_cast<EPluginSetup>(to));

@@ -13,7 +13,6 @@
 
 #include "Code/Algorithm/CPresetInfo.h"
 #include "Code/Algorithm/EPluginSetup.h"
-#include "Code/Algorithm/KPAPIProcessMemory.h"
 #include "Code/Algorithm/MirelComponentInfo.h"
 #include "Code/Algorithm/WCAlgorithmBroadcaster.h"
 #include "Code/Algorithm/WCAutomationManager.h"
@@ -24,6 +23,8 @@
 #include "Code/Algorithm/WCMusicInfo.h"
 #include "Code/Algorithm/WSParamMaps.h"
 #include "Code/Algorithm/sCONTROL_PARAM.h"
+#include "Code/Process/KPAPIProcessMemory.h"
+#include "Code/Process/WCProcessMemory.h"
 #include "Utilities/XML/Code/CXMLable.h"
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
@@ -88,8 +89,8 @@ public:
     // process side for the locate flag, word size and converters (operations 11, 12, 7, 8, 20,
     // 9, 10, 21, 13, 14). Answers SetExecCallBackSelf.
     int SetExecCallBack(WTExecCallBack callback, std::int64_t refcon);
-    WTExecCallBack GetExecCallBack() const { return m_ExecCallBack; }
-    std::int64_t GetExecRefcon() const { return m_ExecRefcon; }
+    WTExecCallBack GetExecCallBack() const { return m_ProcessMemory.GetExecCallBack(); }
+    std::int64_t GetExecRefcon() const { return m_ProcessMemory.GetExecRefcon(); }
     void SetAutoCallBack(WTAutoCallBack callback, std::int64_t refcon);
     WTAutoCallBack GetAutoCallBack() const { return m_AutoCallBack; }
     // [any-thread] Calls the exec callback with this instance's refcon; -25 when none is set.
@@ -137,57 +138,210 @@ public:
     bool HasProcessLock() const { return m_ProcessLock.is_init(); }
 
     // ---- process side ----------------------------------------------------------------------
+    // These forward to the instance's WCProcessMemory, which holds what the process side gave.
     // [main-thread] Takes the placement of the process side: a flag, then the code, states,
     // coefficients and idle code offsets.
     virtual int Locate(KPAPI_1::LocateInfo *info, int *reserved1, int *reserved2);
-    int GetCodeOfs() const { return m_CodeOfs; }
-    int GetIdleCodeOfs() const { return m_IdleCodeOfs; }
-    int GetCoefsOfs() const { return m_CoefsOfs; }
-    int GetStatesOfs() const { return m_StatesOfs; }
+    int GetCodeOfs() const { return m_ProcessMemory.m_CodeOfs; }
+    int GetIdleCodeOfs() const { return m_ProcessMemory.m_IdleCodeOfs; }
+    int GetCoefsOfs() const { return m_ProcessMemory.m_CoefsOfs; }
+    int GetStatesOfs() const { return m_ProcessMemory.m_StatesOfs; }
     int SetCoefsOfs(int ofs);
     int SetStatesOfs(int ofs);
-    int GetWordSize() const { return m_WordSize; }
-    int GetLocateFlag() const { return m_LocateFlag; }
-    int GetMemOpWrite() const { return m_MemOpCodes[0]; }
-    int GetMemOpRead() const { return m_MemOpCodes[1]; }
-    int GetMemOpReadWrite() const { return m_MemOpCodes[2]; }
-    int GetMemOpWriteExtended() const { return m_MemOpCodes[3]; }
+    int GetWordSize() const { return m_ProcessMemory.m_WordSize; }
+    int GetLocateFlag() const { return m_ProcessMemory.m_LocateFlag; }
+    int GetMemOpWrite() const { return m_ProcessMemory.m_MemOpCodes[0]; }
+    int GetMemOpRead() const { return m_ProcessMemory.m_MemOpCodes[1]; }
+    int GetMemOpReadWrite() const { return m_ProcessMemory.m_MemOpCodes[2]; }
+    int GetMemOpWriteExtended() const { return m_ProcessMemory.m_MemOpCodes[3]; }
+    WCProcessMemory &GetProcessMemory() { return m_ProcessMemory; }
 
     int GetDSPReqRes(ProcessMemory::SDSPReqRes *out) const;
     int GetProcessMemoryRequest(ProcessMemory::WSProcessMemoryRequest *out) const;
+    // The shell hands back the request it filled: every external buffer with its placement.
     int SetExtBuffInfo(void const *buffers);
-    std::vector<ProcessMemory::sEXT_BUFF> const &GetExtBuffInfo() const { return m_ExtBuffs; }
+    std::vector<ProcessMemory::sEXT_BUFF> const &GetExtBuffInfo() const {
+        return m_ProcessMemory.GetExtBuffInfo();
+    }
     int SetCurrentProcessor(SProcessorSpec const *spec);
     SProcessorSpec const &GetCurrentProcessor() const { return m_CurrentProcessor; }
     std::uint32_t GetCoefsNum() const { return m_DSPReqRes.coefsWords; }
+    // [main-thread] Lets the plug-in allocate on its process side; answers
+    // CallProcessSideAllocSelf.
+    int CallProcessSideAlloc() { return CallProcessSideAllocSelf(); }
 
     // Buffers and the converters of the process side.
     BUFFER_HEADER *NewBuffer(int kind, int memOp, int marker, int offset, int count,
-                             std::int64_t memoryRef);
+                             std::int64_t memoryRef) {
+        return m_ProcessMemory.NewBuffer(kind, memOp, marker, offset, count, memoryRef);
+    }
+    BUFFER_HEADER *NewBuffer(int kind, int memOp, int marker, ProcessMemory::sEXT_BUFF const *ext) {
+        return m_ProcessMemory.NewBuffer(kind, memOp, marker, ext);
+    }
     // Links `second` behind `first` (operation 3) and answers the head; either may be null.
     // When the process side refuses, both chains are freed (operation 4) and the answer is null,
     // so a caller never holds buffers it cannot reach.
-    BUFFER_HEADER *ChainBufs(BUFFER_HEADER *first, BUFFER_HEADER *second);
-    int FreeBuffers(BUFFER_HEADER *&chain);
-    int SendBuffers(BUFFER_HEADER *chain, int op);
-    int SendAndFreeBuffers(BUFFER_HEADER *&chain, int op, bool send);
-    char *GetPointerToCoef(EPluginSetup setup, int index);
-    char *GetPointerToBypassCoef(EPluginSetup setup, int index);
-    int ConvertFracToCoefs(double value, int index);
-    int ConvertIntToCoefs(int value, int index);
-    int ConvertFracToBypassCoefs(double value, int index);
+    BUFFER_HEADER *ChainBufs(BUFFER_HEADER *first, BUFFER_HEADER *second) {
+        return m_ProcessMemory.ChainBufs(first, second);
+    }
+    BUFFER_HEADER *BreakChainAtLastBuffer(BUFFER_HEADER *chain) {
+        return WCProcessMemory::BreakChainAtLastBuffer(chain);
+    }
+    int FreeBuffers(BUFFER_HEADER *&chain) { return m_ProcessMemory.FreeBuffers(chain); }
+    // A null chain answers 0 without a call.
+    int SendBuffers(BUFFER_HEADER *chain, int op) { return m_ProcessMemory.SendBuffers(chain, op); }
+    // Sends when `send`, frees always; the free's code is the answer and `chain` ends null.
+    int SendAndFreeBuffers(BUFFER_HEADER *&chain, int op, bool send) {
+        return m_ProcessMemory.SendAndFreeBuffers(chain, op, send);
+    }
+    int SendFreeAndSplitIntoSmallBuffers(int kind, int total, ProcessMemory::sEXT_BUFF const *ext,
+                                         int const *values, unsigned int sleepMs, int piece) {
+        return m_ProcessMemory.SendFreeAndSplitIntoSmallBuffers(kind, total, ext, values, sleepMs,
+                                                                piece);
+    }
+    char *GetPointerToCoef(EPluginSetup setup, int index) {
+        return m_ProcessMemory.GetPointerToCoef(setup, index);
+    }
+    char *GetPointerToBypassCoef(EPluginSetup setup, int index) {
+        return m_ProcessMemory.GetPointerToBypassCoef(setup, index);
+    }
+    char *GetPointerToCoefWithBypass(EPluginSetup setup, int index) {
+        return m_ProcessMemory.GetPointerToCoefWithBypass(setup, index);
+    }
+    // Each writes one word of the active setup's image through its converter slot; -19 for an
+    // index past the image. The WithBypass forms write the image the bypass flag picks.
+    int ConvertFracToCoefs(double value, int index) {
+        return m_ProcessMemory.ConvertFracToCoefs(value, index);
+    }
+    int ConvertDFracToCoefs(double value, int index) {
+        return m_ProcessMemory.ConvertDFracToCoefs(value, index);
+    }
+    int ConvertFixToCoefs(int value, int index) {
+        return m_ProcessMemory.ConvertFixToCoefs(value, index);
+    }
+    int ConvertIntToCoefs(int value, int index) {
+        return m_ProcessMemory.ConvertIntToCoefs(value, index);
+    }
+    int ConvertFracToBypassCoefs(double value, int index) {
+        return m_ProcessMemory.ConvertFracToBypassCoefs(value, index);
+    }
+    int ConvertFracToCoefsWithBypass(double value, int index) {
+        return m_ProcessMemory.ConvertFracToCoefsWithBypass(value, index);
+    }
+    int ConvertDFracToCoefsWithBypass(double value, int index) {
+        return m_ProcessMemory.ConvertDFracToCoefsWithBypass(value, index);
+    }
+    int ConvertFixToCoefsWithBypass(int value, int index) {
+        return m_ProcessMemory.ConvertFixToCoefsWithBypass(value, index);
+    }
+    int ConvertIntToCoefsWithBypass(int value, int index) {
+        return m_ProcessMemory.ConvertIntToCoefsWithBypass(value, index);
+    }
     int ReadFracFromWord(void const *source, double &value) const;
     // The converter slots as the process side left them.
-    WTWriteFracFunc GetWriteFracConverter() const { return m_WriteFrac; }
-    WTWriteFracFunc GetWriteFixConverter() const { return m_WriteFix; }
-    WTReadFracFunc GetReadFracConverter() const { return m_ReadFrac; }
-    WTReadFracFunc GetReadFixConverter() const { return m_ReadFix; }
+    WTWriteFracFunc GetWriteFracConverter() const {
+        return m_ProcessMemory.Converters().m_WriteFrac;
+    }
+    WTWriteFracFunc GetWriteFixConverter() const { return m_ProcessMemory.Converters().m_WriteFix; }
+    WTReadFracFunc GetReadFracConverter() const { return m_ProcessMemory.Converters().m_ReadFrac; }
+    WTReadFracFunc GetReadFixConverter() const { return m_ProcessMemory.Converters().m_ReadFix; }
     int ReadIntFromWord(void const *source, int &value) const;
     // A write buffer of `count` coefficients at `offset`; null unless forced, active and not
     // bypassed. `source`, when given, is copied into it.
-    BUFFER_HEADER *PrepareCoefBuffer(int offset, int count, char const *source, bool force);
+    BUFFER_HEADER *PrepareCoefBuffer(int offset, int count, char const *source, bool force) {
+        return m_ProcessMemory.PrepareCoefBuffer(offset, count, source, force);
+    }
     // Like PrepareCoefBuffer, from the image the bypass flag picks; bypass does not stop it.
-    BUFFER_HEADER *PrepareCoefBufferWithBypass(int offset, int count, bool force);
+    BUFFER_HEADER *PrepareCoefBufferWithBypass(int offset, int count, bool force) {
+        return m_ProcessMemory.PrepareCoefBufferWithBypass(offset, count, force);
+    }
+    int VerifyCompCoefs(int offset, int count) {
+        return m_ProcessMemory.VerifyCompCoefs(offset, count);
+    }
+
+    // States: buffers of kind 0 at the states offset, null while the process is inactive.
+    BUFFER_HEADER *PrepareStatesBuffer(int memOp, int offset, int count) {
+        return m_ProcessMemory.PrepareStatesBuffer(memOp, offset, count);
+    }
+    BUFFER_HEADER *PrepareStatesReadBuffer(int offset, int count) {
+        return m_ProcessMemory.PrepareStatesReadBuffer(offset, count);
+    }
+    BUFFER_HEADER *PrepareStatesWriteBuffer(int offset, int count) {
+        return m_ProcessMemory.PrepareStatesWriteBuffer(offset, count);
+    }
+    BUFFER_HEADER *PrepareStatesReadWriteBuffer(int offset, int count) {
+        return m_ProcessMemory.PrepareStatesReadWriteBuffer(offset, count);
+    }
+    int InitOneState(int index, int value) { return m_ProcessMemory.InitOneState(index, value); }
+    BUFFER_HEADER *InitStatesBuffer() { return m_ProcessMemory.InitStatesBuffer(); }
+    int SetSingleStateInt(int index, int value) {
+        return m_ProcessMemory.SetSingleStateInt(index, value);
+    }
+    int SetSingleStateFloat(int index, double value) {
+        return m_ProcessMemory.SetSingleStateFloat(index, value);
+    }
+    int GetInitialStates(char *out) const { return m_ProcessMemory.GetInitialStates(out); }
+
+    // Externals: null for a null descriptor, a run past its size, an inactive process or a
+    // memory space other than 'XMEM' and 'YMEM'.
+    BUFFER_HEADER *PrepareExtBuffer(ProcessMemory::sEXT_BUFF const *ext, int memOp, int offset,
+                                    int count) {
+        return m_ProcessMemory.PrepareExtBuffer(ext, memOp, offset, count);
+    }
+    BUFFER_HEADER *PrepareExtReadBuffer(ProcessMemory::sEXT_BUFF const *ext, int offset,
+                                        int count) {
+        return m_ProcessMemory.PrepareExtReadBuffer(ext, offset, count);
+    }
+    BUFFER_HEADER *PrepareExtWriteBuffer(ProcessMemory::sEXT_BUFF const *ext, int offset,
+                                         int count) {
+        return m_ProcessMemory.PrepareExtWriteBuffer(ext, offset, count);
+    }
+    BUFFER_HEADER *PrepareExtReadWriteBuffer(ProcessMemory::sEXT_BUFF const *ext, int offset,
+                                             int count) {
+        return m_ProcessMemory.PrepareExtReadWriteBuffer(ext, offset, count);
+    }
+    template <class T>
+    int InitExternalFromArray(ProcessMemory::sEXT_BUFF const *ext, int offset, int count,
+                              T const *values) {
+        return m_ProcessMemory.InitExternalFromArray(ext, offset, count, values);
+    }
+    int InitOneExternal(int extIndex, int offset, int value) {
+        return m_ProcessMemory.InitOneExternal(extIndex, offset, value);
+    }
+    int InitOneExternalByPtr(ProcessMemory::sEXT_BUFF const *ext, int offset, int value) {
+        return m_ProcessMemory.InitOneExternalByPtr(ext, offset, value);
+    }
+    ProcessMemory::sEXT_BUFF *GetExternalBuffer(int index) {
+        return m_ProcessMemory.GetExternalBuffer(index);
+    }
+    int GetExternalBuffersNum() const { return m_ProcessMemory.GetExternalBuffersNum(); }
+    std::uint64_t GetExtAccessCount() const { return m_ProcessMemory.GetExtAccessCount(); }
+    bool IsSharedExternalInitialized(int index) const {
+        return m_ProcessMemory.IsSharedExternalInitialized(index);
+    }
+
+    // Ports: see sIO_PORT.
+    sIO_PORT *RefreshInputPORTInfo(int *routing) {
+        return m_ProcessMemory.RefreshInputPORTInfo(routing);
+    }
+    sIO_PORT *RefreshOutputPORTInfo(int *routing) {
+        return m_ProcessMemory.RefreshOutputPORTInfo(routing);
+    }
+
+    // [any-thread] One state word read back (operation 1); with `write` the value is stored
+    // first. eWrongObjectState while the process is inactive.
+    virtual int ReadVU(int offset, int &out) { return m_ProcessMemory.ReadVU(offset, out); }
+    virtual int ReadVU(int offset, bool write, int value, int &out) {
+        return m_ProcessMemory.ReadVU(offset, write, value, out);
+    }
+    // [main-thread] Diagnosis of process memory (WCProcessMemory::EDumpType).
+    int DumpDSP(int type, int offset, int count, std::string &out) {
+        return m_ProcessMemory.DumpDSP(type, offset, count, out);
+    }
+    int DumpDSPToScreen(int type, int offset, int count) {
+        return m_ProcessMemory.DumpDSPToScreen(type, offset, count);
+    }
+    int DumpAllDSPExternalsToScreen() { return m_ProcessMemory.DumpAllDSPExternalsToScreen(); }
 
     // ---- identity --------------------------------------------------------------------------
     MirelComponentInfo const &GetComponentInfo() const { return m_ComponentInfo; }
@@ -472,6 +626,8 @@ protected:
     virtual int ChangeSampleRateSelf() { return 0; }
     virtual int SetProcessActiveSelf(bool) { return 0; }
     virtual int SetExecCallBackSelf() { return 0; }
+    // A plug-in whose process side needs memory of its own allocates it here.
+    virtual int CallProcessSideAllocSelf() { return 0; }
     virtual BUFFER_HEADER *SetMuteSelf(bool) { return nullptr; }
     virtual BUFFER_HEADER *SetDelaySelf(int) { return nullptr; }
     virtual BUFFER_HEADER *SetNoiseRatioSelf(double) { return nullptr; }
@@ -539,24 +695,14 @@ public:
     // The widest word any converter may touch. Images keep this much slack past their last word,
     // so a process side that announces a narrower word than its converters write cannot make a
     // converter run past the image.
-    static constexpr std::size_t kImageSlack = 8;
+    static constexpr std::size_t kImageSlack = WCProcessMemory::kImageSlack;
 
 private:
-    static void StoreDefaultConverters(cALGORITHM &alg);
-
     // Declaration order follows the data model.
     miThread::WCThreadRef m_MainThreadRef;
     WCAlgorithmBroadcaster m_Broadcaster;
     WCShellAlgorithmListener m_ShellListener;
     std::array<WCFixedString<127>, 2> m_SetupNames;
-    int m_CodeOfs = 0;
-    int m_IdleCodeOfs = 0;
-    int m_CoefsOfs = 0;
-    int m_StatesOfs = 0;
-    int m_LocateFlag = 0;
-    int m_WordSize = 4;
-    WTExecCallBack m_ExecCallBack = nullptr;
-    std::int64_t m_ExecRefcon = 0;
     WTAutoCallBack m_AutoCallBack = nullptr;
     std::int64_t m_AutoRefcon = 0;
     int m_SampleRate = 44100;
@@ -575,11 +721,6 @@ private:
     WCFixedString<63> m_DefaultSkin;
     mutable miThread::ThreadMutexInited m_AlgLock;
     mutable miThread::ThreadMutexInited m_ProcessLock;
-    std::array<int, 4> m_MemOpCodes{};
-    std::array<std::vector<char>, 2> m_CoefImage;
-    std::array<std::vector<char>, 2> m_BypassImage;
-    std::vector<std::int32_t> m_InputPorts;
-    std::vector<std::int32_t> m_OutputPorts;
     WCFourCC m_AlgType = WCFourCC("????");
     WCFourCC m_AlgSubType = WCFourCC("????");
     std::vector<WCFourCC> m_PresetCompatibleTypes;
@@ -611,17 +752,11 @@ private:
     std::uint64_t m_NumUpdateAlgCalls = 0;
     std::uint64_t m_NumInitDataCalls = 0;
 
-    // Converter slots; the process side may replace them inside SetExecCallBack.
-    WTWriteFracFunc m_WriteFrac = nullptr;
-    WTWriteFracFunc m_WriteFix = nullptr;
-    WTWriteIntFunc m_WriteInt = nullptr;
-    WTWriteFracFunc m_WriteDFrac = nullptr;
-    WTReadFracFunc m_ReadFrac = nullptr;
-    WTReadFracFunc m_ReadFix = nullptr;
-    WTReadIntFunc m_ReadInt = nullptr;
-    WTReadFracFunc m_ReadDFrac = nullptr;
-
-    std::vector<ProcessMemory::sEXT_BUFF> m_ExtBuffs;
+    // The process side as this instance sees it: callback, offsets, converters, images,
+    // externals and ports. It reads the process-active, bypass, setup and shell-kind flags above
+    // through pointers, so those stay single.
+    WCProcessMemory m_ProcessMemory{WCProcessMemory::WSOwnerFlags{
+        &m_ProcessActive, &m_Bypass, &m_ActiveSetup, &m_IsNative, &m_IsNetShell}};
     WCMusicInfo m_MusicInfo;
     WSTransportState m_Transport;
     bool m_Monitoring = false;

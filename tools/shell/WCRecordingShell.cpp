@@ -105,6 +105,7 @@ int WCRecordingShell::ApplyChain(BUFFER_HEADER *chain, std::int64_t &count) {
 }
 
 int WCRecordingShell::OnExec(int op, void *a, void *b, void *c) {
+    std::lock_guard<std::mutex> lock(m_Mutex);
     WSExecCall call;
     call.op = op;
     call.refcon = reinterpret_cast<std::int64_t>(this);
@@ -212,7 +213,23 @@ int WCRecordingShell::OnExec(int op, void *a, void *b, void *c) {
     return result;
 }
 
+std::size_t WCRecordingShell::LiveBuffers() const {
+    std::lock_guard<std::mutex> lock(m_Mutex);
+    return m_Live.size();
+}
+
+std::size_t WCRecordingShell::BuffersCreated() const {
+    std::lock_guard<std::mutex> lock(m_Mutex);
+    return m_Created;
+}
+
+void WCRecordingShell::ClearLog() {
+    std::lock_guard<std::mutex> lock(m_Mutex);
+    m_Calls.clear();
+}
+
 std::vector<int> WCRecordingShell::Ops() const {
+    std::lock_guard<std::mutex> lock(m_Mutex);
     std::vector<int> ops;
     ops.reserve(m_Calls.size());
     for (auto const &call : m_Calls)

@@ -4,13 +4,14 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
-#include "Code/Algorithm/KPAPIProcessMemory.h"
 #include "Code/Algorithm/MirelPluginEntry.h"
 #include "Code/Algorithm/PluginInstance.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Process/KPAPIProcessMemory.h"
 #include "resources/WCNativeModule.h"
 
 namespace mirel_shell {
@@ -34,11 +35,14 @@ struct WSExecCall {
 // request (ops 5, 3, 4); sends (ops 0, 1) write into and read from a word memory per kind
 // (states, coefficients, external X and Y), placed by Locate; ops 7 to 14, 20 and 21 are
 // answered (13 and 14 only when asked to supply fixed-point converters). Every call is logged.
+// The memories are sized from the plug-in's process memory request in Start.
 //
 // Use: Create (construct, fill the instance, main thread, exec callback), Start (process code,
 // FinishCreate, InitData, memory placement, InitInstanceData, activate, InitAlg), Idle, Stop
 // (deactivate, Dispose, destroy). The destructor stops a plug-in still running.
-// [main-thread]: the thread that calls Create is the plug-in's main thread.
+// [main-thread]: the thread that calls Create is the plug-in's main thread. The exec callback is
+// [any-thread]: sends come from main, idle and automation threads, so one mutex serialises the
+// process side's state, as a real process side does.
 class WCRecordingShell {
 public:
     using Factory =
@@ -92,13 +96,17 @@ public:
     std::vector<WSExecCall> const &Calls() const { return m_Calls; }
     std::vector<int> Ops() const;
     std::vector<std::string> const &Steps() const { return m_Steps; }
-    std::size_t LiveBuffers() const { return m_Live.size(); }
-    std::size_t BuffersCreated() const { return m_Created; }
-    void ClearLog() { m_Calls.clear(); }
+    std::size_t LiveBuffers() const;
+    std::size_t BuffersCreated() const;
+    void ClearLog();
 
     // Process memory, as the plug-in's sends left it.
     std::vector<char> const &CoefMemory() const { return m_CoefMemory; }
     std::vector<char> const &StateMemory() const { return m_StateMemory; }
+    std::vector<char> const &XMemory() const { return m_XMemory; }
+    std::vector<char> const &YMemory() const { return m_YMemory; }
+    // The placed request: each external's offset and reference as the plug-in was told them.
+    ml::ProcessMemory::WSProcessMemoryRequest const &MemoryRequest() const { return m_MemRequest; }
     // Coefficient word `index` (relative to the located base) read as a float.
     float CoefAsFloat(int index) const;
     ml::ProcessMemory::SDSPReqRes const &DSPReqRes() const { return m_ReqRes; }
@@ -124,6 +132,7 @@ private:
     bool m_Running = false;
     bool m_Started = false;
 
+    mutable std::mutex m_Mutex;
     std::vector<WSExecCall> m_Calls;
     std::vector<std::string> m_Steps;
     std::map<ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER *, std::unique_ptr<WSBuffer>> m_Live;

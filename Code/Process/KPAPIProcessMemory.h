@@ -51,6 +51,8 @@ namespace KPAPI_PROCESS_MEMORY {
 enum EBufferKind : std::int32_t {
     eBufferStates = 0,
     eBufferCoefs = 1,
+    // Program code; only a DSP process side can hand it back.
+    eBufferProgram = 2,
     eBufferExtX = 100,
     eBufferExtY = 500,
 };
