@@ -104,18 +104,6 @@ double WCParam_Base::QuantizeState(double state) const noexcept {
     return std::floor(state / m_StateStep + 0.5) * m_StateStep;
 }
 
-double WCParam_Base::RealWorldToState(double realWorld) const noexcept {
-    if (m_Inverse == nullptr)
-        return 0.0;
-    return Finite(m_Inverse(realWorld, const_cast<sSCALE_INFO *>(&m_Scale)));
-}
-
-double WCParam_Base::StateToRealWorld(double state) const noexcept {
-    if (m_Forward == nullptr)
-        return 0.0;
-    return Finite(m_Forward(state, const_cast<sSCALE_INFO *>(&m_Scale)));
-}
-
 double WCParam_Base::ConvertDefault(double value, EParamValueType type) const noexcept {
     value = Finite(value);
     switch (type) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -64,9 +65,18 @@ public:
     double QuantizeState(double state) const noexcept;
 
     // [any-thread] The scale functions; 0 when the function is missing, and never a non-finite
-    // number. No lock, no allocation.
-    double RealWorldToState(double realWorld) const noexcept;
-    double StateToRealWorld(double state) const noexcept;
+    // number. No lock, no allocation. Inline, because drags run them per update and a call
+    // around the function-pointer call costs as much as a linear conversion itself.
+    double RealWorldToState(double realWorld) const noexcept {
+        if (m_Inverse == nullptr)
+            return 0.0;
+        return FiniteOrZero(m_Inverse(realWorld, const_cast<sSCALE_INFO *>(&m_Scale)));
+    }
+    double StateToRealWorld(double state) const noexcept {
+        if (m_Forward == nullptr)
+            return 0.0;
+        return FiniteOrZero(m_Forward(state, const_cast<sSCALE_INFO *>(&m_Scale)));
+    }
 
     // [under the process lock] setup is 0 or 1.
     double GetState(int setup) const noexcept { return m_State[Index(setup)]; }
@@ -124,6 +134,7 @@ public:
 
 protected:
     static std::size_t Index(int setup) noexcept { return setup == 1 ? 1 : 0; }
+    static double FiniteOrZero(double value) noexcept { return std::isfinite(value) ? value : 0.0; }
     double ConvertDefault(double value, EParamValueType type) const noexcept;
 
     EParamType m_Type = eParamTypeContinuous;

@@ -81,6 +81,8 @@ void SetScaleLog(sSCALE_INFO &scale, double min, double max, double res) noexcep
     if (min > 0.0 && max > 0.0 && std::isfinite(min) && std::isfinite(max))
         factor = std::pow(max / min, 0.001);
     scale.factor = std::isfinite(factor) && factor > 0.0 ? factor : 1.0;
+    scale.logFactor = std::log(scale.factor);
+    scale.logFactorOf = scale.factor;
     SetResolution(scale, res);
 }
 
@@ -95,9 +97,12 @@ double ExtendedResLogScale(double state, sSCALE_INFO *scale) {
 }
 
 double InverseLogScale(double value, sSCALE_INFO *scale) {
-    if (!(value > 0.0) || !(scale->base > 0.0) || !(scale->factor > 0.0) || scale->factor == 1.0)
+    const double factor = scale->factor;
+    if (!(value > 0.0) || !(scale->base > 0.0) || !(factor > 0.0) || factor == 1.0)
         return 0.0;
-    return std::log(value / scale->base) / std::log(scale->factor);
+    // The same logarithm either way, so the cached one changes no bit of the result.
+    const double logFactor = scale->logFactorOf == factor ? scale->logFactor : std::log(factor);
+    return std::log(value / scale->base) / logFactor;
 }
 
 // ---- the standard frequency curve -----------------------------------------------------------

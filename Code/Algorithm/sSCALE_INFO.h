@@ -20,6 +20,11 @@ struct sSCALE_INFO {
     std::vector<double> realWorldPoints;
     std::vector<double> statePoints;
     WCFixedString<31> name;
+    // The natural logarithm of factor, which the logarithmic inverse divides by, taken once by
+    // SetScaleLog rather than on every conversion. It is trusted only while logFactorOf still
+    // equals factor, so a factor written by hand later never meets a stale logarithm.
+    double logFactor = 0.0;
+    double logFactorOf = 0.0;
 };
 
 // State to real world or back, for one parameter's scale. Plain function pointers, so the

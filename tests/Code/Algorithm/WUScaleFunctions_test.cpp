@@ -97,6 +97,29 @@ TEST(LogScale, ARangeThatIsNotPositiveStaysFinite) {
     }
 }
 
+// The inverse divides by a logarithm of the factor taken when the scale is set. Whatever set the
+// factor last (a new range, another kind, a hand-written value), the result must be the one the
+// formula gives for the factor the record holds now, to the last bit.
+TEST(LogScale, InverseFollowsTheFactorTheRecordHoldsNow) {
+    auto scale = Log(20, 20000, 1.0);
+    auto expectFormula = [&scale](const char *after) {
+        for (double value : {25.0, 632.0, 20000.0})
+            EXPECT_EQ(ml::InverseLogScale(value, &scale),
+                      std::log(value / scale.base) / std::log(scale.factor))
+                << after << ", value " << value;
+    };
+    expectFormula("first range");
+    ml::SetScaleLog(scale, 10, 1000, 1.0);
+    expectFormula("a new range");
+    ml::SetScaleLin(scale, 1, 5000, 1.0);
+    expectFormula("a linear range over it");
+    scale.factor = 1.002;
+    expectFormula("a factor written by hand");
+    auto copy = Log(50, 500, 1.0);
+    scale = copy;
+    expectFormula("a copied record");
+}
+
 TEST(FrqScale, HitsTheFixedCurvePoints) {
     ml::sSCALE_INFO scale = Lin(0, 1, 1.0);
     ExpectPoints(
