@@ -145,7 +145,7 @@ void WCParam_Base::InitRealWorldAndUpdate(int setup) noexcept {
     m_State[i] = std::clamp(RealWorldToState(m_InitialValue), 0.0, kMaxState);
     if (IsDiscrete())
         m_State[i] = QuantizeState(m_State[i]);
-    m_UpdateFlags = 3;
+    SetUpdateFlags(3);
 }
 
 void WCParam_Base::UpdateValueString(int setup) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <functional>
@@ -120,8 +121,18 @@ public:
     void SetResetValue(double value) noexcept { m_ResetValue = value; }
     void SetInitialValue(double value) noexcept { m_InitialValue = value; }
 
-    std::uint32_t GetUpdateFlags() const noexcept { return m_UpdateFlags; }
-    void SetUpdateFlags(std::uint32_t value) noexcept { m_UpdateFlags = value; }
+    // [any-thread] Update flags are written by whatever thread changes the value and read and
+    // cleared by idle, so every access is atomic.
+    std::uint32_t GetUpdateFlags() const noexcept {
+        return std::atomic_ref<std::uint32_t>(m_UpdateFlags).load(std::memory_order_acquire);
+    }
+    void SetUpdateFlags(std::uint32_t value) noexcept {
+        std::atomic_ref<std::uint32_t>(m_UpdateFlags).store(value, std::memory_order_release);
+    }
+    // Answers the flags and leaves 0, so a change that lands meanwhile waits for the next tick.
+    std::uint32_t TakeUpdateFlags() noexcept {
+        return std::atomic_ref<std::uint32_t>(m_UpdateFlags).exchange(0, std::memory_order_acq_rel);
+    }
 
     WCFixedStringBase const &GetValueString() const noexcept { return m_ValueString; }
     WCFixedStringBase &ValueString() noexcept { return m_ValueString; }
@@ -146,7 +157,8 @@ protected:
     WCFixedString<127> m_LabelString;
     WCFixedString<127> m_UnitsString;
     WCFixedString<127> m_ScaleType;
-    std::uint32_t m_UpdateFlags = 0;
+    alignas(std::atomic_ref<std::uint32_t>::required_alignment) mutable std::uint32_t
+        m_UpdateFlags = 0;
     WTScaleFunction m_Forward = nullptr;
     WTScaleFunction m_Inverse = nullptr;
     std::int32_t m_NumStates = 0;

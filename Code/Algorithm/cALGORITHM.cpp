@@ -330,7 +330,9 @@ BUFFER_HEADER *cALGORITHM::UpdateAlg() {
         // Repeating the side-chain state is what makes a stored -1 take effect later.
         ChangeSideChainActive(m_SideChainActive);
         m_LinkGroups.AtUpdateAlg();
-        m_UpdateAlgRequired = false;
+        ClearUpdateAlgRequired();
+        // Each GUI of the map would refresh here and the first run would register with the
+        // preset browsers; neither the GUI layer nor the browsers exist yet.
     }
     Report("alg state", "UpdateAlg");
     return chain;
@@ -339,13 +341,13 @@ BUFFER_HEADER *cALGORITHM::UpdateAlg() {
 int cALGORITHM::DoIdle(short level) {
     ++m_NumDoIdleCalls;
     int err = m_MeterManager.UpdateDisplay();
-    for (auto &param : m_Params) {
-        if (param.GetUpdateFlags() < static_cast<std::uint32_t>(level < 0 ? 0 : level))
+    const auto threshold = static_cast<std::uint32_t>(level < 0 ? 0 : level);
+    for (std::uint64_t id = 0; id < m_Params.size(); ++id) {
+        if (m_Params[id].GetUpdateFlags() < threshold)
             continue;
-        // Bit 2 of the update flags asks for a new value text.
-        if ((param.GetUpdateFlags() & 2u) != 0)
-            param.UpdateValueString(m_ActiveSetup);
-        param.SetUpdateFlags(0);
+        const int displayErr = UpdateDisplay(id);
+        if (err == eNoErr)
+            err = displayErr;
     }
     const int selfErr = DoIdleSelf(level);
     if (selfErr != eNoErr)
@@ -386,7 +388,7 @@ int cALGORITHM::ChangeSampleRate(int rate) {
             err = kErrSampleRateTooHigh;
         } else {
             m_SampleRate = rate;
-            m_UpdateAlgRequired = true;
+            SetUpdateAlgRequired();
             err = ChangeSampleRateSelf();
         }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -441,6 +442,87 @@ public:
     int GetParamIDFromName(char const *name, std::uint64_t &id) const;
     int GetParamGraphData(std::uint64_t id, void *&data) const;
 
+    // ---- the update pipeline: one value change, whatever its source, down to buffers -------
+    // Every path answers the chain of coefficient buffers UpdateParamSelf built, null when there
+    // is nothing to send; the caller sends it (SendAndFreeBuffers). Writes take the process lock.
+
+    // How a text translation ended.
+    enum ETranslateTextRetType : int {
+        eTranslateTextNotHandled = 0, // a hook did not take the text; the next way is tried
+        eTranslateTextOK = 1,         // a value came out of the text
+        eTranslateTextNoNumber = 2,   // no number in the text
+        eTranslateTextRefused = 3,    // ValidateRealWorld refused the value
+        eTranslateTextBadParam = 4,   // the id names no parameter
+    };
+
+    // [any-thread, takes the process lock] The gates of a state change: a state outside 0 to
+    // 1000 (or not a number) is refused; a discrete state is quantised; a repeat ends unless the
+    // parameter must always update; a real world unchanged within 1e-10 only refreshes the
+    // display. Then UpdateParamSelf, the preset is marked modified, and with `notify` the
+    // automation is told.
+    BUFFER_HEADER *UpdateParamState(std::uint64_t id, double state, bool notify);
+    // [any-thread, takes the process lock] Stores a real-world value and the state it maps to;
+    // no quantising and no notification.
+    BUFFER_HEADER *UpdateParamRealWorld(std::uint64_t id, double value);
+    // [any-thread] UpdateParamState with notification.
+    BUFFER_HEADER *UpdateParamRequestState(std::uint64_t id, double state);
+    // [any-thread] UpdateParamRealWorld, and NotifyParamValue when the value changed.
+    BUFFER_HEADER *UpdateParamRequestRealWorld(std::uint64_t id, double value);
+    // True when the parameter must reach UpdateParamSelf even with its value unchanged:
+    // "DisplayOnlyParam", "DontUpdateWhileDrag" at a drag's end, "AlwaysUpdate", or a forced
+    // update. The name is kept as plug-ins call it.
+    bool IsUpdateParamAlwayesRequired(std::uint64_t id) const;
+
+    // [main-thread] A drag step. A parameter with "DontUpdateWhileDrag" only stores the value
+    // and answers DragParamSelf's light chain; others go through UpdateParamState.
+    BUFFER_HEADER *DragParam(std::uint64_t id, double state);
+    // [main-thread] Ends a drag: the next UpdateParamState goes through even with the value the
+    // drag left. ResetDragParam forgets the drag instead.
+    int FinishDragParam(std::uint64_t id);
+    int ResetDragParam(std::uint64_t id);
+
+    // [main-thread] A typed text: UpdateParamFromTextSelf, whose result lands in `ret`.
+    BUFFER_HEADER *UpdateParamFromText(std::uint64_t id, char const *text,
+                                       ETranslateTextRetType &ret);
+    // [any-thread] The number in `text` ("-6 dB", "1.2k"), negated when positive with
+    // "PositiveTextEntryToNegative", clamped to the scale's range and validated unless
+    // "AvoidValidation". `value` changes only with eTranslateTextOK.
+    virtual ETranslateTextRetType TranslateTextToRealWorld(std::uint64_t id, char const *text,
+                                                           double &value);
+    // [any-thread] Whether the plug-in accepts a real-world value; any finite value by default.
+    virtual bool ValidateRealWorld(std::uint64_t id, double value);
+    // [any-thread] A value clamped to what the parameter's scale reaches; -19 for a bad id.
+    int LimitRealWorld(std::uint64_t id, double &value) const;
+
+    // Update flags: bit 2 asks idle for a new value text. [any-thread]
+    int SetParamToUpdateFlag(std::uint64_t id, std::uint32_t value);
+    void RefreshAllParams();
+    // [main-thread] Refreshes the value text and the controls of one parameter when its update
+    // flags ask for it, then clears them. Takes no lock: idle may read a string half made, but
+    // never touches the coefficient images.
+    int UpdateDisplay(std::uint64_t id);
+
+    // [any-thread, takes the process lock] Stores `value` in `setup` (-1 the active one) and its
+    // state, asks for a display refresh, and tells the automation when the setup is active.
+    int SetRealWorldAndUpdateAndNotifyAutomation(std::uint64_t id, double value, int setup);
+    // Tells the automation manager a parameter's value.
+    virtual int NotifyParamValue(std::uint64_t id);
+    // Reaching the host goes through the automation manager's controls, which are not built:
+    // eNotImplemented for a parameter there would be something to tell about.
+    int NotifyAutomation(std::uint64_t id);
+    int NotifyAutomationAllParams();
+
+    // [any-thread, takes the process lock] The whole coefficient image of the active setup (the
+    // bypass image, filled by SetBypassCoefsSelf, while bypassed) in one buffer; sent and freed
+    // when `send`, answered otherwise.
+    virtual BUFFER_HEADER *UpdateDSPCoefs(bool send);
+    // [any-thread] Marks that the next UpdateAlg is needed, for instance after a rate change.
+    void SetUpdateAlgRequired() { m_UpdateAlgRequired = true; }
+    void ClearUpdateAlgRequired() { m_UpdateAlgRequired = false; }
+    bool IsUpdateAlgRequired() const { return m_UpdateAlgRequired; }
+    // [main-thread] The state delta a control's pixel delta makes; 0 for a bad id.
+    double UpdateMouseDeltaStep(std::uint64_t id, double delta) const;
+
     // ---- key/value store -------------------------------------------------------------------
     // The store exists from CreateKeyValueStore in the constructor to DisposeKeyValueStore in
     // the destructor.
@@ -631,6 +713,16 @@ protected:
     virtual BUFFER_HEADER *SetMuteSelf(bool) { return nullptr; }
     virtual BUFFER_HEADER *SetDelaySelf(int) { return nullptr; }
     virtual BUFFER_HEADER *SetNoiseRatioSelf(double) { return nullptr; }
+    // A light chain for a drag step of a "DontUpdateWhileDrag" parameter.
+    virtual BUFFER_HEADER *DragParamSelf(std::uint64_t) { return nullptr; }
+    // A typed text: the hook TranslateTextToState_Self first, then TranslateTextToRealWorld.
+    virtual BUFFER_HEADER *UpdateParamFromTextSelf(std::uint64_t id, char const *text,
+                                                   ETranslateTextRetType &ret);
+    // A plug-in that reads a text as a state answers eTranslateTextOK and the state.
+    virtual ETranslateTextRetType TranslateTextToState_Self(std::uint64_t, char const *,
+                                                            double &) {
+        return eTranslateTextNotHandled;
+    }
     virtual int TransportChangeSelf(WSTransportState const &) { return 0; }
     virtual int UpdateHostTrackStateSelf(bool) { return 0; }
     virtual void DisposeSelf() {}
@@ -771,7 +863,7 @@ private:
     bool m_NotifyOnLinkedParams = false;
     bool m_HasPreScan = false;
     bool m_HasStemSupport = false;
-    bool m_UpdateAlgRequired = true;
+    std::atomic<bool> m_UpdateAlgRequired = true;
     bool m_InstanceReady = false;
     bool m_Disposed = false;
     bool m_FinishCreateCalled = false;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/WTErrors.h"
+
 MIREL_NAMESPACE_BEGIN
 
 double sCONTROL_PARAM::DefaultMouseDelta(double delta) const noexcept {
@@ -21,6 +23,10 @@ double sCONTROL_PARAM::MouseDelta(double delta) const noexcept {
 void sCONTROL_PARAM::TakeSetupData(int setup) {
     if (m_Extension)
         m_Extension->TakeSetupData(setup);
+}
+
+int sCONTROL_PARAM::UpdateControllers() {
+    return m_Controllers.empty() ? eNoErr : eNotImplemented;
 }
 
 MIREL_NAMESPACE_END

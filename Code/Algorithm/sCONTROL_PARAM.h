@@ -43,6 +43,9 @@ struct sCONTROL_PARAM : public WCParam_Base {
 
     // [main-thread] The extension follows the active setup.
     void TakeSetupData(int setup);
+    // [main-thread] Tells the controls registered on this parameter its new value. Controls
+    // are the GUI layer's, which is not built: eNotImplemented while any is registered.
+    int UpdateControllers();
 
     WCFixedString<127> m_Name;
     std::vector<std::pair<std::uint64_t, WCBaseControl *>> m_Controllers;
@@ -65,6 +68,15 @@ struct sCONTROL_PARAM : public WCParam_Base {
     WCFixedString<127> m_DrawDataType;
     WCFixedString<31> m_StateDataType;
     std::vector<int> m_OmitFromMap;
+
+    // The update pipeline's marks, written under the algorithm's process lock. A drag of a
+    // "DontUpdateWhileDrag" parameter leaves its value stored but not computed; the drag end
+    // marker lets the next update with that same value through, and the last dragged value
+    // (-1.0 when none) tells whether the preset really changed.
+    std::uint8_t m_DragEnd = 0;
+    double m_LastDraggedValue = -1.0;
+    // Set by whoever needs the next update to reach UpdateParamSelf regardless of the value.
+    std::uint8_t m_ForceUpdate = 0;
 };
 
 MIREL_NAMESPACE_END
