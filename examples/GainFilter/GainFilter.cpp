@@ -1,6 +1,5 @@
 #include "examples/GainFilter/GainFilter.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <numbers>
@@ -13,12 +12,6 @@ namespace {
 
 constexpr WCFourCC kComponentType("Nati");
 constexpr WCFourCC kComponentSubType("GnFl");
-
-struct WSRange {
-    double min;
-    double max;
-};
-constexpr WSRange kRanges[GainFilter::eNumValues] = {{-24.0, 12.0}, {20.0, 20000.0}, {0.0, 1.0}};
 
 } // namespace
 
@@ -39,53 +32,38 @@ void GainFilter::InitProcessCodeSelf() {
     needs.cycles = 40;
 }
 
-double GainFilter::GetValue(int which) const {
-    return which >= 0 && which < eNumValues ? m_Values[which] : 0.0;
-}
-
-void GainFilter::ComputeCoefs(int which) {
-    switch (which) {
-    case eGainDB: ConvertFracToCoefs(std::pow(10.0, m_Values[eGainDB] / 20.0), eCoefGain); break;
-    case eCutoffHz: {
+void GainFilter::ComputeCoefs(std::uint64_t id) {
+    double value = 0.0;
+    if (GetParamRealWorld(id, value) != eNoErr)
+        return;
+    switch (id) {
+    case eParamGain: ConvertFracToCoefs(std::pow(10.0, value / 20.0), eCoefGain); break;
+    case eParamCutoff: {
         // One-pole low-pass: y = b0 x + a1 y[-1], with a1 = exp(-2 pi fc / fs).
-        const double a1 = std::exp(-2.0 * std::numbers::pi * m_Values[eCutoffHz] / GetSampleRate());
+        const double a1 = std::exp(-2.0 * std::numbers::pi * value / GetSampleRate());
         ConvertFracToCoefs(1.0 - a1, eCoefB0);
         ConvertFracToCoefs(a1, eCoefA1);
         break;
     }
-    case eFilterOn: ConvertIntToCoefs(m_Values[eFilterOn] != 0.0 ? 1 : 0, eCoefFilterOn); break;
+    case eParamFilter: ConvertIntToCoefs(value != 0.0 ? 1 : 0, eCoefFilterOn); break;
     default: break;
     }
 }
 
-int GainFilter::GetPluginInfo_double_Private(double &out, std::int64_t arg) {
-    if (arg < 0 || arg >= eNumValues)
-        return eOutOfRangeNumber;
-    out = m_Values[arg];
-    return eNoErr;
-}
-
-int GainFilter::SetPluginInfo_double_Private(double value, std::int64_t arg) {
-    if (arg < 0 || arg >= eNumValues || !std::isfinite(value))
-        return eOutOfRangeNumber;
-    LockAlg();
-    m_Values[arg] = std::clamp(value, kRanges[arg].min, kRanges[arg].max);
-    BUFFER_HEADER *chain = UpdateParamSelf(static_cast<std::uint64_t>(arg));
-    UnLockAlg();
-    return SendAndFreeBuffers(chain, eExecSendBuffers, true);
-}
-
 GainFilter::BUFFER_HEADER *GainFilter::UpdateParamSelf(std::uint64_t id) {
-    ComputeCoefs(static_cast<int>(id));
-    if (id == eCutoffHz)
-        return PrepareCoefBufferWithBypass(eCoefB0, 2, true);
-    const int coef = id == eGainDB ? eCoefGain : eCoefFilterOn;
-    return PrepareCoefBufferWithBypass(coef, 1, true);
+    ComputeCoefs(id);
+    // One buffer for the words this parameter drives, never the whole image.
+    switch (id) {
+    case eParamGain: return PrepareCoefBufferWithBypass(eCoefGain, 1, true);
+    case eParamCutoff: return PrepareCoefBufferWithBypass(eCoefB0, 2, true);
+    case eParamFilter: return PrepareCoefBufferWithBypass(eCoefFilterOn, 1, true);
+    default: return nullptr;
+    }
 }
 
 GainFilter::BUFFER_HEADER *GainFilter::UpdateAlgSelf() {
-    for (int which = 0; which < eNumValues; ++which)
-        ComputeCoefs(which);
+    for (std::uint64_t id : {eParamGain, eParamCutoff, eParamFilter})
+        ComputeCoefs(id);
     return PrepareCoefBufferWithBypass(0, eNumCoefs, true);
 }
 
@@ -111,7 +89,7 @@ int GainFilter::DoIdleSelf(short) {
 
 int GainFilter::ChangeSampleRateSelf() {
     // The cutoff coefficient depends on the rate; the next UpdateAlg sends it.
-    ComputeCoefs(eCutoffHz);
+    ComputeCoefs(eParamCutoff);
     return eNoErr;
 }
 

@@ -1,6 +1,9 @@
 #include <cmath>
 #include <cstring>
+#include <functional>
+#include <numbers>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -41,17 +44,92 @@ TEST(GainFilterModule, LoadsWalksTheLifeCycleAndTearsDownClean) {
     const double a1 = std::exp(-2.0 * M_PI * 1000.0 / 44100.0);
     EXPECT_NEAR(shell.CoefAsFloat(2), a1, 1e-6);
 
-    // The example's own channel: gain in dB through 'prvt', argument 0.
-    EXPECT_EQ(ml::SetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), -6.0, 0), 0);
-    EXPECT_NEAR(shell.CoefAsFloat(0), std::pow(10.0, -6.0 / 20.0), 1e-6);
-    EXPECT_EQ(ml::SetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), NAN, 0),
-              ml::eOutOfRangeNumber);
-    double gain = 0;
-    EXPECT_EQ(ml::GetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), gain, 0), 0);
-    EXPECT_EQ(gain, -6.0);
-
     EXPECT_EQ(shell.Idle(0, 3), 0);
     EXPECT_EQ(shell.Algorithm()->GetNumDoIdleCalls(), 3u);
+    EXPECT_EQ(shell.Stop(), 0);
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
+}
+
+// What the exec callback received in each send: every buffer with its coefficient words.
+struct WSSentBuffer {
+    int op, kind, memOp, marker, offset, count;
+    std::vector<std::uint32_t> words;
+    bool operator==(WSSentBuffer const &) const = default;
+};
+std::vector<WSSentBuffer> g_Sent;
+std::int64_t g_ShellRefcon = 0;
+
+int RecordSends(int op, std::int64_t, void *a, void *b, void *c) {
+    if ((op == 0 || op == 1) && a != nullptr) {
+        for (auto *buffer = static_cast<ml::BUFFER_HEADER *>(a); buffer; buffer = buffer->next) {
+            std::vector<std::uint32_t> words(static_cast<std::size_t>(buffer->count));
+            std::memcpy(words.data(), buffer->data, words.size() * 4);
+            g_Sent.push_back({op, buffer->kind, buffer->memOp, buffer->coefMarker, buffer->offset,
+                              buffer->count, words});
+        }
+    }
+    return WCRecordingShell::ExecCallBack(op, g_ShellRefcon, a, b, c);
+}
+
+std::uint32_t Word(double fraction) {
+    const float value = static_cast<float>(fraction);
+    std::uint32_t word = 0;
+    std::memcpy(&word, &value, 4);
+    return word;
+}
+
+WSSentBuffer Coefs(int offset, std::vector<std::uint32_t> words) {
+    // The shell locates the coefficients at word 16.
+    return {0, 1, 0, 1, 16 + offset, static_cast<int>(words.size()), std::move(words)};
+}
+
+TEST(GainFilterModule, ChangesTravelThroughThePipelineToTheSentWords) {
+    mirel_test::WCTestHome home;
+    WCRecordingShell shell;
+    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+    ml::MirelComponentInfo info;
+    ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
+    ASSERT_EQ(shell.Create(info), 0);
+    ASSERT_EQ(shell.Start(), 0);
+    ml::cALGORITHM &alg = *shell.Algorithm();
+    g_ShellRefcon = alg.GetExecRefcon();
+    alg.SetExecCallBack(&RecordSends, g_ShellRefcon);
+    using Alg = ml::cALGORITHM;
+    auto a1 = [](double hz) { return std::exp(-2.0 * std::numbers::pi * hz / 44100); };
+    Alg::ETranslateTextRetType ret{};
+    const struct {
+        const char *what;
+        std::function<ml::BUFFER_HEADER *()> change;
+        std::vector<WSSentBuffer> sent;
+    } steps[] = {
+        {"gain state 500 is -6 dB", [&] { return alg.UpdateParamRequestState(0, 500.0); },
+         {Coefs(0, {Word(std::pow(10.0, -6.0 / 20.0))})}},
+        {"a repeat sends nothing", [&] { return alg.UpdateParamRequestState(0, 500.0); }, {}},
+        {"cutoff 500 Hz", [&] { return alg.UpdateParamRequestRealWorld(1, 500.0); },
+         {Coefs(1, {Word(1.0 - a1(500.0)), Word(a1(500.0))})}},
+        {"cutoff typed 2k", [&] { return alg.UpdateParamFromText(1, "2k", ret); },
+         {Coefs(1, {Word(1.0 - a1(2000.0)), Word(a1(2000.0))})}},
+        {"garbage typed", [&] { return alg.UpdateParamFromText(1, "loud", ret); }, {}},
+        {"filter off", [&] { return alg.UpdateParamRequestState(2, 0.0); }, {Coefs(3, {0})}},
+        {"AlwaysUpdate repeats", [&] { return alg.UpdateParamRequestState(2, 0.0); },
+         {Coefs(3, {0})}},
+        {"a drag step waits", [&] { return alg.DragParam(0, 1000.0); }, {}},
+        {"the finished drag sends",
+         [&] {
+             alg.FinishDragParam(0);
+             return alg.UpdateParamRequestState(0, 1000.0);
+         },
+         {Coefs(0, {Word(std::pow(10.0, 12.0 / 20.0))})}},
+        {"a trim drives no word", [&] { return alg.UpdateParamRequestState(3, 200.0); }, {}},
+    };
+    for (auto const &step : steps) {
+        g_Sent.clear();
+        ml::BUFFER_HEADER *chain = step.change();
+        EXPECT_EQ(alg.SendAndFreeBuffers(chain, 0, true), 0) << step.what;
+        EXPECT_EQ(g_Sent, step.sent) << step.what;
+    }
+    EXPECT_EQ(ret, Alg::eTranslateTextNoNumber);
+    EXPECT_EQ(shell.CoefAsFloat(0), static_cast<float>(std::pow(10.0, 12.0 / 20.0)));
     EXPECT_EQ(shell.Stop(), 0);
     EXPECT_EQ(shell.LiveBuffers(), 0u);
 }

@@ -123,8 +123,6 @@ void PrintSelectors(ml::PluginInstance &instance) {
     std::printf("  size_t  'FcPC' -> %d (%s)\n", err, ml::WTErrName(err));
     err = ml::GetPluginInfo_double(instance, ml::WCFourCC("zzzz"), number, 0);
     std::printf("  double  'zzzz' -> %d (%s)\n", err, ml::WTErrName(err));
-    err = ml::GetPluginInfo_double(instance, ml::WCFourCC("prvt"), number, 1);
-    std::printf("  double  'prvt' arg 1 (cutoff) -> %d %.1f Hz\n", err, number);
 }
 
 void PrintRequests(ml::PluginInstance &instance) {
@@ -162,6 +160,60 @@ void PrintRequests(ml::PluginInstance &instance) {
             std::printf("  %-32s %s -> type error: %s\n", call.name, call.request, error.what());
         }
     }
+}
+
+// Prints each buffer of a chain as the process side will receive it: where it writes and the
+// words it carries, as hex and as a fraction.
+void PrintChain(ml::BUFFER_HEADER const *chain) {
+    if (chain == nullptr)
+        std::printf("    (no buffer: nothing to send)\n");
+    for (; chain != nullptr; chain = chain->next) {
+        std::printf("    buffer kind %d op %d marker %d offset %d count %d:", chain->kind,
+                    chain->memOp, chain->coefMarker, chain->offset, chain->count);
+        for (int i = 0; i < chain->count && chain->data != nullptr; ++i) {
+            std::uint32_t word = 0;
+            float fraction = 0.0f;
+            std::memcpy(&word, static_cast<char const *>(chain->data) + 4 * i, 4);
+            std::memcpy(&fraction, &word, 4);
+            std::printf(" 0x%08x (%.4f)", word, fraction);
+        }
+        std::printf("\n");
+    }
+}
+
+// One change through the update pipeline: the chain it answered, then its send.
+void SendChange(mirel_shell::WCRecordingShell &shell, char const *what, ml::BUFFER_HEADER *chain) {
+    std::printf("  %s\n", what);
+    PrintChain(chain);
+    const std::size_t mark = shell.Calls().size();
+    const int err = shell.Algorithm()->SendAndFreeBuffers(chain, 0, true);
+    PrintExecCalls(shell, mark);
+    std::printf("    SendAndFreeBuffers -> %d; process side now holds gain %.4f b0 %.4f a1 %.4f\n",
+                err, shell.CoefAsFloat(0), shell.CoefAsFloat(1), shell.CoefAsFloat(2));
+}
+
+// Parameter changes from each source, down to the coefficient words the process side received.
+void ChangeParameters(mirel_shell::WCRecordingShell &shell) {
+    ml::cALGORITHM &alg = *shell.Algorithm();
+    std::uint64_t gain = 0, cutoff = 0;
+    alg.GetParamIDFromName("Gain", gain);
+    alg.GetParamIDFromName("Cutoff", cutoff);
+    std::printf("parameter changes through the update pipeline:\n");
+    SendChange(shell, "UpdateParamRequestState(Gain, 500) (state 500 of -24..12 dB is -6 dB)",
+               alg.UpdateParamRequestState(gain, 500.0));
+    SendChange(shell, "UpdateParamRequestState(Gain, 500) again (a repeat)",
+               alg.UpdateParamRequestState(gain, 500.0));
+    ml::cALGORITHM::ETranslateTextRetType ret = ml::cALGORITHM::eTranslateTextNotHandled;
+    SendChange(shell, "UpdateParamFromText(Cutoff, \"2k\")",
+               alg.UpdateParamFromText(cutoff, "2k", ret));
+    SendChange(shell, "UpdateParamRequestRealWorld(Cutoff, 500 Hz)",
+               alg.UpdateParamRequestRealWorld(cutoff, 500.0));
+    std::printf("  idle makes the value texts:");
+    alg.DoIdle(0);
+    for (std::uint64_t id : {gain, cutoff})
+        std::printf(" %s \"%s\"", alg.GetParam(id)->m_Name.c_str(),
+                    alg.GetParam(id)->GetValueString().c_str());
+    std::printf("\n");
 }
 
 // Runs one second of two test tones through the module's own process function, reading the
@@ -262,15 +314,8 @@ int Demo(char const *modulePath) {
     std::printf("\n");
     PrintRequests(shell.Instance());
 
-    std::printf("\nsetting gain -6 dB and cutoff 500 Hz through 'prvt':\n");
-    std::size_t mark = shell.Calls().size();
-    PrintCode("SetPluginInfo_double 'prvt' 0",
-              ml::SetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), -6.0, 0));
-    PrintCode("SetPluginInfo_double 'prvt' 1",
-              ml::SetPluginInfo_double(shell.Instance(), ml::WCFourCC("prvt"), 500.0, 1));
-    PrintExecCalls(shell, mark);
-    std::printf("  coefficient words: gain %.4f b0 %.4f a1 %.4f\n", shell.CoefAsFloat(0),
-                shell.CoefAsFloat(1), shell.CoefAsFloat(2));
+    std::printf("\n");
+    ChangeParameters(shell);
     RunAudio(shell);
 
     std::printf("\nidle:\n");
@@ -280,7 +325,7 @@ int Demo(char const *modulePath) {
     std::printf("  num_DoIdle_calls = %.0f\n", idleCalls);
 
     std::printf("\nteardown:\n");
-    mark = shell.Calls().size();
+    const std::size_t mark = shell.Calls().size();
     const std::size_t stepMark = shell.Steps().size();
     PrintCode("stop (step 12)", shell.Stop());
     for (std::size_t i = stepMark; i < shell.Steps().size(); ++i)
