@@ -1,6 +1,7 @@
 #include "Code/Algorithm/WCAlgorithmBroadcaster.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "Code/Algorithm/cALGORITHM.h"
@@ -37,8 +38,19 @@ void WCAlgorithmBroadcaster::PresetLoaded(Preset::CPresetInfo const &info) {
 }
 
 void WCAlgorithmBroadcaster::PresetModified(EPluginSetup setup) {
-    for (auto *listener : std::vector<WCAlgorithmListener *>(m_listeners))
-        listener->PresetModified(setup);
+    // Every value change lands here, so the copy that lets a listener remove itself meanwhile
+    // stays on the stack while the list is short.
+    constexpr std::size_t kOnStack = 8;
+    const std::size_t count = m_listeners.size();
+    if (count > kOnStack) {
+        for (auto *listener : std::vector<WCAlgorithmListener *>(m_listeners))
+            listener->PresetModified(setup);
+        return;
+    }
+    std::array<WCAlgorithmListener *, kOnStack> copy{};
+    std::copy(m_listeners.begin(), m_listeners.end(), copy.begin());
+    for (std::size_t i = 0; i < count; ++i)
+        copy[i]->PresetModified(setup);
 }
 
 void WCAlgorithmBroadcaster::SetupTitleChanged(EPluginSetup setup, WCFixedStringBase const &title) {
