@@ -413,7 +413,7 @@ WCProcessMemory::BUFFER_HEADER *WCProcessMemory::InitStatesBuffer() {
     return buffer;
 }
 
-int WCProcessMemory::SendOneState(int index, int memOp, std::vector<char> const &word) {
+int WCProcessMemory::SendOneState(int index, int memOp, char const *word) {
     if (index < 0)
         return eOutOfRangeNumber;
     if (!Active())
@@ -423,21 +423,22 @@ int WCProcessMemory::SendOneState(int index, int memOp, std::vector<char> const 
         FreeBuffers(buffer);
         return eMemNewFailed;
     }
-    std::memcpy(buffer->data, word.data(), static_cast<std::size_t>(m_WordSize));
+    std::memcpy(buffer->data, word, static_cast<std::size_t>(m_WordSize));
     const int err = SendBuffers(buffer, eExecSendBuffers);
     const int freed = FreeBuffers(buffer);
     return err != eNoErr ? err : freed;
 }
 
+// The word is built on the stack: a meter or a held note may set a state from a hot path.
 int WCProcessMemory::SetSingleStateInt(int index, int value) {
-    std::vector<char> word(static_cast<std::size_t>(m_WordSize) + kImageSlack, 0);
-    m_Converters.m_WriteInt(value, word.data());
+    alignas(8) char word[8 + kImageSlack] = {};
+    m_Converters.m_WriteInt(value, word);
     return SendOneState(index, m_MemOpCodes[0], word);
 }
 
 int WCProcessMemory::SetSingleStateFloat(int index, double value) {
-    std::vector<char> word(static_cast<std::size_t>(m_WordSize) + kImageSlack, 0);
-    m_Converters.m_WriteFrac(value, word.data());
+    alignas(8) char word[8 + kImageSlack] = {};
+    m_Converters.m_WriteFrac(value, word);
     return SendOneState(index, m_MemOpCodes[0], word);
 }
 

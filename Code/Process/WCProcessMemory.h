@@ -192,7 +192,7 @@ private:
                      Put put);
     // Reads `count` words of memory `kind` at `offset` (already based) into `out`.
     int ReadBack(int kind, int offset, int count, std::int64_t memoryRef, std::vector<char> &out);
-    int SendOneState(int index, int memOp, std::vector<char> const &word);
+    int SendOneState(int index, int memOp, char const *word);
 
     WSOwnerFlags m_Flags;
     WTExecCallBack m_ExecCallBack = nullptr;
