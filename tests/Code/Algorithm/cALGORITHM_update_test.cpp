@@ -174,6 +174,11 @@ TEST_F(UpdatePipeline, SetupsCommonAndRealWorldForms) {
     EXPECT_EQ(m_Alg->m_Notified, std::vector<std::uint64_t>{eGain});
     EXPECT_EQ(m_Alg->UpdateParamRequestRealWorld(999, 1.0), nullptr);
     EXPECT_EQ(m_Alg->UpdateParamRealWorld(eGain, INFINITY), nullptr);
+    m_Alg->m_Notified.clear();
+    EXPECT_EQ(m_Alg->SetRealWorldAndUpdateAndNotifyAutomation(eFreq, 2000.0, 1), 0);
+    EXPECT_EQ(RealWorld(eFreq, 1), 2000.0);
+    EXPECT_EQ(RealWorld(eFreq, 0), 1000.0);
+    EXPECT_TRUE(m_Alg->m_Notified.empty()) << "setup B is not the active one";
 }
 
 TEST_F(UpdatePipeline, DragStoresAndTheFinishedDragComputes) {
