@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/MirelNamespace.h"
+#include "core/WCFourCC.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -94,10 +95,10 @@ struct SProcessorSpec {
 
 namespace ProcessMemory {
 
-// One external memory of the process side. `memSpace` holds a four-character code ('XMEM' or
-// 'YMEM') as its 32-bit value.
+// One external memory of the process side, in the memory space 'XMEM' or 'YMEM'; a WCFourCC is
+// one 32-bit word, so the layout is the same as a plain code.
 struct sEXT_BUFF {
-    std::uint32_t memSpace = 0x3F3F3F3F;
+    WCFourCC memSpace = WCFourCC("????");
     std::uint32_t size = 0;
     std::uint32_t reserved = 0;
     std::uint32_t offset = 0;
