@@ -275,11 +275,16 @@ bool g_SupplyFix = false;
 int Answer(double, void *) {
     return 4;
 }
+int Question(void const *, double *) {
+    return 4;
+}
 int Exchange(int op, std::int64_t, void *a, void *, void *) {
     g_Ops.push_back(op);
     if (op == ml::eExecWriteFracConverter)
         *static_cast<ml::WTWriteFracFunc *>(a) = &Answer;
-    if (op == ml::eExecWriteFixConverter)
+    if (op == ml::eExecReadFracConverter)
+        *static_cast<ml::WTReadFracFunc *>(a) = &Question;
+    if (op == ml::eExecWriteFixConverter || op == ml::eExecReadFixConverter)
         return g_SupplyFix ? 0 : ml::eNotImplemented;
     if (op == ml::eExecWordSize)
         *static_cast<int *>(a) = 9; // nonsense falls back to 4
@@ -297,7 +302,7 @@ TEST(ProcessMemoryExchange, AsksInOrderAndFallsBackForFixedSlots) {
         EXPECT_EQ(g_Ops, (std::vector<int>{11, 12, 7, 8, 20, 9, 10, 21, 13, 14}));
         EXPECT_EQ(memory.m_WordSize, 4);
         EXPECT_EQ(memory.Converters().m_WriteFix == &Answer, !supply);
-        EXPECT_EQ(memory.Converters().m_ReadFix, memory.Converters().m_ReadFrac);
+        EXPECT_EQ(memory.Converters().m_ReadFix == &Question, !supply);
     }
 }
 
