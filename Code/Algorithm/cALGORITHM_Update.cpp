@@ -41,15 +41,18 @@ int SetupIndex(EPluginSetup setup) {
     return setup == eSetupB ? 1 : 0;
 }
 
+
+bool MustAlwaysUpdate(sCONTROL_PARAM const &param) {
+    return param.IsFlagSet(eParamFlag_DisplayOnlyParam) ||
+           (param.IsFlagSet(eParamFlag_DontUpdateWhileDrag) && param.m_DragEnd != 0) ||
+           param.IsFlagSet(eParamFlag_AlwaysUpdate) || param.m_ForceUpdate != 0;
+}
+
 } // namespace
 
 bool cALGORITHM::IsUpdateParamAlwayesRequired(std::uint64_t id) const {
     sCONTROL_PARAM const *param = GetParam(id);
-    if (param == nullptr)
-        return false;
-    return param->IsFlagSet(eParamFlag_DisplayOnlyParam) ||
-           (param->IsFlagSet(eParamFlag_DontUpdateWhileDrag) && param->m_DragEnd != 0) ||
-           param->IsFlagSet(eParamFlag_AlwaysUpdate) || param->m_ForceUpdate != 0;
+    return param != nullptr && MustAlwaysUpdate(*param);
 }
 
 BUFFER_HEADER *cALGORITHM::UpdateParamState(std::uint64_t id, double state, bool notify) {
@@ -60,7 +63,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamState(std::uint64_t id, double state, bool
     const int active = SetupIndex(m_ActiveSetup);
     if (param->IsDiscrete())
         state = param->QuantizeState(state);
-    const bool always = IsUpdateParamAlwayesRequired(id);
+    const bool always = MustAlwaysUpdate(*param);
     if (state == param->GetState(active) && !always)
         return nullptr;
 
