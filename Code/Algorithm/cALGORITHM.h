@@ -501,6 +501,11 @@ public:
     // flags ask for it, then clears them. Takes no lock: idle may read a string half made, but
     // never touches the coefficient images.
     int UpdateDisplay(std::uint64_t id);
+    // [main-thread] Refreshes the controls of every parameter from its values in `setup`
+    // (eCurrentSetup the active one). 0 when no GUI is open, as there is nothing to refresh;
+    // eNotImplemented while controls are registered, since refreshing them is the GUI layer's
+    // work, which is not built yet; -19 for a setup that is not one.
+    int UpdateControlsFromParams(EPluginSetup setup);
 
     // [any-thread, takes the process lock] Stores `value` in `setup` (-1 the active one) and its
     // state, asks for a display refresh, and tells the automation when the setup is active.

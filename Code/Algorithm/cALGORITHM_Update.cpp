@@ -271,6 +271,20 @@ int cALGORITHM::UpdateDisplay(std::uint64_t id) {
     return param->UpdateControllers();
 }
 
+int cALGORITHM::UpdateControlsFromParams(EPluginSetup setup) {
+    if (setup != eCurrentSetup && setup != eSetupA && setup != eSetupB)
+        return eOutOfRangeNumber;
+    if (m_GUIMap.empty())
+        return eNoErr;
+    int err = eNoErr;
+    for (auto &param : m_Params) {
+        const int code = param.UpdateControllers();
+        if (err == eNoErr)
+            err = code;
+    }
+    return err;
+}
+
 // ---- automation -----------------------------------------------------------------------------
 
 int cALGORITHM::SetRealWorldAndUpdateAndNotifyAutomation(std::uint64_t id, double value,

@@ -249,6 +249,15 @@ TEST_F(UpdatePipeline, IdleRefreshesDisplaysByUpdateFlagLevel) {
     m_Alg->RefreshAllParams();
     EXPECT_EQ(m_Alg->GetParam(eFreq)->GetUpdateFlags(), 3u);
     EXPECT_EQ(m_Alg->SetParamToUpdateFlag(99, 3), ml::eOutOfRangeNumber);
+
+    EXPECT_EQ(m_Alg->UpdateControlsFromParams(ml::eSetupB), 0) << "no GUI, nothing to refresh";
+    int gui = 0;
+    m_Alg->SetGUIPointer("Primary", reinterpret_cast<ml::CStandardGUI_X *>(&gui));
+    m_Alg->GetParam(eFreq)->m_Controllers.push_back({1, nullptr});
+    EXPECT_EQ(m_Alg->UpdateControlsFromParams(ml::eCurrentSetup), ml::eNotImplemented);
+    EXPECT_EQ(m_Alg->UpdateControlsFromParams(ml::EPluginSetup(2)), ml::eOutOfRangeNumber);
+    m_Alg->GetParam(eFreq)->m_Controllers.clear();
+    m_Alg->SetGUIPointer("Primary", nullptr);
 }
 
 TEST_F(UpdatePipeline, WholeImageSendsPickTheBypassImage) {
