@@ -126,34 +126,31 @@ void WCParam_Base::SetScaleDefaults(double resetValue, EParamValueType resetType
 }
 
 double WCParam_Base::UpdateRealWorldFromState(int setup) noexcept {
-    const std::size_t i = Index(setup);
     if (m_Forward != nullptr)
-        m_RealWorld[i] = StateToRealWorld(m_State[i]);
-    return m_RealWorld[i];
+        SetRealWorldValue(setup, StateToRealWorld(GetState(setup)));
+    return GetRealWorld(setup);
 }
 
 double WCParam_Base::UpdateStateFromRealWorld(int setup) noexcept {
-    const std::size_t i = Index(setup);
     if (m_Inverse != nullptr)
-        m_State[i] = std::clamp(RealWorldToState(m_RealWorld[i]), 0.0, kMaxState);
-    return m_State[i];
+        SetStateValue(setup, std::clamp(RealWorldToState(GetRealWorld(setup)), 0.0, kMaxState));
+    return GetState(setup);
 }
 
 void WCParam_Base::InitRealWorldAndUpdate(int setup) noexcept {
-    const std::size_t i = Index(setup);
-    m_RealWorld[i] = m_InitialValue;
-    m_State[i] = std::clamp(RealWorldToState(m_InitialValue), 0.0, kMaxState);
+    SetRealWorldValue(setup, m_InitialValue);
+    double state = std::clamp(RealWorldToState(m_InitialValue), 0.0, kMaxState);
     if (IsDiscrete())
-        m_State[i] = QuantizeState(m_State[i]);
+        state = QuantizeState(state);
+    SetStateValue(setup, state);
     SetUpdateFlags(3);
 }
 
 void WCParam_Base::UpdateValueString(int setup) {
     if (IsFlagSet(eParamFlag_NoDisplay))
         return;
-    const std::size_t i = Index(setup);
     if (m_DisplayFunction)
-        m_DisplayFunction(m_State[i], m_RealWorld[i], m_ValueString);
+        m_DisplayFunction(GetState(setup), GetRealWorld(setup), m_ValueString);
     else
         m_ValueString.clear();
 }

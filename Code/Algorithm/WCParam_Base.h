@@ -79,11 +79,14 @@ public:
         return FiniteOrZero(m_Forward(state, const_cast<sSCALE_INFO *>(&m_Scale)));
     }
 
-    // [under the process lock] setup is 0 or 1.
-    double GetState(int setup) const noexcept { return m_State[Index(setup)]; }
-    double GetRealWorld(int setup) const noexcept { return m_RealWorld[Index(setup)]; }
-    void SetStateValue(int setup, double state) noexcept { m_State[Index(setup)] = state; }
-    void SetRealWorldValue(int setup, double value) noexcept { m_RealWorld[Index(setup)] = value; }
+    // Writes happen under the process lock; reads may come from idle without it (value texts),
+    // so each value is read and written whole. setup is 0 or 1.
+    double GetState(int setup) const noexcept { return Load(m_State[Index(setup)]); }
+    double GetRealWorld(int setup) const noexcept { return Load(m_RealWorld[Index(setup)]); }
+    void SetStateValue(int setup, double state) noexcept { Store(m_State[Index(setup)], state); }
+    void SetRealWorldValue(int setup, double value) noexcept {
+        Store(m_RealWorld[Index(setup)], value);
+    }
     // Real world from state, and state from real world, for one setup; answers the new value.
     double UpdateRealWorldFromState(int setup) noexcept;
     double UpdateStateFromRealWorld(int setup) noexcept;
@@ -146,12 +149,19 @@ public:
 protected:
     static std::size_t Index(int setup) noexcept { return setup == 1 ? 1 : 0; }
     static double FiniteOrZero(double value) noexcept { return std::isfinite(value) ? value : 0.0; }
+    // Relaxed: a value stands alone, and the update flags order what idle must see after it.
+    static double Load(double const &value) noexcept {
+        return std::atomic_ref<double>(const_cast<double &>(value)).load(std::memory_order_relaxed);
+    }
+    static void Store(double &slot, double value) noexcept {
+        std::atomic_ref<double>(slot).store(value, std::memory_order_relaxed);
+    }
     double ConvertDefault(double value, EParamValueType type) const noexcept;
 
     EParamType m_Type = eParamTypeContinuous;
     TBitVector<unsigned int> m_Flags;
-    std::array<double, 2> m_State{};
-    std::array<double, 2> m_RealWorld{};
+    alignas(std::atomic_ref<double>::required_alignment) std::array<double, 2> m_State{};
+    alignas(std::atomic_ref<double>::required_alignment) std::array<double, 2> m_RealWorld{};
     sSCALE_INFO m_Scale;
     WCFixedString<127> m_ValueString;
     WCFixedString<127> m_LabelString;

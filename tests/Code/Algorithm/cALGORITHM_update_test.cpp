@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -230,6 +231,20 @@ TEST_F(UpdatePipeline, TypedTextsBecomeValuesOrLeaveTheParameter) {
                 << c.text;
         }
     }
+}
+
+// An automation thread changes a value under the process lock while idle makes its value text
+// without it: each value is read and written whole, so the two never race (run under TSan).
+TEST_F(UpdatePipeline, IdleReadsValuesAnAutomationThreadWrites) {
+    std::thread automation([this] {
+        for (int i = 0; i < 2000; ++i)
+            m_Alg->UpdateParamState(eGain, (i % 2) * 1000.0, false);
+    });
+    for (int i = 0; i < 2000; ++i)
+        m_Alg->DoIdle(0);
+    automation.join();
+    m_Alg->DoIdle(0);
+    EXPECT_STREQ(m_Alg->GetParam(eGain)->GetValueString().c_str(), "12.0 dB");
 }
 
 TEST_F(UpdatePipeline, IdleRefreshesDisplaysByUpdateFlagLevel) {
