@@ -5,6 +5,7 @@
 #include <ctime>
 #include <memory>
 
+#include "Code/Algorithm/WCStAlgLocker.h"
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "files/WUFileSystemObjects.h"
 #include "resources/GetAndFilterXMLResource.h"
@@ -145,19 +146,6 @@ void cALGORITHM::UnLockProcess() const {
     m_ProcessLock.release();
 }
 
-namespace {
-// Holds the process lock for a scope, so every return path releases it.
-class WCStAlgLocker {
-public:
-    explicit WCStAlgLocker(cALGORITHM const &alg) : m_alg(alg) { m_alg.LockAlg(); }
-    ~WCStAlgLocker() { m_alg.UnLockAlg(); }
-    WCStAlgLocker(WCStAlgLocker const &) = delete;
-    WCStAlgLocker &operator=(WCStAlgLocker const &) = delete;
-
-private:
-    cALGORITHM const &m_alg;
-};
-} // namespace
 
 // ---- life cycle -----------------------------------------------------------------------------
 

@@ -8,22 +8,11 @@
 #include <cstdlib>
 
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Algorithm/WCStAlgLocker.h"
 
 MIREL_NAMESPACE_BEGIN
 
 namespace {
-
-// Holds the process lock for a scope, so every return path releases it.
-class WCStUpdateLocker {
-public:
-    explicit WCStUpdateLocker(cALGORITHM const &alg) : m_alg(alg) { m_alg.LockAlg(); }
-    ~WCStUpdateLocker() { m_alg.UnLockAlg(); }
-    WCStUpdateLocker(WCStUpdateLocker const &) = delete;
-    WCStUpdateLocker &operator=(WCStUpdateLocker const &) = delete;
-
-private:
-    cALGORITHM const &m_alg;
-};
 
 // Every value change asks idle for a new value text and a control refresh.
 constexpr std::uint32_t kValueChanged = 3;
@@ -59,7 +48,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamState(std::uint64_t id, double state, bool
     sCONTROL_PARAM *param = GetParam(id);
     if (param == nullptr || !IsValidState(state))
         return nullptr;
-    WCStUpdateLocker lock(*this);
+    WCStAlgLocker lock(*this);
     const int active = SetupIndex(m_ActiveSetup);
     if (param->IsDiscrete())
         state = param->QuantizeState(state);
@@ -98,7 +87,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamRealWorld(std::uint64_t id, double value) 
     sCONTROL_PARAM *param = GetParam(id);
     if (param == nullptr || !std::isfinite(value))
         return nullptr;
-    WCStUpdateLocker lock(*this);
+    WCStAlgLocker lock(*this);
     const int active = SetupIndex(m_ActiveSetup);
     const bool changed = value != param->GetRealWorld(active);
     if (!changed && !param->IsFlagSet(eParamFlag_DisplayOnlyParam) &&
@@ -130,7 +119,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamRequestRealWorld(std::uint64_t id, double 
     // An id beyond the list reads as 0.0; UpdateParamRealWorld then refuses it.
     double stored = 0.0;
     {
-        WCStUpdateLocker lock(*this);
+        WCStAlgLocker lock(*this);
         (void)GetParamRealWorld(id, stored);
     }
     BUFFER_HEADER *chain = UpdateParamRealWorld(id, value);
@@ -147,7 +136,7 @@ BUFFER_HEADER *cALGORITHM::DragParam(std::uint64_t id, double state) {
         return nullptr;
     if (!param->IsFlagSet(eParamFlag_DontUpdateWhileDrag))
         return UpdateParamState(id, state, true);
-    WCStUpdateLocker lock(*this);
+    WCStAlgLocker lock(*this);
     const int active = SetupIndex(m_ActiveSetup);
     if (param->IsDiscrete())
         state = param->QuantizeState(state);
@@ -167,7 +156,7 @@ int cALGORITHM::FinishDragParam(std::uint64_t id) {
     sCONTROL_PARAM *param = GetParam(id);
     if (param == nullptr)
         return eOutOfRangeNumber;
-    WCStUpdateLocker lock(*this);
+    WCStAlgLocker lock(*this);
     param->m_DragEnd = 1;
     param->m_LastDraggedValue = -1.0;
     return eNoErr;
@@ -177,7 +166,7 @@ int cALGORITHM::ResetDragParam(std::uint64_t id) {
     sCONTROL_PARAM *param = GetParam(id);
     if (param == nullptr)
         return eOutOfRangeNumber;
-    WCStUpdateLocker lock(*this);
+    WCStAlgLocker lock(*this);
     param->m_DragEnd = 0;
     param->m_LastDraggedValue = -1.0;
     return eNoErr;
@@ -297,7 +286,7 @@ int cALGORITHM::SetRealWorldAndUpdateAndNotifyAutomation(std::uint64_t id, doubl
     const int active = SetupIndex(m_ActiveSetup);
     const int which = setup == -1 ? active : setup;
     {
-        WCStUpdateLocker lock(*this);
+        WCStAlgLocker lock(*this);
         param->SetRealWorldValue(which, value);
         param->SetStateValue(which, std::clamp(param->RealWorldToState(value), 0.0,
                                                WCParam_Base::kMaxState));
@@ -332,7 +321,7 @@ BUFFER_HEADER *cALGORITHM::UpdateDSPCoefs(bool send) {
         return nullptr;
     BUFFER_HEADER *chain = nullptr;
     {
-        WCStUpdateLocker lock(*this);
+        WCStAlgLocker lock(*this);
         if (m_Bypass)
             SetBypassCoefsSelf();
         chain = PrepareCoefBufferWithBypass(0, static_cast<int>(GetCoefsNum()), true);
