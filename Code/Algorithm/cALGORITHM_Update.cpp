@@ -116,12 +116,12 @@ BUFFER_HEADER *cALGORITHM::UpdateParamRequestState(std::uint64_t id, double stat
 }
 
 BUFFER_HEADER *cALGORITHM::UpdateParamRequestRealWorld(std::uint64_t id, double value) {
-    // An id beyond the list reads as 0.0; UpdateParamRealWorld then refuses it.
+    // One hold of the (recursive) lock covers the comparison and the update, so no other
+    // thread's change slips between them. An id beyond the list reads as 0.0;
+    // UpdateParamRealWorld then refuses it.
+    WCStAlgLocker lock(*this);
     double stored = 0.0;
-    {
-        WCStAlgLocker lock(*this);
-        (void)GetParamRealWorld(id, stored);
-    }
+    (void)GetParamRealWorld(id, stored);
     BUFFER_HEADER *chain = UpdateParamRealWorld(id, value);
     if (value != stored)
         NotifyParamValue(id);
