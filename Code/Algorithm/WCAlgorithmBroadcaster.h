@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "Code/Algorithm/CPresetInfo.h"
+#include "Code/Presets/CPresetInfo.h"
 #include "Code/Algorithm/EPluginSetup.h"
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"

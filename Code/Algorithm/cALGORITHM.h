@@ -12,7 +12,7 @@
 
 #include <pugixml.hpp>
 
-#include "Code/Algorithm/CPresetInfo.h"
+#include "Code/Presets/CPresetInfo.h"
 #include "Code/Algorithm/EPluginSetup.h"
 #include "Code/Algorithm/MirelComponentInfo.h"
 #include "Code/Algorithm/WCAlgorithmBroadcaster.h"
