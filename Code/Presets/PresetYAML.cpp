@@ -50,7 +50,8 @@ WTErr PrepareYAMLPresetString(const WSYAMLPresetHeader &header, const std::strin
         if (!out.good())
             return ePresetFileProblem;
         std::string written(out.c_str(), out.size());
-        written += '\n';
+        if (written.empty() || written.back() != '\n')
+            written += '\n';
         text.swap(written);
         return eNoErr;
     } catch (const std::exception &) {
