@@ -39,15 +39,19 @@ void WCAlgorithmBroadcaster::PresetLoaded(Preset::CPresetInfo const &info) {
 
 void WCAlgorithmBroadcaster::PresetModified(EPluginSetup setup) {
     // Every value change lands here, so the copy that lets a listener remove itself meanwhile
-    // stays on the stack while the list is short.
+    // stays on the stack while the list is short, and a lone listener needs none.
     constexpr std::size_t kOnStack = 8;
     const std::size_t count = m_listeners.size();
+    if (count == 1) {
+        m_listeners.front()->PresetModified(setup);
+        return;
+    }
     if (count > kOnStack) {
         for (auto *listener : std::vector<WCAlgorithmListener *>(m_listeners))
             listener->PresetModified(setup);
         return;
     }
-    std::array<WCAlgorithmListener *, kOnStack> copy{};
+    std::array<WCAlgorithmListener *, kOnStack> copy;
     std::copy(m_listeners.begin(), m_listeners.end(), copy.begin());
     for (std::size_t i = 0; i < count; ++i)
         copy[i]->PresetModified(setup);

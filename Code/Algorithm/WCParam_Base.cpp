@@ -125,12 +125,6 @@ void WCParam_Base::SetScaleDefaults(double resetValue, EParamValueType resetType
     m_InitialValue = ConvertDefault(initialValue, initialType);
 }
 
-double WCParam_Base::UpdateRealWorldFromState(int setup) noexcept {
-    if (m_Forward != nullptr)
-        SetRealWorldValue(setup, StateToRealWorld(GetState(setup)));
-    return GetRealWorld(setup);
-}
-
 double WCParam_Base::UpdateStateFromRealWorld(int setup) noexcept {
     if (m_Inverse != nullptr)
         SetStateValue(setup, std::clamp(RealWorldToState(GetRealWorld(setup)), 0.0, kMaxState));

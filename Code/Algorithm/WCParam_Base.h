@@ -88,7 +88,11 @@ public:
         Store(m_RealWorld[Index(setup)], value);
     }
     // Real world from state, and state from real world, for one setup; answers the new value.
-    double UpdateRealWorldFromState(int setup) noexcept;
+    double UpdateRealWorldFromState(int setup) noexcept {
+        if (m_Forward != nullptr)
+            SetRealWorldValue(setup, StateToRealWorld(GetState(setup)));
+        return GetRealWorld(setup);
+    }
     double UpdateStateFromRealWorld(int setup) noexcept;
     // Sets both setups from the initial value: real world kept, state through the inverse.
     void InitRealWorldAndUpdate(int setup) noexcept;

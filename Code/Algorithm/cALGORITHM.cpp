@@ -130,14 +130,8 @@ bool cALGORITHM::IsCurThreadMainThread() const {
     return m_MainThreadRef.IsNull() || m_MainThreadRef == miThread::GetCurrentThreadRef();
 }
 
-void cALGORITHM::LockAlg() const {
-    m_AlgLock.obtain();
-}
 bool cALGORITHM::TryLockAlg() const {
     return m_AlgLock.tryobtain();
-}
-void cALGORITHM::UnLockAlg() const {
-    m_AlgLock.release();
 }
 void cALGORITHM::LockProcess() const {
     m_ProcessLock.obtain();

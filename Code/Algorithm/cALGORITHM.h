@@ -95,7 +95,9 @@ public:
     void SetAutoCallBack(WTAutoCallBack callback, std::int64_t refcon);
     WTAutoCallBack GetAutoCallBack() const { return m_AutoCallBack; }
     // [any-thread] Calls the exec callback with this instance's refcon; -25 when none is set.
-    int CallExecCallBack(int op, void *a, void *b, void *c) const;
+    int CallExecCallBack(int op, void *a, void *b, void *c) const {
+        return m_ProcessMemory.CallExecCallBack(op, a, b, c);
+    }
 
     // [main-thread] Reads the process-code needs into SDSPReqRes, then InitProcessCodeSelf.
     int InitProcessCode();
@@ -130,9 +132,10 @@ public:
 
     // ---- the process lock ------------------------------------------------------------------
     // [any-thread] Recursive; never taken by the audio thread.
-    void LockAlg() const;
+    // Inline: every value change takes and gives it once.
+    void LockAlg() const { m_AlgLock.obtain(); }
     bool TryLockAlg() const;
-    void UnLockAlg() const;
+    void UnLockAlg() const { m_AlgLock.release(); }
     // The second lock exists only with "NeedProcessThreadSafe"; otherwise taking it is free.
     void LockProcess() const;
     void UnLockProcess() const;
@@ -423,8 +426,12 @@ public:
     // The parameters in XML order; the index is the parameter id. Built once by FinishCreate.
     std::uint64_t GetNumParams() const { return m_Params.size(); }
     // Null for an id beyond the list.
-    sCONTROL_PARAM *GetParam(std::uint64_t id);
-    sCONTROL_PARAM const *GetParam(std::uint64_t id) const;
+    sCONTROL_PARAM *GetParam(std::uint64_t id) {
+        return id < m_Params.size() ? &m_Params[id] : nullptr;
+    }
+    sCONTROL_PARAM const *GetParam(std::uint64_t id) const {
+        return id < m_Params.size() ? &m_Params[id] : nullptr;
+    }
     std::vector<sCONTROL_PARAM> const &GetParams() const { return m_Params; }
     // The maps the parameter XML names, kept for the GUIs.
     WSParamMaps const &GetParamMaps() const { return m_ParamMaps; }
@@ -435,7 +442,13 @@ public:
     // [main-thread] State back from real world; -1 the active setup.
     void UnscaleAllParams(int setup);
     // -19 for an id beyond the list.
-    int GetParamRealWorld(std::uint64_t id, double &value) const;
+    int GetParamRealWorld(std::uint64_t id, double &value) const {
+        sCONTROL_PARAM const *param = GetParam(id);
+        if (param == nullptr)
+            return eOutOfRangeNumber;
+        value = param->GetRealWorld(m_ActiveSetup);
+        return eNoErr;
+    }
     int RealWorldToState(std::uint64_t id, double &inOut) const;
     int StateToRealWorld(std::uint64_t id, double &inOut) const;
     // -29 for a name no parameter has.

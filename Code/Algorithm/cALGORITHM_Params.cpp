@@ -10,14 +10,6 @@
 
 MIREL_NAMESPACE_BEGIN
 
-sCONTROL_PARAM *cALGORITHM::GetParam(std::uint64_t id) {
-    return id < m_Params.size() ? &m_Params[id] : nullptr;
-}
-
-sCONTROL_PARAM const *cALGORITHM::GetParam(std::uint64_t id) const {
-    return id < m_Params.size() ? &m_Params[id] : nullptr;
-}
-
 int cALGORITHM::PrepareDisplayFunctionsMap() {
     DisplayFunctions::AddBuiltIns(m_ParamMaps.displayFunctions);
     return PrepareDisplayFunctionsMapSelf();
@@ -84,14 +76,6 @@ void cALGORITHM::UnscaleAllParams(int setup) {
     const int which = setup == -1 ? (m_ActiveSetup == eSetupB ? 1 : 0) : setup;
     for (auto &param : m_Params)
         param.UpdateStateFromRealWorld(which);
-}
-
-int cALGORITHM::GetParamRealWorld(std::uint64_t id, double &value) const {
-    sCONTROL_PARAM const *param = GetParam(id);
-    if (param == nullptr)
-        return eOutOfRangeNumber;
-    value = param->GetRealWorld(m_ActiveSetup);
-    return eNoErr;
 }
 
 int cALGORITHM::RealWorldToState(std::uint64_t id, double &inOut) const {

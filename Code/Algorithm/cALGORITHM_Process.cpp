@@ -5,10 +5,6 @@
 
 MIREL_NAMESPACE_BEGIN
 
-int cALGORITHM::CallExecCallBack(int op, void *a, void *b, void *c) const {
-    return m_ProcessMemory.CallExecCallBack(op, a, b, c);
-}
-
 int cALGORITHM::SetExecCallBack(WTExecCallBack callback, std::int64_t refcon) {
     m_ProcessMemory.SetExecCallBack(callback, refcon);
     return SetExecCallBackSelf();

@@ -22,12 +22,6 @@ WCProcessMemory::WCProcessMemory(WSOwnerFlags flags) : m_Flags(flags) {}
 
 // ---- callback -------------------------------------------------------------------------------
 
-int WCProcessMemory::CallExecCallBack(int op, void *a, void *b, void *c) const {
-    if (m_ExecCallBack == nullptr)
-        return eNotImplemented;
-    return m_ExecCallBack(op, m_ExecRefcon, a, b, c);
-}
-
 void WCProcessMemory::SetExecCallBack(WTExecCallBack callback, std::int64_t refcon) {
     m_LocateFlag = 0;
     m_WordSize = 4;
@@ -173,28 +167,6 @@ WCProcessMemory::BUFFER_HEADER *WCProcessMemory::BreakChainAtLastBuffer(BUFFER_H
     return last;
 }
 
-int WCProcessMemory::FreeBuffers(BUFFER_HEADER *&chain) {
-    if (chain == nullptr)
-        return eNoErr;
-    const int err = CallExecCallBack(eExecFreeBuffers, chain, nullptr, nullptr);
-    chain = nullptr;
-    return err;
-}
-
-int WCProcessMemory::SendBuffers(BUFFER_HEADER *chain, int op) {
-    if (chain == nullptr)
-        return eNoErr;
-    return CallExecCallBack(op, chain, nullptr, nullptr);
-}
-
-int WCProcessMemory::SendAndFreeBuffers(BUFFER_HEADER *&chain, int op, bool send) {
-    if (chain == nullptr)
-        return eNoErr;
-    if (send)
-        SendBuffers(chain, op);
-    return FreeBuffers(chain);
-}
-
 int WCProcessMemory::SendFreeAndSplitIntoSmallBuffers(int kind, int total, sEXT_BUFF const *ext,
                                                       int const *values, unsigned int sleepMs,
                                                       int piece) {
@@ -229,25 +201,6 @@ int WCProcessMemory::SendFreeAndSplitIntoSmallBuffers(int kind, int total, sEXT_
 
 // ---- coefficients ---------------------------------------------------------------------------
 
-int WCProcessMemory::SetupIndex(EPluginSetup setup) const {
-    const int which = setup == eCurrentSetup ? *m_Flags.activeSetup : setup;
-    return which == eSetupA || which == eSetupB ? which : -1;
-}
-
-char *WCProcessMemory::ImageWord(std::vector<char> &image, int index) const {
-    if (index < 0)
-        return nullptr;
-    const std::size_t at = static_cast<std::size_t>(index) * static_cast<std::size_t>(m_WordSize);
-    if (at + static_cast<std::size_t>(m_WordSize) + kImageSlack > image.size())
-        return nullptr;
-    return image.data() + at;
-}
-
-char *WCProcessMemory::GetPointerToCoef(EPluginSetup setup, int index) {
-    const int which = SetupIndex(setup);
-    return which < 0 ? nullptr : ImageWord(m_CoefImage[which], index);
-}
-
 char *WCProcessMemory::GetPointerToBypassCoef(EPluginSetup setup, int index) {
     const int which = SetupIndex(setup);
     return which < 0 ? nullptr : ImageWord(m_BypassImage[which], index);
@@ -263,11 +216,6 @@ int WCProcessMemory::ConvertInto(char *word, Write write) {
         return eOutOfRangeNumber;
     write(word);
     return eNoErr;
-}
-
-int WCProcessMemory::ConvertFracToCoefs(double value, int index) {
-    return ConvertInto(GetPointerToCoef(eCurrentSetup, index),
-                       [&](char *w) { m_Converters.m_WriteFrac(value, w); });
 }
 
 int WCProcessMemory::ConvertDFracToCoefs(double value, int index) {
@@ -333,7 +281,12 @@ WCProcessMemory::BUFFER_HEADER *WCProcessMemory::PrepareCoefBufferWithBypass(int
         return nullptr;
     BUFFER_HEADER *buffer = NewBuffer(KPAPI_PROCESS_MEMORY::eBufferCoefs, m_MemOpCodes[0], 1,
                                       m_CoefsOfs + offset, count, 0);
-    if (buffer != nullptr && buffer->data != nullptr)
+    if (buffer == nullptr || buffer->data == nullptr)
+        return buffer;
+    // One 4-byte word is the common change; a fixed-size copy spares the call into the C library.
+    if (bytes == 4)
+        std::memcpy(buffer->data, image.data() + from, 4);
+    else
         std::memcpy(buffer->data, image.data() + from, bytes);
     return buffer;
 }

@@ -10,6 +10,7 @@
 #include "Code/Process/WUProcessConverters.h"
 #include "Code/Process/sIO_PORT.h"
 #include "core/MirelNamespace.h"
+#include "core/WTErrors.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -65,7 +66,10 @@ public:
     WTExecCallBack GetExecCallBack() const { return m_ExecCallBack; }
     std::int64_t GetExecRefcon() const { return m_ExecRefcon; }
     // [any-thread] eNotImplemented while no callback is set.
-    int CallExecCallBack(int op, void *a, void *b, void *c) const;
+    int CallExecCallBack(int op, void *a, void *b, void *c) const {
+        return m_ExecCallBack == nullptr ? eNotImplemented
+                                         : m_ExecCallBack(op, m_ExecRefcon, a, b, c);
+    }
     ProcessMemory::WUProcessConverters const &Converters() const { return m_Converters; }
 
     // ---- placement --------------------------------------------------------------------------
@@ -104,20 +108,45 @@ public:
     // Unlinks the last buffer of a chain and answers it; a chain of one (or none) stays whole
     // and the answer is null.
     static BUFFER_HEADER *BreakChainAtLastBuffer(BUFFER_HEADER *chain);
-    int FreeBuffers(BUFFER_HEADER *&chain);
-    int SendBuffers(BUFFER_HEADER *chain, int op);
-    int SendAndFreeBuffers(BUFFER_HEADER *&chain, int op, bool send);
+    // The three below run on every value change, hence inline.
+    int FreeBuffers(BUFFER_HEADER *&chain) {
+        if (chain == nullptr)
+            return eNoErr;
+        const int err = CallExecCallBack(eExecFreeBuffers, chain, nullptr, nullptr);
+        chain = nullptr;
+        return err;
+    }
+    int SendBuffers(BUFFER_HEADER *chain, int op) {
+        return chain == nullptr ? eNoErr : CallExecCallBack(op, chain, nullptr, nullptr);
+    }
+    int SendAndFreeBuffers(BUFFER_HEADER *&chain, int op, bool send) {
+        if (chain == nullptr)
+            return eNoErr;
+        if (send)
+            SendBuffers(chain, op);
+        return FreeBuffers(chain);
+    }
     // Sends `total` words of `values` into an external in pieces of at most `piece` words, each
     // made, sent (operation 1) and freed on its own. 0, or -1 when some piece could not be made.
     int SendFreeAndSplitIntoSmallBuffers(int kind, int total, sEXT_BUFF const *ext,
                                          int const *values, unsigned int sleepMs, int piece);
 
     // ---- coefficients ----------------------------------------------------------------------
-    char *GetPointerToCoef(EPluginSetup setup, int index);
+    char *GetPointerToCoef(EPluginSetup setup, int index) {
+        const int which = SetupIndex(setup);
+        return which < 0 ? nullptr : ImageWord(m_CoefImage[which], index);
+    }
     char *GetPointerToBypassCoef(EPluginSetup setup, int index);
     // The word in the image the bypass flag picks.
     char *GetPointerToCoefWithBypass(EPluginSetup setup, int index);
-    int ConvertFracToCoefs(double value, int index);
+    // Inline: the word a plug-in writes on every value change.
+    int ConvertFracToCoefs(double value, int index) {
+        char *word = GetPointerToCoef(eCurrentSetup, index);
+        if (word == nullptr)
+            return eOutOfRangeNumber;
+        m_Converters.m_WriteFrac(value, word);
+        return eNoErr;
+    }
     int ConvertDFracToCoefs(double value, int index);
     int ConvertFixToCoefs(int value, int index);
     int ConvertIntToCoefs(int value, int index);
@@ -183,8 +212,19 @@ public:
 private:
     bool Active() const { return *m_Flags.processActive; }
     bool Bypassed() const { return *m_Flags.bypass; }
-    int SetupIndex(EPluginSetup setup) const;
-    char *ImageWord(std::vector<char> &image, int index) const;
+    int SetupIndex(EPluginSetup setup) const {
+        const int which = setup == eCurrentSetup ? *m_Flags.activeSetup : setup;
+        return which == eSetupA || which == eSetupB ? which : -1;
+    }
+    char *ImageWord(std::vector<char> &image, int index) const {
+        if (index < 0)
+            return nullptr;
+        const std::size_t at =
+            static_cast<std::size_t>(index) * static_cast<std::size_t>(m_WordSize);
+        if (at + static_cast<std::size_t>(m_WordSize) + kImageSlack > image.size())
+            return nullptr;
+        return image.data() + at;
+    }
     template <class Write>
     int ConvertInto(char *word, Write write);
     template <class T, class Put>
