@@ -70,9 +70,9 @@ public:
     WCPoolProcessSide() {
         for (std::size_t i = 0; i < kPool; ++i) {
             m_Buffers[i].data = m_Words[i].data();
-            m_Buffers[i].next = i + 1 < kPool ? &m_Buffers[i + 1] : nullptr;
+            m_Free[i] = &m_Buffers[i];
         }
-        m_Free = m_Buffers.data();
+        m_FreeCount = kPool;
     }
 
     static int Exec(int op, std::int64_t refcon, void *a, void *b, void *) {
@@ -104,15 +104,16 @@ private:
     static constexpr std::size_t kWordsPerBuffer = 16;
 
     int Take(BUFFER_HEADER const &request, BUFFER_HEADER *&out) {
-        if (m_Free == nullptr || request.count < 0 ||
+        if (m_FreeCount == 0 || request.count < 0 ||
             static_cast<std::size_t>(request.count) > kWordsPerBuffer)
             return ml::eMemOutOfMemory;
-        BUFFER_HEADER *buffer = m_Free;
-        m_Free = buffer->next;
-        void *words = buffer->data;
-        *buffer = request;
-        buffer->data = words;
+        BUFFER_HEADER *buffer = m_Free[--m_FreeCount];
+        // Only the fields this side reads back, one by one: a whole-struct copy reads wide words
+        // the caller has just written narrow, which stalls store forwarding on every change.
         buffer->next = nullptr;
+        buffer->kind = request.kind;
+        buffer->offset = request.offset;
+        buffer->count = request.count;
         out = buffer;
         return 0;
     }
@@ -123,24 +124,22 @@ private:
             if (chain->offset < 0 ||
                 static_cast<std::size_t>(chain->offset) + chain->count > m_Memory.size())
                 return ml::eOutOfRangeNumber;
-            std::memcpy(&m_Memory[static_cast<std::size_t>(chain->offset)], chain->data,
-                        static_cast<std::size_t>(chain->count) * 4);
+            auto const *words = static_cast<std::uint32_t const *>(chain->data);
+            for (int i = 0; i < chain->count; ++i)
+                m_Memory[static_cast<std::size_t>(chain->offset + i)] = words[i];
         }
         return 0;
     }
     void Give(BUFFER_HEADER *chain) {
-        while (chain != nullptr) {
-            BUFFER_HEADER *next = chain->next;
-            chain->next = m_Free;
-            m_Free = chain;
-            chain = next;
-        }
+        for (; chain != nullptr && m_FreeCount < kPool; chain = chain->next)
+            m_Free[m_FreeCount++] = chain;
     }
 
     std::array<BUFFER_HEADER, kPool> m_Buffers{};
     std::array<std::array<std::uint32_t, kWordsPerBuffer>, kPool> m_Words{};
     std::array<std::uint32_t, 64> m_Memory{};
-    BUFFER_HEADER *m_Free = nullptr;
+    std::array<BUFFER_HEADER *, kPool> m_Free{};
+    std::size_t m_FreeCount = 0;
 };
 
 // A started instance on the pool process side, in the order a shell starts one.
