@@ -46,6 +46,7 @@ namespace Utils {
 class WCStMemObj;
 }
 class CStandardGUI_X;
+class WCBaseControl;
 
 // Handle of a loaded native module (a shared object on Linux).
 using WTNativeDLLRefType = void;
@@ -454,6 +455,16 @@ public:
     // -29 for a name no parameter has.
     int GetParamIDFromName(char const *name, std::uint64_t &id) const;
     int GetParamGraphData(std::uint64_t id, void *&data) const;
+    // [main-thread] Enters `control` in the parameter's controller list under `tag` (the index
+    // of its registration), so that UpdateDisplay reaches control->UpdatePointer(tag). A pair
+    // already entered stays once. -19 for an id beyond the list, -4003 for a null control.
+    int AddParamController(std::uint64_t id, WCBaseControl *control, std::uint64_t tag);
+    // [main-thread] Takes every entry of `control` out of the parameter's list; -29 when it had
+    // none, -19 for an id beyond the list.
+    int RemoveParamController(std::uint64_t id, WCBaseControl *control);
+    // Whether the parameter is disabled in the active setup ("ConstantDisabled", or disabled by
+    // the plug-in); false for an id beyond the list.
+    bool GetParamDisabledMode(std::uint64_t id) const;
 
     // ---- the update pipeline: one value change, whatever its source, down to buffers -------
     // Every path answers the chain of coefficient buffers UpdateParamSelf built, null when there
@@ -515,9 +526,8 @@ public:
     // never touches the coefficient images.
     int UpdateDisplay(std::uint64_t id);
     // [main-thread] Refreshes the controls of every parameter from its values in `setup`
-    // (eCurrentSetup the active one). 0 when no GUI is open, as there is nothing to refresh;
-    // eNotImplemented while controls are registered, since refreshing them is the GUI layer's
-    // work, which is not built yet; -19 for a setup that is not one.
+    // (eCurrentSetup the active one): each registered control's UpdatePointer. 0 when no GUI
+    // is open, as there is nothing to refresh; -19 for a setup that is not one.
     int UpdateControlsFromParams(EPluginSetup setup);
 
     // [any-thread, takes the process lock] Stores `value` in `setup` (-1 the active one) and its

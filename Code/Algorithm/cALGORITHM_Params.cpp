@@ -1,6 +1,7 @@
 // cALGORITHM: the parameter list, built from the parameter XML with the five name-keyed maps,
 // and the conversions shells and tools ask of it.
 
+#include <algorithm>
 #include <cstring>
 
 #include "Code/Algorithm/WUDisplayFunctions.h"
@@ -114,6 +115,39 @@ int cALGORITHM::GetParamGraphData(std::uint64_t id, void *&data) const {
         return eOutOfRangeNumber;
     data = param->m_GraphData[m_ActiveSetup == eSetupB ? 1 : 0].get();
     return eNoErr;
+}
+
+int cALGORITHM::AddParamController(std::uint64_t id, WCBaseControl *control, std::uint64_t tag) {
+    sCONTROL_PARAM *param = GetParam(id);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    if (control == nullptr)
+        return eMemNullPointer;
+    const std::pair<std::uint64_t, WCBaseControl *> entry(tag, control);
+    if (std::find(param->m_Controllers.begin(), param->m_Controllers.end(), entry) ==
+        param->m_Controllers.end())
+        param->m_Controllers.push_back(entry);
+    return eNoErr;
+}
+
+int cALGORITHM::RemoveParamController(std::uint64_t id, WCBaseControl *control) {
+    sCONTROL_PARAM *param = GetParam(id);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    auto &list = param->m_Controllers;
+    const auto before = list.size();
+    list.erase(std::remove_if(list.begin(), list.end(),
+                              [control](const auto &entry) { return entry.second == control; }),
+               list.end());
+    return list.size() != before ? eNoErr : eValueNotFound;
+}
+
+bool cALGORITHM::GetParamDisabledMode(std::uint64_t id) const {
+    sCONTROL_PARAM const *param = GetParam(id);
+    if (param == nullptr)
+        return false;
+    return param->IsFlagSet(eParamFlag_ConstantDisabled) ||
+           param->m_DisabledMode[m_ActiveSetup == eSetupB ? 1 : 0] != 0;
 }
 
 MIREL_NAMESPACE_END

@@ -1,0 +1,239 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Code/GUI/CDrawable.h"
+#include "Code/GUI/CSelectable.h"
+#include "Code/GUI/WCBaseControl.h"
+#include "Code/GUI/WCBaseImageVector.h"
+#include "Code/GUI/WCMouseHover.h"
+#include "Code/GUI/WCNeedToDrawListener.h"
+#include "Code/GUI/WUControlNames.h"
+#include "core/MirelNamespace.h"
+#include "core/WCFixedString.h"
+#include "core/WCPoint2D.h"
+#include "core/WCRGBAColor.h"
+#include "core/WURect.h"
+
+MIREL_NAMESPACE_BEGIN
+
+class WIControlOwner;
+class WCAnimation;
+
+namespace miGS {
+class WCGraphicStreamBinaryWriter;
+}
+
+// Options a control factory may be handed besides the XML.
+class WCControlCreationOptionsBase {
+public:
+    virtual ~WCControlCreationOptionsBase() = default;
+    int m_Priority = 99;
+};
+
+class WCControlCreationOptions : public WCControlCreationOptionsBase {
+public:
+    WCFixedString<63> m_ClassName;
+    WCFixedString<255> m_Options;
+};
+
+// A control with a picture: geometry (drawable, original, value, image and combined rects),
+// images (background, foreground, selection by level, alpha selection, scale marks, additional),
+// selection level, hover, disabling, dependents that redraw with it, and the GUI XML it is read
+// from and written back to. A parameter change reaches it through UpdatePointer, which marks it
+// for redraw for two frames; the document then asks it for its drawing with
+// GetDrawInstructions, inside a frame of its drawable rect (so positions are frame-local).
+// Owned by its document (WIControlOwner), which outlives it. [main-thread]
+class WCGUIControl : public WCBaseControl,
+                     public CSelectable,
+                     public CDrawable,
+                     public WCMouseHover,
+                     public WCNeedToDrawListener {
+public:
+    static constexpr const char *kDefaultAcceptableCharacters = "0123456789.+-";
+    static constexpr int kDefaultMaxSelection = eSelectActive;
+
+    explicit WCGUIControl(WIControlOwner *owner = nullptr);
+    ~WCGUIControl() override;
+
+    WCGUIControl *Clone() const override;
+
+    // ---- XML ---------------------------------------------------------------------------------
+    // "Name", "Page" and the children of the GUI XML, in document order, then a second pass for
+    // "ControlRectOffset". A child that does not read (a rectangle that is no rectangle, a colour
+    // out of range, an image without a number) is skipped and its code returned at the end, the
+    // first one; everything else is read.
+    WTErr ReadFromXMLWithAlg(const XML::CXMLElement *element, cALGORITHM *alg) override;
+    // Re-reads the XML on a skin change: the same as reading, over what the control holds.
+    virtual WTErr UpdateFromXMLWithAlg(const XML::CXMLElement *element, cALGORITHM *alg);
+    XML::CXMLElement *WriteToXMLWithAlg(XML::CXMLElement *element) const override;
+    WTErr ReadFromXMLParameterList_Registration(const XML::CXMLElement &param,
+                                                WCParamRegistrationData &data) override;
+    WTErr ReadFromXMLImageList(const XML::CXMLElement &list);
+    WTErr ReadFromXMLBitmapList(const XML::CXMLElement &list);
+    WTErr ReadFromXMLSelectionImageList(const XML::CXMLElement &selection);
+    // Extra children of "AdditionalImages" for concrete classes.
+    virtual WTErr ReadFromXMLCustom(const XML::CXMLElement &) { return eNoErr; }
+
+    // ---- life --------------------------------------------------------------------------------
+    // Resolves dependents and father, the direction factor, the dynamic GUI freeze, selection 0,
+    // FinishCreateSelf, animations, and a first redraw.
+    int FinishCreate() override;
+    // Ends the hover and releases every registration that is not display-only.
+    int Release();
+
+    // ---- flags, disabling, showing -----------------------------------------------------------
+    // "NoMultipleSelection" and "AllowShiftMod" go to the selectable flags; "Hidden" hides and
+    // disables.
+    void SetControlFlag(const char *name, bool on) override;
+    void SetControlFlag(unsigned int bit, bool on) override;
+    void UpdateDisabledMode(std::size_t index) override;
+    virtual bool ShouldDisableGUIControl(std::size_t index) const;
+    virtual bool IsDisabled() const { return m_Disabled; }
+    virtual void SetDisabled();
+    virtual void ClearDisabled();
+    void Hide() override;
+    void Show() override;
+
+    // ---- parameter changes and redraw --------------------------------------------------------
+    void UpdatePointer(std::size_t index) override;
+    // This control and its draw dependents need two frames of redraw.
+    void SetNeedToRedrawControl() override;
+    virtual void SetNeedToRedrawControlOnly() { m_RedrawCounter = 2; }
+    virtual void UpdateRedrawControl() {
+        if (m_RedrawCounter > 0)
+            --m_RedrawCounter;
+    }
+    virtual bool NeedToRedrawControl();
+    int GetRedrawCounter() const noexcept { return m_RedrawCounter; }
+
+    // ---- geometry ----------------------------------------------------------------------------
+    virtual void Move(int dx, int dy);
+    virtual void Resize(int width, int height);
+    virtual WURect<short> GetBounds() const { return m_DrawableRect; }
+    // The union of the registrations' bitmap windows; the drawable rect without any.
+    virtual WURect<short> GetImageRect() const;
+    // The union of the value, units and label windows, in GUI coordinates; empty without any.
+    virtual WURect<short> GetValueRect() const;
+    const WURect<short> &GetMovementRect() const noexcept { return m_MovementRect; }
+    // Every rect the control paints in.
+    WURect<short> GetCombinedRect() const;
+    // Inside the drawable rect (right and bottom excluded), on a non-transparent pixel of the
+    // alpha selection and, with "JumpToScaleMarks", of the scale marks mask; else, unless
+    // "IgnoreMouseOnTextWin", inside a text or bitmap window.
+    bool IsInside(const WCPoint2D<short> &point) const;
+    virtual WCPoint2D<short> CalcRelativeClickPoint(const WCPoint2D<short> &point) const;
+    virtual bool IsCyclicControl() const;
+
+    // ---- drawing -----------------------------------------------------------------------------
+    // Background colour, then selection image and parameter data (in the order bit 33 picks).
+    int GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) override;
+    virtual int GetDrawInstructionsBkgColor(miGS::WCGraphicStreamBinaryWriter &writer);
+    virtual int GetDrawInstructionsParamsData(miGS::WCGraphicStreamBinaryWriter &writer);
+    virtual int GetDrawInstructionsSelectionBitmap(miGS::WCGraphicStreamBinaryWriter &writer);
+    virtual int GetDrawInstructionsDefaultSelectionLevel(miGS::WCGraphicStreamBinaryWriter &writer);
+    virtual int GetDrawInstructionsDragDropImage(miGS::WCGraphicStreamBinaryWriter &writer);
+    virtual int GetDrawInstructionsParamBitmapWindow(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                     std::size_t index);
+    virtual int GetDrawInstructionsParamValueWindow(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                    std::size_t index);
+    virtual int GetDrawInstructionsParamUnitsWindow(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                    std::size_t index);
+    virtual int GetDrawInstructionsParamLabelWindow(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                    std::size_t index);
+    virtual int GetDrawInstructionsParamGraphWindow(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                    std::size_t index);
+    virtual int GetDrawInstructionsForStaticTextBackground(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                           const WURect<short> &rect);
+    virtual void SetBkgColor(const WCRGBAColor &color);
+    // The image of the current selection level (level 4 when disabled).
+    WCBaseImage *GetSelectionBitmap() const;
+    virtual void SetControlHighlightInfo(bool highlight) { m_Highlight = highlight; }
+
+    // ---- fields ------------------------------------------------------------------------------
+    WIControlOwner *GetOwner() const noexcept { return m_pOwner; }
+    int GetPage() const noexcept { return m_Page; }
+    int GetDirection() const noexcept { return m_Direction; }
+    int GetDisableMode() const noexcept { return m_DisableMode; }
+    int GetMaxSelection() const noexcept { return m_MaxSelection; }
+    double GetMouseDirectionFactor() const noexcept { return m_MouseDirectionFactor; }
+    double GetMouseSensitivity() const noexcept { return m_MouseSensitivity; }
+    const WCFixedString<31> &GetClassType() const noexcept { return m_ClassType; }
+    const WCFixedString<127> &GetAcceptableCharacters() const noexcept { return m_AcceptableChars; }
+    WCGUIControl *GetFatherControl() const noexcept { return m_pFather; }
+    const std::vector<WCGUIControl *> &GetDependents() const noexcept { return m_Dependents; }
+    const std::vector<WCGUIControl *> &GetDrawDependents() const noexcept { return m_DrawDependents; }
+    const WURect<short> &GetGeneralRect1() const noexcept { return m_GeneralRect1; }
+    const WURect<short> &GetGeneralRect2() const noexcept { return m_GeneralRect2; }
+    bool HasColor() const noexcept { return m_HasColor; }
+    const WCRGBAColor &GetColor() const noexcept { return m_Color; }
+    const std::vector<WURect<short>> &GetColorRects() const noexcept { return m_ColorRects; }
+    const std::vector<WCFixedString<63>> &GetGroups() const noexcept { return m_Groups; }
+    WCBaseImageVector &GetBackground() noexcept { return m_Background; }
+    WCBaseImageVector &GetForeground() noexcept { return m_Foreground; }
+    WCBaseImageVector &GetSelectionImages() noexcept { return m_SelectionImages; }
+    WCBaseImageVector &GetAdditionalImages() noexcept { return m_Additional; }
+    WCBaseImage &GetAlphaSelection() noexcept { return m_AlphaSelection; }
+    WCBaseImage &GetScaleMarksMask() noexcept { return m_ScaleMarksMask; }
+    void SetHoverImage(bool on) noexcept { m_HoverImage = on; }
+
+protected:
+    // Called for registration `index` when its parameter changed and the control shows.
+    virtual void UpdatePointerSelf(std::size_t) {}
+    // Copies everything of this control into `other` (registrations registered anew).
+    void CopyTo(WCGUIControl &other) const;
+    // Animations of the bitmap windows and selection images report to this control.
+    void RegisterWithAnimations();
+    // A text window drawn in its place relative to the control, with its hover rules.
+    int DrawTextWindow(miGS::WCGraphicStreamBinaryWriter &writer, WCStaticText *win,
+                       const char *remark);
+    WTErr ReadOneChild(const XML::CXMLElement &child, cALGORITHM *alg);
+    void WriteImageLists(XML::CXMLElement &element) const;
+
+    WIControlOwner *m_pOwner = nullptr;
+    bool m_Disabled = false;
+    bool m_HoverImage = false;
+    bool m_Highlight = false;
+    bool m_DoubleClickPending = false;
+    bool m_InMouseDown = false;
+    bool m_MouseTrackInside = false;
+    double m_MouseDirectionFactor = 1.0;
+    double m_MouseSensitivity = 1.0;
+    int m_Page = 0;
+    int m_RedrawCounter = 0;
+    int m_MaxSelection = kDefaultMaxSelection;
+    WCFixedString<31> m_ClassType;
+    WCFixedString<63> m_FatherName;
+    WCGUIControl *m_pFather = nullptr;
+    std::vector<WCFixedString<63>> m_DependentNames;
+    std::vector<WCGUIControl *> m_Dependents;
+    std::vector<WCFixedString<63>> m_DrawDependentNames;
+    std::vector<WCGUIControl *> m_DrawDependents;
+    WCBaseImageVector m_Background;
+    WCBaseImageVector m_Foreground;
+    WCBaseImageVector m_SelectionImages;
+    WCBaseImage m_AlphaSelection;
+    WCBaseImage m_ScaleMarksMask;
+    WCBaseImageVector m_Additional;
+    int m_Direction = eDirectionNone;
+    WCPoint2D<short> m_LastMousePosition;
+    WCFixedString<127> m_AcceptableChars{kDefaultAcceptableCharacters};
+    WURect<short> m_GeneralRect1;
+    WURect<short> m_GeneralRect2;
+    WURect<short> m_MovementRect;
+    bool m_DragInProgress = false;
+    short m_DragDropImageResID = -1;
+    int m_DisableMode = eDisableWhenRequested;
+    double m_ValueAtMouseDown = 0.0;
+    bool m_ValueChangedDuringDrag = false;
+    bool m_HasColor = false;
+    WCRGBAColor m_Color;
+    std::vector<WURect<short>> m_ColorRects;
+    std::vector<std::pair<WCAnimation *, std::size_t>> m_Animations;
+    std::vector<WCFixedString<63>> m_Groups;
+};
+
+MIREL_NAMESPACE_END

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/MirelNamespace.h"
+#include "core/WCRGBAColor.h"
+#include "core/WTErrors.h"
+#include "core/WURect.h"
+
+MIREL_NAMESPACE_BEGIN
+
+namespace XML {
+class CXMLElement;
+}
+
+// Rectangles and colours of the GUI XML. [any-thread]
+namespace GUIXML {
+
+// A rectangle from "top", "left" and either "bottom"/"right" or "width"/"height"; an attribute
+// that is absent counts 0. eNotANumber for a value that is no whole number, eOutOfRangeNumber for
+// one beyond a short or a negative width or height; on any error `out` stays as it was.
+WTErr ReadRect(const XML::CXMLElement &element, WURect<short> &out) noexcept;
+// A new element `name` with "top", "left", "width" and "height".
+XML::CXMLElement *WriteRect(const char *name, const WURect<short> &rect);
+// "red", "green", "blue" and "alpha", each 0 to 255; a missing one is 0, a missing alpha 255.
+// eOutOfRangeNumber or eNotANumber leave `out` as it was.
+WTErr ReadColor(const XML::CXMLElement &element, WCRGBAColor &out) noexcept;
+XML::CXMLElement *WriteColor(const char *name, const WCRGBAColor &color);
+// The element's text as a whole number; false leaves `out` alone.
+bool ReadIntText(const XML::CXMLElement &element, int &out) noexcept;
+// The attribute is exactly "true".
+bool IsAttribTrue(const XML::CXMLElement &element, const char *name) noexcept;
+
+} // namespace GUIXML
+
+MIREL_NAMESPACE_END
