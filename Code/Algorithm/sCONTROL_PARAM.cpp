@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Code/GUI/WCBaseControl.h"
 #include "core/WTErrors.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -26,7 +27,11 @@ void sCONTROL_PARAM::TakeSetupData(int setup) {
 }
 
 int sCONTROL_PARAM::UpdateControllers() {
-    return m_Controllers.empty() ? eNoErr : eNotImplemented;
+    // By index: a control may register or leave while it follows the change.
+    for (std::size_t i = 0; i < m_Controllers.size(); ++i)
+        if (WCBaseControl *control = m_Controllers[i].second)
+            control->UpdatePointer(static_cast<std::size_t>(m_Controllers[i].first));
+    return eNoErr;
 }
 
 MIREL_NAMESPACE_END

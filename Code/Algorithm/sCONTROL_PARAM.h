@@ -43,8 +43,8 @@ struct sCONTROL_PARAM : public WCParam_Base {
 
     // [main-thread] The extension follows the active setup.
     void TakeSetupData(int setup);
-    // [main-thread] Tells the controls registered on this parameter its new value. Controls
-    // are the GUI layer's, which is not built: eNotImplemented while any is registered.
+    // [main-thread] Tells the controls registered on this parameter its new value: each
+    // control's UpdatePointer with the tag it registered under.
     int UpdateControllers();
 
     WCFixedString<127> m_Name;
