@@ -63,9 +63,9 @@ WTErr ReadPresetsFromXMLText(const char *text, std::uint64_t length, const CPres
             return error;
         if (root.GetName() != kPresetFileRoot && root.GetName() != kPresetChunkRoot)
             return ePresetFileProblem;
-        WCFixedString<127> version;
-        if (!root.GetAttrib("version", version))
-            version = "None";
+        WCFixedString<127> version("None");
+        if (std::string value; root.GetAttrib("version", value))
+            AssignPresetText(version, value);
         WTPresetList read;
         std::int64_t counter = 0;
         for (const XML::CXMLElement *child : root.GetSubElements()) {
@@ -82,7 +82,7 @@ WTErr ReadPresetsFromXMLText(const char *text, std::uint64_t length, const CPres
                         return error;
                 }
             } else if (name == "Title") {
-                info->m_PresetName = child->GetText().c_str();
+                AssignPresetText(info->m_PresetName, child->GetText());
                 info->m_Flags |= ePresetFlagDummyTitle;
             } else if (name == "Separator") {
                 info->m_PresetName = "Separator";
@@ -90,7 +90,8 @@ WTErr ReadPresetsFromXMLText(const char *text, std::uint64_t length, const CPres
                 std::string types;
                 if (child->GetAttrib("GenericType", types) && types.size() == 4)
                     info->m_GenericType = WCFourCC(types[0], types[1], types[2], types[3]);
-                child->GetAttrib("SubComp", info->m_PluginSubComp);
+                if (std::string subComp; child->GetAttrib("SubComp", subComp))
+                    AssignPresetText(info->m_PluginSubComp, subComp);
             } else {
                 continue;
             }
@@ -109,7 +110,9 @@ WTErr ReadPresetsFromXMLText(const char *text, std::uint64_t length, const CPres
 WTErr WritePresetsFile(const FM::WCStPath &path, const std::vector<const CPresetInfo *> &list) {
     try {
         XML::CXMLElement root;
-        const WTErr error = BuildDocument(list, kPresetFileRoot, {}, root);
+        WSPresetWriteOptions options;
+        options.m_PresetFile = &path;
+        const WTErr error = BuildDocument(list, kPresetFileRoot, options, root);
         if (error != eNoErr)
             return error;
         std::string text;
@@ -156,8 +159,9 @@ WTErr ReadPresetChunk(const Utils::WCStConstMemObj &chunk, CPresetInfo &info) {
             return ePresetInfoNotFound;
         CPresetInfo read(static_cast<const CPresetsFileInfo &>(info));
         read.m_Format = ePresetsFormatXMLString;
-        if (!root.GetAttrib("version", read.m_PresetVersion))
-            read.m_PresetVersion = "None";
+        read.m_PresetVersion = "None";
+        if (std::string value; root.GetAttrib("version", value))
+            AssignPresetText(read.m_PresetVersion, value);
         if (const WTErr error = ReadHeadersFromXML_CPresetInfo(preset, read); error != eNoErr)
             return error;
         read.SetAllLoadFlags(true);

@@ -15,6 +15,15 @@ namespace Preset {
 
 namespace {
 
+// An attribute into a fixed string, cut at a character boundary.
+bool ReadAttribText(const XML::CXMLElement &element, const char *name, WCFixedStringBase &target) {
+    std::string value;
+    if (!element.GetAttrib(name, value))
+        return false;
+    AssignPresetText(target, value);
+    return true;
+}
+
 const char *SetupWord(EPluginSetup setup) noexcept {
     switch (setup) {
     case eSetupA: return "SETUP_A";
@@ -93,7 +102,7 @@ sPresetControlData ReadControl(const XML::CXMLElement &element) {
     sPresetControlData control;
     std::string text;
     if (ControlValue(element, "Name", text))
-        control.m_Name = std::string_view(text);
+        AssignPresetText(control.m_Name, text);
     ReadControlInt(element, "MIDIChannel", control.m_MIDIChannel);
     ReadControlInt(element, "MIDIControlID", control.m_MIDIControlID);
     if (ControlValue(element, "MIDIEventType", text))
@@ -168,7 +177,8 @@ WTErr WritePresetData(const sPresetData &data, const WSPresetWriteOptions &optio
     WTErr firstError = eNoErr;
     for (const auto &block : data.m_PluginSpecific) {
         block->WriteToXML(element.push_sub_element(new XML::CXMLElement("PluginSpecific")));
-        const WTErr error = block->WriteSideFiles();
+        const WTErr error =
+            options.m_PresetFile != nullptr ? block->WriteSideFiles(*options.m_PresetFile) : eNoErr;
         if (firstError == eNoErr)
             firstError = error;
     }
@@ -201,7 +211,7 @@ void ReadDataShell(const XML::CXMLElement &element, const FM::WCStPath &presetPa
     std::string setup;
     if (element.GetAttrib("Setup", setup))
         SetupFromWord(setup, data.m_Setup);
-    element.GetAttrib("SetupName", data.m_SetupName);
+    ReadAttribText(element, "SetupName", data.m_SetupName);
     for (const XML::CXMLElement *child : element.GetSubElements()) {
         if (child->GetName() != "PluginSpecific")
             continue;
@@ -213,7 +223,7 @@ void ReadDataShell(const XML::CXMLElement &element, const FM::WCStPath &presetPa
 }
 
 WTErr ReadHeaderFields(const XML::CXMLElement &element, CPresetInfo &info) {
-    element.GetAttrib("Name", info.m_PresetName);
+    ReadAttribText(element, "Name", info.m_PresetName);
     std::string types;
     if (element.GetAttrib("GenericType", types))
         info.m_GenericType = FirstFourCC(types);
@@ -229,7 +239,7 @@ WTErr ReadHeaderFields(const XML::CXMLElement &element, CPresetInfo &info) {
                             {"ActiveSetup", &info.m_ActiveSetup}};
         for (const auto &field : fields) {
             if (const char *text = header->SubElementText(field.m_Name))
-                *field.m_Field = text;
+                AssignPresetText(*field.m_Field, text);
         }
         if (const char *path = header->SubElementText("ExternalPresetPath"); path && *path)
             info.m_ExternalFilePath = FM::WCStPath(path);
@@ -243,7 +253,7 @@ WTErr ReadHeaderFields(const XML::CXMLElement &element, CPresetInfo &info) {
         }
     }
     if (const char *message = element.SubElementText("MessageToShell"))
-        info.m_ShellMessage = message;
+        AssignPresetText(info.m_ShellMessage, message);
     if (const XML::CXMLElement *sideChain = element.SubElement("VST24SideChainActive")) {
         bool value = false;
         XML::ReadFromXML_Bool(sideChain, value);
@@ -331,7 +341,7 @@ WTErr ReadFromXML_sPresetData(const XML::CXMLElement *const element, bool obsole
                 read.m_PluginSpecificXML = *child;
         } else if (name == "PluginSpecific") {
             WCFixedString<63> tag;
-            child->GetAttrib("TagName", tag);
+            ReadAttribText(*child, "TagName", tag);
             sPluginSpecific *block = nullptr;
             for (const auto &candidate : read.m_PluginSpecific) {
                 if (candidate->m_TagName == tag) {

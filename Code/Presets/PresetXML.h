@@ -4,6 +4,7 @@
 #include "Code/Presets/CPresetInfo.h"
 #include "core/MirelNamespace.h"
 #include "core/WTErrors.h"
+#include "files/WCStPath.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -23,6 +24,9 @@ struct WSPresetWriteOptions {
     bool m_AsChunk = false;
     // Every real-world value as a number, whatever its kind (the "RealWorldPluginState" feature).
     bool m_AllRealWorldAsNumbers = false;
+    // The file being written: blocks with side files write them beside it. Without one (texts,
+    // chunks) nothing is written to disk.
+    const FM::WCStPath *m_PresetFile = nullptr;
 };
 
 // Fills `element` as the "Preset" element of `info`. A separator or title entry gives a

@@ -36,6 +36,16 @@ constexpr WSMIDIName kMIDINames[] = {
 
 } // namespace
 
+void AssignPresetText(WCFixedStringBase &target, std::string_view text) noexcept {
+    std::size_t length = text.size();
+    if (length > target.capacity()) {
+        length = target.capacity();
+        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
+            --length;
+    }
+    target = text.substr(0, length);
+}
+
 const char *GetPresetSectionName(int section) noexcept {
     if (section < 0 || section >= int(std::size(kSectionNames)))
         return "Unknown";

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "core/MirelNamespace.h"
+#include "core/WCFixedString.h"
 #include "core/WCFourCC.h"
 #include "core/WTErrors.h"
 
@@ -120,6 +122,10 @@ enum EMIDIEventType : int {
 // "Note Off" ... "Universal RealTime System Exclusive", "Unknown" otherwise. [any-thread]
 const char *GetMIDIEventTypeName(int type) noexcept;
 EMIDIEventType GetMIDIEventTypeFromName(const char *name) noexcept;
+
+// Sets a fixed string from outside text, cut at its capacity but never inside a UTF-8 sequence,
+// so a cut name still writes as text the next reader accepts. [any-thread]
+void AssignPresetText(WCFixedStringBase &target, std::string_view text) noexcept;
 
 } // namespace Preset
 

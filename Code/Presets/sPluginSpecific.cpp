@@ -55,9 +55,18 @@ std::string Base64Text(const Utils::WCStConstMemObj &data) {
     return text;
 }
 
+// An attribute into a fixed string, cut at a character boundary.
+bool ReadAttribText(const XML::CXMLElement &element, const char *name, WCFixedStringBase &target) {
+    std::string value;
+    if (!element.GetAttrib(name, value))
+        return false;
+    AssignPresetText(target, value);
+    return true;
+}
+
 // One "Descriptor" value: a number written with a comma as decimal mark reads as one.
 void ReadDescriptorValue(const std::string &text, WCFixedStringBase &value) {
-    value = text.c_str();
+    AssignPresetText(value, text);
     if (IsOnlyDecimalText(value.c_str()))
         value.replace(',', '.');
 }
@@ -248,8 +257,8 @@ WTErr sPluginSpecific::ReadHeaderFromXML(const XML::CXMLElement *const element) 
         return eXMLElementMissing;
     sPluginSpecific read;
     read.m_PresetFilePath = m_PresetFilePath;
-    element->GetAttrib("TagName", read.m_TagName);
-    if (!element->GetAttrib("MenuItemString", read.m_MenuItemString))
+    ReadAttribText(*element, "TagName", read.m_TagName);
+    if (!ReadAttribText(*element, "MenuItemString", read.m_MenuItemString))
         read.m_MenuItemString = read.m_TagName;
     element->GetAttrib("TagID", read.m_TagID);
     WCFixedString<63> word;
@@ -263,15 +272,15 @@ WTErr sPluginSpecific::ReadHeaderFromXML(const XML::CXMLElement *const element) 
             if (descriptor->GetName() != "Descriptor")
                 continue;
             WCFixedStringPair<63, 1023> pair;
-            descriptor->GetAttrib("Name", pair.first);
+            ReadAttribText(*descriptor, "Name", pair.first);
             ReadDescriptorValue(descriptor->GetText(), pair.second);
             read.m_Descriptors.push_back(pair);
         }
     }
     if (const XML::CXMLElement *data = element->SubElement("Data")) {
-        if (data->GetAttrib("file", read.m_DataFileName))
+        if (ReadAttribText(*data, "file", read.m_DataFileName))
             read.m_StorageFlags |= eHasDataFile;
-        if (data->GetAttrib("cache", read.m_CacheFileName))
+        if (ReadAttribText(*data, "cache", read.m_CacheFileName))
             read.m_StorageFlags |= eHasCacheFile;
         if (data->AttribExists("load_with_params"))
             read.m_StorageFlags |= eLoadDataFileWithParams;
@@ -327,8 +336,12 @@ XML::CXMLElement *sPluginSpecific::WriteToXML(XML::CXMLElement *element) const {
     return element;
 }
 
-WTErr sPluginSpecific::WriteSideFiles() const {
-    const FM::WCStPath dataFile = GetDataFilePath();
+WTErr sPluginSpecific::WriteSideFiles(const FM::WCStPath &presetFile) const {
+    sPluginSpecific placed;
+    placed.m_StorageFlags = m_StorageFlags;
+    placed.m_DataFileName = m_DataFileName;
+    placed.m_PresetFilePath = presetFile;
+    const FM::WCStPath dataFile = placed.GetDataFilePath();
     if (!dataFile.IsValid())
         return eNoErr;
     std::string text;

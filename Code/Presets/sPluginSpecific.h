@@ -53,8 +53,8 @@ public:
     // "Data" empty: WriteSideFiles writes the file.
     XML::CXMLElement *WriteToXML(XML::CXMLElement *element) const override;
     using CXMLable::WriteToXML;
-    // Writes the data file, if the block has one and knows its preset file. [main-thread]
-    WTErr WriteSideFiles() const;
+    // Writes the data file, if the block has one, beside `presetFile`. [main-thread]
+    WTErr WriteSideFiles(const FM::WCStPath &presetFile) const;
 
     // The data of one "Data" element: the cache if fresh, else the data file or the element's
     // text; then the cache is refreshed. Leaves the block as it was on failure.

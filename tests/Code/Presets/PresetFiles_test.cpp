@@ -185,7 +185,6 @@ protected:
         block->m_StorageFlags = sPluginSpecific::eHasDataFile | sPluginSpecific::eHasCacheFile;
         block->m_DataFileName = "data_table.txt";
         block->m_CacheFileName = "data.cache";
-        block->m_PresetFilePath = m_File;
         ASSERT_EQ(WritePresetsFile(m_File, {&m_Preset}), ml::eNoErr);
     }
 
