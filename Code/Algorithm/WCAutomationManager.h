@@ -26,6 +26,9 @@ public:
         return eOutOfRangeNumber;
     }
     void NotifyParamValue(std::uint64_t id, double value) {}
+    // Each control the host sees hears the state of its lead parameter in the new setup; with
+    // no controls read there is no one to tell.
+    void NotifyHostControlsOfSetup(int setup) {}
 
 private:
     cALGORITHM *m_pAlg = nullptr;

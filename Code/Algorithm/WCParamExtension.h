@@ -17,6 +17,9 @@ public:
     // Called when the active setup changes, so the extension shows the new setup's data.
     virtual void TakeSetupData(int setup) { m_ActiveSetup = setup == 1 ? 1 : 0; }
     int GetActiveSetup() const { return m_ActiveSetup; }
+    // Copies one setup's block over the other's (setup copy, active to passive). The base holds
+    // no block, so it has nothing to copy.
+    virtual void CopySetupData(int /*from*/, int /*to*/) {}
 
 private:
     int m_ActiveSetup = 0;
@@ -26,6 +29,8 @@ private:
 class WCGraphDataBase {
 public:
     virtual ~WCGraphDataBase() = default;
+    // Takes over another setup's data of the same kind (setup copy). The base holds none.
+    virtual void CopyFrom(WCGraphDataBase const & /*other*/) {}
 };
 
 MIREL_NAMESPACE_END

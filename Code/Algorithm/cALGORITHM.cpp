@@ -277,16 +277,6 @@ int cALGORITHM::InitInstanceData() {
     return err;
 }
 
-int cALGORITHM::CopySetup() {
-    const int from = m_ActiveSetup == eSetupB ? 1 : 0;
-    const int to = 1 - from;
-    m_ProcessMemory.CopyImages(from, to);
-    m_SetupNames[to] = m_SetupNames[from];
-    CopySetupSelf(static_cast<EPluginSetup>(from), static_cast<EPluginSetup>(to));
-    m_Broadcaster.PresetModified(static_cast<EPluginSetup>(to));
-    return eNoErr;
-}
-
 int cALGORITHM::SetProcessActive(bool active) {
     const int err = SetProcessActiveSelf(active);
     m_ProcessActive = active;

@@ -376,8 +376,38 @@ public:
     static int GetMirelLibHandle(WTNativeDLLRefType *&handle);
 
     // ---- setups, bypass, chunks ------------------------------------------------------------
+    // Two complete settings, A and B; eCurrentSetup (-1) stands for the active one.
     EPluginSetup GetActiveSetup() const { return m_ActiveSetup; }
+    EPluginSetup GetPassiveSetup() const { return m_ActiveSetup == eSetupB ? eSetupA : eSetupB; }
+    // A or B as given; anything else is the active setup.
+    EPluginSetup GetAbsoluteSetup(EPluginSetup setup) const {
+        return setup == eSetupA || setup == eSetupB ? setup : m_ActiveSetup;
+    }
+    static constexpr int GetSetupsNum() { return 2; }
+    // -19 for a setup that is neither A, B nor -1.
+    int GetSetupName(EPluginSetup setup, WCFixedStringBase &out) const;
+    // Tells the listeners (SetupTitleChanged). -19 for a bad setup, -4003 for a null name.
+    int SetSetupName(EPluginSetup setup, char const *name);
+    int ClearSetupName(EPluginSetup setup) { return SetSetupName(setup, ""); }
+    // "SETUP_A", "SETUP_B" and "CURRENT", the words preset files use; -19 for any other text.
+    static int SetupStringToSetup(char const *text, EPluginSetup &setup);
+    static char const *SetupToSetupString(EPluginSetup setup);
+    // [main-thread] False for -1 or the setup already active; else toggles and tells the GUIs.
+    virtual bool ChangeActiveSetup(EPluginSetup setup);
+    // [main-thread] -1 is the other setup. Extensions, the process side's batch of host
+    // notifications (operation 78) and the listeners follow; answers the active setup.
+    virtual EPluginSetup ToggleActiveSetup(EPluginSetup setup);
+    // [main-thread] Active to passive, one way: parameters, both images, the name.
+    virtual int CopySetup();
     bool GetBypass() const { return m_Bypass; }
+    // Set when bypass changes while the process runs, so the next partial update resends the
+    // coefficients from the image bypass picks.
+    bool GetBypassChanged() const { return m_BypassChanged; }
+    void SetBypassChanged() { m_BypassChanged = true; }
+    void ClearBypassChanged() { m_BypassChanged = false; }
+    // [main-thread] After a bypass change: the whole coefficient image the bypass flag picks
+    // goes to the process side, and the changed flag clears. 0 when there was no change.
+    int DoPartialUpdateAfterBypass();
     BUFFER_HEADER *SetBypass(bool value);
     // [main-thread] SetMuteSelf's chain is sent (operation 0) and freed.
     int SetMute(bool value);
@@ -804,7 +834,6 @@ protected:
     void StartRedisReporting();
     void StopRedisReporting();
     void Report(char const *key, char const *value);
-    int CopySetup();
 
     // The plug-in supplies what no XML gave it yet.
     void SetAlgName(char const *name);
@@ -829,6 +858,7 @@ private:
     bool m_ProcessActive = false;
     bool m_RestoreFlag = false;
     bool m_Bypass = false;
+    bool m_BypassChanged = false;
     bool m_Mute = false;
     EPluginSetup m_ActiveSetup = eSetupA;
     float m_MinOutInRatio = 1.0f;

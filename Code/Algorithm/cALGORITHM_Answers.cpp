@@ -69,15 +69,6 @@ int cALGORITHM::SetTrackVolume(double volume) {
 
 // ---- setups, bypass, chunks -----------------------------------------------------------------
 
-BUFFER_HEADER *cALGORITHM::SetBypass(bool value) {
-    if (value == m_Bypass)
-        return nullptr;
-    m_Bypass = value;
-    if (m_ProcessActive)
-        SetBypassSelf();
-    Report("isBypassed", value ? "true" : "false");
-    return nullptr;
-}
 
 int cALGORITHM::SetMute(bool value) {
     m_Mute = value;

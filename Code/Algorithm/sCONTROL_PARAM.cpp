@@ -21,6 +21,21 @@ double sCONTROL_PARAM::MouseDelta(double delta) const noexcept {
     return m_MouseDeltaFunction != nullptr ? m_MouseDeltaFunction(delta) : DefaultMouseDelta(delta);
 }
 
+void sCONTROL_PARAM::CopySetup(int from, int to) {
+    from &= 1;
+    to &= 1;
+    if (from == to)
+        return;
+    SetStateValue(to, GetState(from));
+    SetRealWorldValue(to, GetRealWorld(from));
+    m_DisabledMode[to] = m_DisabledMode[from];
+    m_CurrentImageIndex[to] = m_CurrentImageIndex[from];
+    if (m_Extension != nullptr)
+        m_Extension->CopySetupData(from, to);
+    if (m_GraphData[from] != nullptr && m_GraphData[to] != nullptr)
+        m_GraphData[to]->CopyFrom(*m_GraphData[from]);
+}
+
 void sCONTROL_PARAM::TakeSetupData(int setup) {
     if (m_Extension)
         m_Extension->TakeSetupData(setup);

@@ -43,6 +43,9 @@ struct sCONTROL_PARAM : public WCParam_Base {
 
     // [main-thread] The extension follows the active setup.
     void TakeSetupData(int setup);
+    // [main-thread, process lock] One setup's half over the other's: state, real world,
+    // disabled mode, current image, extension block and graph data.
+    void CopySetup(int from, int to);
     // [main-thread] Tells the controls registered on this parameter its new value: each
     // control's UpdatePointer with the tag it registered under.
     int UpdateControllers();

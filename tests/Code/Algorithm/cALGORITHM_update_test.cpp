@@ -293,4 +293,79 @@ TEST_F(UpdatePipeline, WholeImageSendsPickTheBypassImage) {
     EXPECT_EQ(m_Alg->UpdateMouseDeltaStep(99, 20.0), 0.0);
 }
 
+// ---- setups A and B ----------------------------------------------------------------------
+
+TEST_F(UpdatePipeline, ToggleSwitchesWholeSetupsInsideOneHostBatch) {
+    m_Alg->UpdateParamState(eGain, 250.0, false);
+    EXPECT_FALSE(m_Alg->ChangeActiveSetup(ml::eCurrentSetup));
+    EXPECT_FALSE(m_Alg->ChangeActiveSetup(ml::eSetupA)) << "already active";
+    m_Shell->ClearLog();
+    EXPECT_EQ(m_Alg->ToggleActiveSetup(ml::eCurrentSetup), ml::eSetupB) << "-1 flips";
+    std::vector<std::int64_t> args;
+    for (auto const &call : m_Shell->Calls())
+        if (call.op == 78)
+            args.push_back(call.arg1);
+    EXPECT_EQ(args, (std::vector<std::int64_t>{1, 0})) << "opened, then closed";
+    EXPECT_EQ(m_Alg->GetParam(eGain)->GetUpdateFlags(), 3u);
+    double value = 0.0;
+    m_Alg->GetParamRealWorld(eGain, value);
+    EXPECT_EQ(value, RealWorld(eGain, 1)) << "reads follow the active setup";
+    EXPECT_NE(value, RealWorld(eGain, 0));
+    m_Alg->UpdateParamState(eGain, 750.0, false);
+    EXPECT_EQ(State(eGain, 0), 250.0) << "setup A kept its value";
+    EXPECT_TRUE(m_Alg->ChangeActiveSetup(ml::eSetupA));
+    EXPECT_EQ(m_Alg->GetActiveSetup(), ml::eSetupA);
+}
+
+TEST_F(UpdatePipeline, CopySetupGoesActiveToPassiveOnly) {
+    m_Alg->UpdateParamState(eGain, 250.0, false);
+    m_Alg->ConvertFracToCoefs(0.5, 1);
+    ASSERT_EQ(m_Alg->SetSetupName(ml::eCurrentSetup, "Bright"), 0);
+    m_Alg->m_Modified = 0;
+    EXPECT_EQ(m_Alg->CopySetup(), 0);
+    EXPECT_EQ(State(eGain, 1), 250.0);
+    EXPECT_EQ(RealWorld(eGain, 1), RealWorld(eGain, 0));
+    EXPECT_EQ(m_Alg->m_Modified, 1);
+    ml::WCFixedString<127> name;
+    EXPECT_EQ(m_Alg->GetSetupName(ml::eSetupB, name), 0);
+    EXPECT_STREQ(name.c_str(), "Bright");
+    m_Alg->ToggleActiveSetup(ml::eSetupB);
+    m_Shell->ClearLog();
+    EXPECT_EQ(m_Alg->UpdateDSPCoefs(true), nullptr);
+    EXPECT_EQ(m_Shell->CoefAsFloat(1), 0.5f) << "setup B sends the copied image";
+    m_Alg->UpdateParamState(eGain, 900.0, false);
+    EXPECT_EQ(State(eGain, 0), 250.0) << "a change in B does not flow back";
+    EXPECT_EQ(m_Alg->GetSetupName(ml::EPluginSetup(2), name), ml::eOutOfRangeNumber);
+}
+
+TEST_F(UpdatePipeline, SetupWordsReadBackInAnyCase) {
+    const struct {
+        const char *text;
+        int code;
+        ml::EPluginSetup setup;
+    } cases[] = {{"SETUP_A", 0, ml::eSetupA}, {"setup_b", 0, ml::eSetupB},
+                 {"CURRENT", 0, ml::eCurrentSetup}, {"C", ml::eOutOfRangeNumber, ml::eSetupB}};
+    for (auto const &c : cases) {
+        ml::EPluginSetup setup = ml::eSetupB;
+        EXPECT_EQ(Ret::SetupStringToSetup(c.text, setup), c.code) << c.text;
+        EXPECT_EQ(setup, c.setup) << c.text;
+        if (c.code == 0)
+            EXPECT_STRCASEEQ(Ret::SetupToSetupString(c.setup), c.text);
+    }
+}
+
+TEST_F(UpdatePipeline, BypassSendsOnlyOnItsNextPartialUpdate) {
+    m_Shell->ClearLog();
+    m_Alg->SetBypass(true);
+    EXPECT_TRUE(m_Alg->GetBypassChanged());
+    m_Alg->SetBypass(true);
+    EXPECT_TRUE(m_Shell->Calls().empty()) << "bypass itself sends nothing";
+    EXPECT_EQ(m_Alg->DoPartialUpdateAfterBypass(), 0);
+    EXPECT_EQ(m_Shell->Ops(), (std::vector<int>{5, 0, 4}));
+    EXPECT_EQ(m_Shell->CoefAsFloat(1), 0.25f);
+    m_Shell->ClearLog();
+    EXPECT_EQ(m_Alg->DoPartialUpdateAfterBypass(), 0);
+    EXPECT_TRUE(m_Shell->Calls().empty()) << "the change was spent";
+}
+
 } // namespace
