@@ -139,8 +139,21 @@ WTErr WCGUIControl::ReadOneChild(const XML::CXMLElement &child, cALGORITHM *alg)
 WTErr WCGUIControl::UpdateFromXMLWithAlg(const XML::CXMLElement *element, cALGORITHM *alg) {
     if (element == nullptr)
         return eMemNullPointer;
+    // What the XML lists is read afresh rather than appended to what the last skin gave.
+    UnregisterAll();
+    m_Registrations.clear();
+    m_LeadParamIndex = 0;
+    for (WCBaseImageVector *images : {&m_Background, &m_Foreground, &m_SelectionImages, &m_Additional})
+        images->Clear();
+    m_ColorRects.clear();
+    m_DependentNames.clear();
+    m_DrawDependentNames.clear();
+    m_Groups.clear();
+    m_Animations.clear();
     const WTErr err = ReadFromXMLWithAlg(element, alg);
     const WTErr selfErr = UpdateFromXMLWithAlgSelf(element, alg);
+    RegisterWithAnimations();
+    SetNeedToRedrawControl();
     return err != eNoErr ? err : selfErr;
 }
 

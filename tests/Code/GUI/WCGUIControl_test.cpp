@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/CSelectableHome.h"
 #include "Code/GUI/WIControlOwner.h"
 #include "Code/GUI/WUControlNames.h"
 #include "Utilities/XML/Code/CXMLElement.h"
@@ -429,6 +430,27 @@ TEST(WCMouseHover, DelaysShowingAndLeavingByOneSecond) {
     EXPECT_FALSE(hover.GetHoverVisibility()) << "the delay counted from the hover's start";
     EXPECT_TRUE(hover.IsHoverToBeCleaned());
     EXPECT_FALSE(hover.IsHoverToBeCleaned()) << "once";
+}
+
+TEST(CSelectableHome, TabSwapsWithTheNextSelectableOfTheRing) {
+    ml::CSelectable a, b, c, unselectable;
+    for (ml::CSelectable *s : {&a, &b, &c})
+        s->SetMinMax(0, 3);
+    ml::CSelectableHome home;
+    home.BuildSelectableList({&a, nullptr, &b, &unselectable, &c});
+    a.SetSelection(2, true);
+    c.SetSelection(1, true);
+    EXPECT_EQ(home.CurrMaxSelected(), 2);
+    EXPECT_EQ(a.DoTab(ml::eNeighborRight), &c) << "a level just below wins over the nearer one";
+    EXPECT_EQ(a.GetSelection(), 1);
+    EXPECT_EQ(c.GetSelection(), 2);
+    EXPECT_EQ(c.DoTab(ml::eNeighborLeft), &a) << "the walk goes left through the unselectable";
+    EXPECT_EQ(home.GetNumSelectedControls(1, 3), 2);
+    const bool shift[4] = {false, false, true, false}, both[4] = {false, false, true, true};
+    EXPECT_EQ(ml::CSelectableHome::DirectionFromTabModifiers(shift), 0);
+    EXPECT_EQ(ml::CSelectableHome::DirectionFromTabModifiers(both), 1);
+    home.ResetSelectedList();
+    EXPECT_EQ(home.CurrMaxSelected(), 0);
 }
 
 } // namespace
