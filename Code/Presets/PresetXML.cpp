@@ -1,5 +1,6 @@
 #include "Code/Presets/PresetXML.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <string>
@@ -206,11 +207,16 @@ WTErr ReadParameters(const XML::CXMLElement &element, bool obsolete, sPresetData
     return eNoErr;
 }
 
+// The setup a "PresetData" element names: CURRENT without "Setup"; false for an unknown word.
+bool DataSetup(const XML::CXMLElement &element, EPluginSetup &setup) {
+    setup = eCurrentSetup;
+    std::string word;
+    return !element.GetAttrib("Setup", word) || SetupFromWord(word, setup) == eNoErr;
+}
+
 void ReadDataShell(const XML::CXMLElement &element, const FM::WCStPath &presetPath,
                    sPresetData &data) {
-    std::string setup;
-    if (element.GetAttrib("Setup", setup))
-        SetupFromWord(setup, data.m_Setup);
+    DataSetup(element, data.m_Setup);
     ReadAttribText(element, "SetupName", data.m_SetupName);
     for (const XML::CXMLElement *child : element.GetSubElements()) {
         if (child->GetName() != "PluginSpecific")
@@ -218,8 +224,33 @@ void ReadDataShell(const XML::CXMLElement &element, const FM::WCStPath &presetPa
         auto block = std::make_unique<sPluginSpecific>();
         block->m_PresetFilePath = presetPath;
         block->ReadHeaderFromXML(child);
-        data.m_PluginSpecific.push_back(std::move(block));
+        // A tag names one block of a setup: the first element of a tag counts, as in the data.
+        bool seen = false;
+        for (const auto &other : data.m_PluginSpecific)
+            seen = seen || other->m_TagName == block->m_TagName;
+        if (!seen)
+            data.m_PluginSpecific.push_back(std::move(block));
     }
+}
+
+// One shell per setup the preset names, in the order of the elements: an element of an unknown
+// setup, or of one already seen, has no shell of its own, as the data reader fills none for it.
+std::vector<std::unique_ptr<sPresetData>> ReadDataShells(const XML::CXMLElement &preset,
+                                                         const FM::WCStPath &presetPath) {
+    std::vector<std::unique_ptr<sPresetData>> shells;
+    for (const XML::CXMLElement *child : preset.GetSubElements()) {
+        EPluginSetup setup = eCurrentSetup;
+        if (child->GetName() != "PresetData" || !DataSetup(*child, setup))
+            continue;
+        bool seen = false;
+        for (const auto &shell : shells)
+            seen = seen || shell->m_Setup == setup;
+        if (seen)
+            continue;
+        shells.push_back(std::make_unique<sPresetData>());
+        ReadDataShell(*child, presetPath, *shells.back());
+    }
+    return shells;
 }
 
 WTErr ReadHeaderFields(const XML::CXMLElement &element, CPresetInfo &info) {
@@ -324,6 +355,7 @@ WTErr ReadFromXML_sPresetData(const XML::CXMLElement *const element, bool obsole
     if (element == nullptr)
         return eXMLElementMissing;
     sPresetData read(data);
+    std::vector<WCFixedString<63>> tags;
     for (const XML::CXMLElement *child : element->GetSubElements()) {
         const auto &name = child->GetName();
         if (name == "Parameters") {
@@ -342,6 +374,10 @@ WTErr ReadFromXML_sPresetData(const XML::CXMLElement *const element, bool obsole
         } else if (name == "PluginSpecific") {
             WCFixedString<63> tag;
             ReadAttribText(*child, "TagName", tag);
+            // A later element of a tag already read would overwrite its block; the first counts.
+            if (std::find(tags.begin(), tags.end(), tag) != tags.end())
+                continue;
+            tags.push_back(tag);
             sPluginSpecific *block = nullptr;
             for (const auto &candidate : read.m_PluginSpecific) {
                 if (candidate->m_TagName == tag) {
@@ -372,13 +408,7 @@ WTErr ReadHeadersFromXML_CPresetInfo(const XML::CXMLElement *const element, CPre
     read.m_ResourceID = info.m_ResourceID;
     read.m_ResourceType = info.m_ResourceType;
     ReadHeaderFields(*element, read);
-    for (const XML::CXMLElement *child : element->GetSubElements()) {
-        if (child->GetName() != "PresetData")
-            continue;
-        auto data = std::make_unique<sPresetData>();
-        ReadDataShell(*child, read, *data);
-        read.m_Data.push_back(std::move(data));
-    }
+    read.m_Data = ReadDataShells(*element, read);
     info = std::move(read);
     return eNoErr;
 }
@@ -391,14 +421,7 @@ WTErr ReadDataHeadersFromXML_CPresetInfo(const XML::CXMLElement *const root, CPr
         child->GetAttrib("Name", name);
         if (child->GetName() != "Preset" || info.m_PresetName != name.c_str())
             continue;
-        std::vector<std::unique_ptr<sPresetData>> shells;
-        for (const XML::CXMLElement *data : child->GetSubElements()) {
-            if (data->GetName() != "PresetData")
-                continue;
-            shells.push_back(std::make_unique<sPresetData>());
-            ReadDataShell(*data, info, *shells.back());
-        }
-        info.m_Data = std::move(shells);
+        info.m_Data = ReadDataShells(*child, info);
         return eNoErr;
     }
     return ePresetInfoNotFound;
@@ -412,16 +435,13 @@ WTErr ReadDataFromXML_CPresetInfo(const XML::CXMLElement *const element, CPreset
     for (const XML::CXMLElement *child : element->GetSubElements()) {
         if (child->GetName() != "PresetData" || child->GetSubElements().empty())
             continue;
-        std::string word;
-        if (child->GetAttrib("Setup", word)) {
-            EPluginSetup setup = eCurrentSetup;
-            if (SetupFromWord(word, setup) != eNoErr)
-                continue;
-            sPresetData *data = nullptr;
-            for (const auto &candidate : read.m_Data) {
-                if (candidate->m_Setup == setup)
-                    data = candidate.get();
-            }
+        EPluginSetup setup = eCurrentSetup;
+        if (!DataSetup(*child, setup))
+            continue;
+        if (child->AttribExists("Setup")) {
+            sPresetData *data = read.GetData(setup);
+            if (data != nullptr && data->m_Setup != setup)
+                data = nullptr;
             if (data == nullptr) {
                 data = &read.GetOrAddData(setup);
                 ReadDataShell(*child, read, *data);

@@ -319,6 +319,10 @@ XML::CXMLElement *sPluginSpecific::WriteToXML(XML::CXMLElement *element) const {
             descriptor->AddAttrib("Name", pair.first.c_str());
         }
     }
+    // A tree block without its tree has nothing to say, and an empty "Data" of that type reads
+    // as a missing tree, so the element is left out.
+    if (m_DataType == ePSXMLObject && !m_XMLData && (m_StorageFlags & eHasDataFile) == 0)
+        return element;
     auto *data = element->push_sub_element(new XML::CXMLElement("Data"));
     if (m_StorageFlags & eHasDataFile)
         data->AddAttrib("file", m_DataFileName.c_str());
