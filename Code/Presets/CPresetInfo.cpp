@@ -109,9 +109,13 @@ WTErr GetDescriptor(const sPluginSpecific *block, const char *name, WCFixedStrin
 
 } // namespace
 
-CPresetInfo::CPresetInfo() { MembersDefaults(); }
+CPresetInfo::CPresetInfo() {
+    MembersDefaults();
+}
 
-CPresetInfo::CPresetInfo(const CPresetsFileInfo &file) : CPresetsFileInfo(file) { MembersDefaults(); }
+CPresetInfo::CPresetInfo(const CPresetsFileInfo &file) : CPresetsFileInfo(file) {
+    MembersDefaults();
+}
 
 CPresetInfo::CPresetInfo(const CPresetInfo &other) : CPresetsFileInfo(other) {
     CopyFields(other);

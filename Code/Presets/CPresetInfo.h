@@ -48,8 +48,12 @@ public:
     bool IsSeperator() const noexcept { return (m_Flags & ePresetFlagSeparator) != 0; }
     bool IsDummyTitle() const noexcept { return (m_Flags & ePresetFlagDummyTitle) != 0; }
     bool IsDisabled() const noexcept { return (m_Flags & ePresetFlagDisabled) != 0; }
-    bool IsLocked() const { return (m_Flags & ePresetFlagLocked) != 0 || CPresetsFileInfo::IsLocked(); }
-    bool IsReadOnly() const noexcept { return (m_Flags & ePresetFlagReadOnly) != 0 || m_ReadOnly != 0; }
+    bool IsLocked() const {
+        return (m_Flags & ePresetFlagLocked) != 0 || CPresetsFileInfo::IsLocked();
+    }
+    bool IsReadOnly() const noexcept {
+        return (m_Flags & ePresetFlagReadOnly) != 0 || m_ReadOnly != 0;
+    }
     bool IsLoadedFromHost() const noexcept { return m_Section == ePresetSectionHostPresetChunk; }
     bool IsLoadedFromHostOrDefaultPreset() const noexcept {
         return m_Section == ePresetSectionHostPresetChunk || m_Section == ePresetSectionStartup;
@@ -80,13 +84,14 @@ public:
                                EPluginSetup setup, std::uint32_t flags = 0);
     WTErr AddPluginSpecifcDescriptor_Tag(const char *tag, const char *name, const char *value,
                                          EPluginSetup setup);
-    WTErr AddPluginSpecifcDescriptor_Index(std::uint64_t index, const char *name,
-                                           const char *value, EPluginSetup setup);
+    WTErr AddPluginSpecifcDescriptor_Index(std::uint64_t index, const char *name, const char *value,
+                                           EPluginSetup setup);
     WTErr AddPluginSpecifcFlag(const char *tag, std::uint32_t flag, EPluginSetup setup);
 
     sPluginSpecific *FindPluginSpecific_Tag(const char *tag, EPluginSetup setup) const noexcept;
     sPluginSpecific *FindPluginSpecific_Tag(int id, EPluginSetup setup) const noexcept;
-    sPluginSpecific *FindPluginSpecific_Index(std::uint64_t index, EPluginSetup setup) const noexcept;
+    sPluginSpecific *FindPluginSpecific_Index(std::uint64_t index,
+                                              EPluginSetup setup) const noexcept;
 
     // The block's tree (XMLObject only, else eDataFormatNotSupported); the pointer stays owned.
     WTErr GetPluginSpecificData_Tag(const char *tag, EPluginSetup setup,

@@ -10,7 +10,8 @@ CPresetsFileInfo::CPresetsFileInfo(const FM::WCStPath &path, EPresetsFormat form
 
 bool CPresetsFileInfo::IsValidPresetFile() const {
     const bool knownFormat = m_Format == ePresetsFormatResource ||
-                             m_Format == ePresetsFormatXMLFile || m_Format == ePresetsFormatYAMLFile;
+                             m_Format == ePresetsFormatXMLFile ||
+                             m_Format == ePresetsFormatYAMLFile;
     return knownFormat && IsValid() && IsExist();
 }
 

@@ -17,7 +17,8 @@ namespace Preset {
 class CPresetsFileInfo : public FM::WCStPath {
 public:
     CPresetsFileInfo() = default;
-    explicit CPresetsFileInfo(const FM::WCStPath &path, EPresetsFormat format = ePresetsFormatUnknown,
+    explicit CPresetsFileInfo(const FM::WCStPath &path,
+                              EPresetsFormat format = ePresetsFormatUnknown,
                               EPresetSection section = ePresetSectionNone);
 
     // The path exists and the format is a resource, an .xps or a .yps file.

@@ -196,7 +196,8 @@ WTErr ReadParameters(const XML::CXMLElement &element, bool obsolete, sPresetData
         data.m_DataType = ePresetDataStates;
         data.m_NumParams = data.m_States.size();
     } else if (type == "realworld") {
-        ParseRealWorldText(element.GetText().c_str(), obsolete, data.m_RealWorld, data.m_ValueKinds);
+        ParseRealWorldText(element.GetText().c_str(), obsolete, data.m_RealWorld,
+                           data.m_ValueKinds);
         data.m_DataType = ePresetDataRealWorld;
         data.m_NumParams = data.m_RealWorld.size();
     } else if (type == "reset") {
@@ -332,12 +333,13 @@ WTErr WriteToXML_CPresetInfo(const CPresetInfo &info, XML::CXMLElement &element,
     if (!info.m_ShellMessage.empty())
         element.push_back(new XML::CXMLElement("MessageToShell", info.m_ShellMessage.c_str()));
     if (info.m_SideChainActive != CPresetInfo::kSideChainNotStored)
-        element.push_back(new XML::CXMLElement("VST24SideChainActive", info.m_SideChainActive == 1));
+        element.push_back(
+            new XML::CXMLElement("VST24SideChainActive", info.m_SideChainActive == 1));
 
     WTErr firstError = eNoErr;
     for (const auto &data : info.m_Data) {
-        const WTErr error =
-            WritePresetData(*data, options, *element.push_sub_element(new XML::CXMLElement("PresetData")));
+        const WTErr error = WritePresetData(
+            *data, options, *element.push_sub_element(new XML::CXMLElement("PresetData")));
         if (firstError == eNoErr)
             firstError = error;
     }
@@ -446,7 +448,8 @@ WTErr ReadDataFromXML_CPresetInfo(const XML::CXMLElement *const element, CPreset
                 data = &read.GetOrAddData(setup);
                 ReadDataShell(*child, read, *data);
             }
-            if (const WTErr error = ReadFromXML_sPresetData(child, obsolete, *data); error != eNoErr)
+            if (const WTErr error = ReadFromXML_sPresetData(child, obsolete, *data);
+                error != eNoErr)
                 return error;
         } else {
             if (read.m_Data.empty())

@@ -12,7 +12,7 @@ namespace Preset {
 
 namespace {
 
-constexpr const char *kFixedKeys[] = {"GenericType", "PluginName", "PluginSubComp",
+constexpr const char *kFixedKeys[] = {"GenericType",   "PluginName", "PluginSubComp",
                                       "PluginVersion", "VendorName", "ChunkData"};
 
 bool IsFixedKey(const std::string &key) noexcept {
@@ -35,7 +35,8 @@ WTErr PrepareYAMLPresetString(const WSYAMLPresetHeader &header, const std::strin
     try {
         YAML::Emitter out;
         out << YAML::BeginMap;
-        out << YAML::Key << "GenericType" << YAML::Value << header.m_GenericType.GetString().c_str();
+        out << YAML::Key << "GenericType" << YAML::Value
+            << header.m_GenericType.GetString().c_str();
         out << YAML::Key << "PluginName" << YAML::Value << header.m_PluginName.c_str();
         out << YAML::Key << "PluginSubComp" << YAML::Value << header.m_PluginSubComp.c_str();
         out << YAML::Key << "PluginVersion" << YAML::Value
@@ -87,8 +88,8 @@ WTErr GetDataChunkFromYAMLPresetText(const std::string &text, std::string &chunk
             for (const auto &entry : root) {
                 if (!entry.first.IsScalar() || IsFixedKey(entry.first.Scalar()))
                     continue;
-                read.m_PluginKeys.emplace_back(entry.first.Scalar(),
-                                               entry.second.IsScalar() ? entry.second.Scalar() : "");
+                read.m_PluginKeys.emplace_back(
+                    entry.first.Scalar(), entry.second.IsScalar() ? entry.second.Scalar() : "");
             }
             *header = std::move(read);
         }

@@ -9,13 +9,13 @@ namespace Preset {
 
 namespace {
 
-constexpr const char *kSectionNames[] = {"Factory", "ExternalFile", "Factory",
-                                         "DynamicFactory", "User", "HostPresetChunk",
-                                         "InternalPresetChunk", "Startup", "Cloud"};
+constexpr const char *kSectionNames[] = {
+    "Factory",         "ExternalFile",        "Factory", "DynamicFactory", "User",
+    "HostPresetChunk", "InternalPresetChunk", "Startup", "Cloud"};
 
-constexpr const char *kDataTypeWords[] = {"NoData",       "BufferDouble",     "BufferFloat",
-                                          "BufferLong",   "BufferString",     "CompressedBase64",
-                                          "XMLObject",    "CharacterData"};
+constexpr const char *kDataTypeWords[] = {"NoData",     "BufferDouble", "BufferFloat",
+                                          "BufferLong", "BufferString", "CompressedBase64",
+                                          "XMLObject",  "CharacterData"};
 
 struct WSMIDIName {
     EMIDIEventType m_Type;

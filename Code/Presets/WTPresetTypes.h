@@ -14,10 +14,10 @@ namespace Preset {
 
 // Codes of the preset readers that are in use but have no name in the error table, so
 // WTErrName gives "Unnamed error" for them.
-inline constexpr WTErr kErrPresetChunkEmpty = -5023;   // a chunk came out (or came in) empty
-inline constexpr WTErr kErrPresetHasNoData = -5011;    // a preset to load holds no setup
+inline constexpr WTErr kErrPresetChunkEmpty = -5023;    // a chunk came out (or came in) empty
+inline constexpr WTErr kErrPresetHasNoData = -5011;     // a preset to load holds no setup
 inline constexpr WTErr kErrForeignPresetVendor = -7974; // a .yps file of another maker
-inline constexpr WTErr kErrUnknownChunkID = -1;        // a chunk id the frame does not keep
+inline constexpr WTErr kErrUnknownChunkID = -1;         // a chunk id the frame does not keep
 
 // Host chunk ids: the whole state, the current setup alone, and the always-empty preferences.
 inline constexpr WCFourCC kChunkWholeState("XPst");
@@ -29,10 +29,10 @@ enum EPresetsFormat : int {
     ePresetsFormatUnknown = 0,
     ePresetsFormatOld1 = 1,
     ePresetsFormatOld2 = 2,
-    ePresetsFormatResource = 3, // resource "Presets" (id 1000 by default) in a bundle
-    ePresetsFormatXMLFile = 4,  // an .xps file
+    ePresetsFormatResource = 3,  // resource "Presets" (id 1000 by default) in a bundle
+    ePresetsFormatXMLFile = 4,   // an .xps file
     ePresetsFormatXMLString = 5, // a host chunk in memory
-    ePresetsFormatYAMLFile = 6, // a .yps file
+    ePresetsFormatYAMLFile = 6,  // a .yps file
 };
 
 // Where a preset came from; 0 is shown as factory.

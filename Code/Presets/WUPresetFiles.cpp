@@ -17,7 +17,8 @@ WTErr ReadPresetFileText(const FM::WCStPath &path, std::string &text) {
     try {
         FM::WCStFileRead file(path);
         std::string read;
-        if (!file.IsValid() || file.ReadToStdString(read) != eNoErr || read.size() > kMaxPresetFileSize)
+        if (!file.IsValid() || file.ReadToStdString(read) != eNoErr ||
+            read.size() > kMaxPresetFileSize)
             return ePresetFileProblem;
         text.swap(read);
         return eNoErr;

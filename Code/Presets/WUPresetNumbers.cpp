@@ -16,7 +16,9 @@ namespace {
 constexpr const char *kTokenSeparators = " \t\n;";
 constexpr std::size_t kMaxRealWorldToken = 127;
 
-bool IsDigit(char ch) noexcept { return ch >= '0' && ch <= '9'; }
+bool IsDigit(char ch) noexcept {
+    return ch >= '0' && ch <= '9';
+}
 
 // Calls `visit(token)` for every token of `text`.
 template <typename Visit>

@@ -24,7 +24,9 @@ WCFixedString<63> ValueText(double value) {
     return text;
 }
 
-int SetupIndex(EPluginSetup setup) noexcept { return setup == eSetupB ? 1 : 0; }
+int SetupIndex(EPluginSetup setup) noexcept {
+    return setup == eSetupB ? 1 : 0;
+}
 
 WTErr SaveList(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
                const std::vector<std::uint64_t> &indexes, const char *tag, EPluginSetup setup) {
@@ -49,8 +51,8 @@ WTErr SaveList(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
 
 } // namespace
 
-WTErr SaveParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
-                         const char *tag, EPluginSetup setup) {
+WTErr SaveParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PARAM> params, const char *tag,
+                         EPluginSetup setup) {
     std::vector<std::uint64_t> all(params.size());
     for (std::uint64_t i = 0; i < all.size(); ++i)
         all[i] = i;
@@ -84,8 +86,8 @@ WTErr LoadParamsFromPreset(CPresetInfo &info, std::span<sCONTROL_PARAM> params, 
     return eNoErr;
 }
 
-WTErr LoadAllParamsFromPreset(CPresetInfo &info, std::span<sCONTROL_PARAM> params,
-                              const char *tag, int currentSetup) {
+WTErr LoadAllParamsFromPreset(CPresetInfo &info, std::span<sCONTROL_PARAM> params, const char *tag,
+                              int currentSetup) {
     std::vector<EPluginSetup> setups;
     for (const auto &data : info.m_Data)
         setups.push_back(data->m_Setup);

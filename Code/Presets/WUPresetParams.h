@@ -24,8 +24,8 @@ namespace Preset {
 inline constexpr const char *kInternalParamsTag = "Internal Params";
 inline constexpr const char *kSpecificParamsTag = "Specific Params";
 
-WTErr SaveParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
-                         const char *tag, EPluginSetup setup);
+WTErr SaveParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PARAM> params, const char *tag,
+                         EPluginSetup setup);
 // Only the parameters at `indexes`; an index past the list is eOutOfRangeNumber and saves
 // nothing.
 WTErr SaveSpecificParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
@@ -38,8 +38,8 @@ WTErr SaveSpecificParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PAR
 WTErr LoadParamsFromPreset(CPresetInfo &info, std::span<sCONTROL_PARAM> params, const char *tag,
                            EPluginSetup setup, int targetSetup);
 // The same for every setup of the preset; "CURRENT" data goes to `currentSetup`.
-WTErr LoadAllParamsFromPreset(CPresetInfo &info, std::span<sCONTROL_PARAM> params,
-                              const char *tag, int currentSetup);
+WTErr LoadAllParamsFromPreset(CPresetInfo &info, std::span<sCONTROL_PARAM> params, const char *tag,
+                              int currentSetup);
 
 } // namespace Preset
 

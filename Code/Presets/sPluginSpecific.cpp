@@ -180,9 +180,9 @@ WTErr sPluginSpecific::SetDataFromText(const std::string &text) {
     case ePSCompressedBase64: {
         error = data.ResizePtr(text.size() / 4 * 3 + 3);
         std::uint64_t written = 0;
-        if (error == eNoErr &&
-            Utils::Base64Decode(text.data(), text.size(), static_cast<unsigned char *>(data.GetPtr()),
-                                data.GetSize(), written) != eNoErr)
+        if (error == eNoErr && Utils::Base64Decode(text.data(), text.size(),
+                                                   static_cast<unsigned char *>(data.GetPtr()),
+                                                   data.GetSize(), written) != eNoErr)
             error = ePresetFileProblem;
         if (error == eNoErr)
             error = data.ResizePtr(written);
@@ -213,7 +213,8 @@ WTErr sPluginSpecific::ReadFromXML_One_Data(const XML::CXMLElement *const dataEl
     if (m_DataType < ePSNoData || m_DataType > ePSCharacterData)
         return eDataFormatNotSupported;
     const FM::WCStPath dataFile = GetDataFilePath();
-    const FM::WCStPath cacheFile = HasCacheFileType(m_DataType) ? GetCacheFilePath() : FM::WCStPath();
+    const FM::WCStPath cacheFile =
+        HasCacheFileType(m_DataType) ? GetCacheFilePath() : FM::WCStPath();
 
     // A cache newer than everything it was made from stands for them.
     if (cacheFile.IsValid() && cacheFile.IsFile()) {

@@ -7,11 +7,11 @@ namespace Preset {
 sPresetData::sPresetData() : m_PluginSpecificXML("PluginSpecificXMLData") {}
 
 sPresetData::sPresetData(const sPresetData &other)
-    : m_SetupName(other.m_SetupName), m_DataType(other.m_DataType),
-      m_NumParams(other.m_NumParams), m_States(other.m_States), m_RealWorld(other.m_RealWorld),
-      m_ValueKinds(other.m_ValueKinds), m_ControlData(other.m_ControlData),
-      m_PluginSpecificXML(other.m_PluginSpecificXML), m_Setup(other.m_Setup),
-      m_LoadParams(other.m_LoadParams), m_LoadSpecificXMLPreset(other.m_LoadSpecificXMLPreset) {
+    : m_SetupName(other.m_SetupName), m_DataType(other.m_DataType), m_NumParams(other.m_NumParams),
+      m_States(other.m_States), m_RealWorld(other.m_RealWorld), m_ValueKinds(other.m_ValueKinds),
+      m_ControlData(other.m_ControlData), m_PluginSpecificXML(other.m_PluginSpecificXML),
+      m_Setup(other.m_Setup), m_LoadParams(other.m_LoadParams),
+      m_LoadSpecificXMLPreset(other.m_LoadSpecificXMLPreset) {
     m_PluginSpecific.reserve(other.m_PluginSpecific.size());
     for (const auto &block : other.m_PluginSpecific)
         m_PluginSpecific.push_back(std::make_unique<sPluginSpecific>(*block));

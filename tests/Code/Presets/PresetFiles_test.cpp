@@ -190,7 +190,8 @@ protected:
 
     WTErr ReadTable(std::vector<int> &values) {
         WTPresetList list;
-        const WTErr error = ReadPresetsFile(CPresetsFileInfo(m_File, ePresetsFormatXMLFile), list, true);
+        const WTErr error =
+            ReadPresetsFile(CPresetsFileInfo(m_File, ePresetsFormatXMLFile), list, true);
         if (error != ml::eNoErr)
             return error;
         ml::Utils::WCStMemObj data;
@@ -201,7 +202,8 @@ protected:
     }
 
     static void SetAge(const fs::path &path, int secondsAgo) {
-        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(secondsAgo));
+        fs::last_write_time(path,
+                            fs::file_time_type::clock::now() - std::chrono::seconds(secondsAgo));
     }
 
     mirel_test::WCTempDir m_Dir;

@@ -294,7 +294,8 @@ TEST(PresetXML, ReadsParameterTextsOfEveryKind) {
                                              "<PresetHeader><PluginVersion>") +
                                  c.m_PluginVersion +
                                  "</PluginVersion></PresetHeader><PresetData Setup=\"SETUP_A\">"
-                                 "<Parameters Type=\"" + c.m_Type + "\">" + c.m_Text +
+                                 "<Parameters Type=\"" +
+                                 c.m_Type + "\">" + c.m_Text +
                                  "</Parameters></PresetData></Preset></PresetXMLTree>";
         const WTPresetList list = Read(text);
         ASSERT_EQ(list.size(), 1u);
@@ -311,7 +312,8 @@ TEST(PresetXML, ReadsParameterTextsOfEveryKind) {
 TEST(PresetXML, PresetDataWithoutSetupFillsEverySetup) {
     ml::XML::CXMLElement preset("Preset");
     auto *data = preset.push_sub_element(new ml::XML::CXMLElement("PresetData"));
-    data->push_sub_element(new ml::XML::CXMLElement("Parameters", "7 8"))->AddAttrib("Type", "States");
+    data->push_sub_element(new ml::XML::CXMLElement("Parameters", "7 8"))
+        ->AddAttrib("Type", "States");
     CPresetInfo info;
     info.GetOrAddData(ml::eSetupA);
     info.GetOrAddData(ml::eSetupB);
