@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "Code/Algorithm/WUParamFlags.h"
 #include "Code/Algorithm/sCONTROL_PARAM.h"
 #include "Code/Presets/WUPresetNumbers.h"
 #include "Utilities/XML/Code/WUAtoi.h"
@@ -50,6 +51,23 @@ WTErr SaveList(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
 }
 
 } // namespace
+
+void SaveRealWorldToPresetData(sPresetData &data, std::span<const sCONTROL_PARAM> params, int setup,
+                               bool undoOnly) {
+    data.m_DataType = ePresetDataRealWorld;
+    data.m_NumParams = params.size();
+    data.m_RealWorld.assign(params.size(), 0.0);
+    data.m_ValueKinds.assign(params.size(), ePresetValue);
+    for (std::size_t i = 0; i < params.size(); ++i) {
+        const sCONTROL_PARAM &param = params[i];
+        if (param.IsFlagSet(eParamFlag_DisplayOnlyParam) ||
+            param.IsFlagSet(eParamFlag_DontSaveToPreset) ||
+            (undoOnly && param.IsFlagSet(eParamFlag_DontRecordUndo)))
+            data.m_ValueKinds[i] = ePresetValueIgnore;
+        else
+            data.m_RealWorld[i] = param.GetRealWorld(setup);
+    }
+}
 
 WTErr SaveParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PARAM> params, const char *tag,
                          EPluginSetup setup) {

@@ -32,6 +32,13 @@ WTErr SaveSpecificParamsToPreset(CPresetInfo &info, std::span<const sCONTROL_PAR
                                  const std::vector<std::uint64_t> &indexes, const char *tag,
                                  EPluginSetup setup);
 
+// What the main parameter list contributes to one setup of a preset: every parameter's real-world
+// value in `setup` (0 or 1) as kind 0, or kind 1 (kept by the plug-in on loading) for a
+// display-only parameter, one not saved to presets and, for the undo form (`undoOnly`, the
+// preset flag ePresetFlagUndoOnly), one that records no undo. The data becomes real-world data.
+void SaveRealWorldToPresetData(sPresetData &data, std::span<const sCONTROL_PARAM> params, int setup,
+                               bool undoOnly);
+
 // Sets every parameter named in the block of `setup` in `targetSetup` (0 or 1): the value, the
 // state through the parameter's scale, update flags 3. Then no setup of the preset loads its
 // parameters again. ePluginSpecifcNotExisting without the block, and then nothing changes.

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "Code/Algorithm/WUParamFlags.h"
 #include "Code/Algorithm/sCONTROL_PARAM.h"
 #include "Code/Presets/PresetDocuments.h"
+#include "Code/Presets/WUPresetNumbers.h"
 #include "Code/Presets/WUPresetParams.h"
 
 namespace {
@@ -49,6 +51,20 @@ TEST(PresetParams, TravelByNameThroughAFileAndStopTheSetupsLoadingParameters) {
     EXPECT_EQ(loaded[2].GetRealWorld(1), 0.125);
     EXPECT_EQ(loaded[2].GetUpdateFlags(), 3u);
     EXPECT_FALSE(list[0]->m_Data[0]->LoadParams());
+}
+
+TEST(PresetParams, SavingMarksParametersThePresetMustNotTouch) {
+    auto params = Params({{"Gain", 2}, {"Meter", 3}, {"Hidden", 4}, {"Mode", 5}});
+    params[1].SetFlag(ml::eParamFlag_DisplayOnlyParam, true);
+    params[2].SetFlag(ml::eParamFlag_DontSaveToPreset, true);
+    params[3].SetFlag(ml::eParamFlag_DontRecordUndo, true);
+    for (const bool undoOnly : {false, true}) {
+        sPresetData data;
+        SaveRealWorldToPresetData(data, params, 1, undoOnly);
+        EXPECT_EQ(data.m_DataType, ePresetDataRealWorld);
+        EXPECT_EQ(FormatRealWorldText(data.m_RealWorld, data.m_ValueKinds, false),
+                  undoOnly ? "2 * * * " : "2 * * 5 ");
+    }
 }
 
 } // namespace
