@@ -418,6 +418,30 @@ public:
     signed char GetSideChainActive() const { return m_SideChainActive; }
     int GetNumChunks() const { return 1; }
     virtual int GetIndexedChunkID(int index, WCFourCC &id) const;
+    // 'XPst' the whole state as preset-chunk text (-5023 when it came out empty), 'pref' 0 with
+    // nothing, any other id -1. Read on the host's thread without the lock.
+    virtual int GetChunk(WCFourCC id, Utils::WCStMemObj &chunk, bool allSetups);
+    // [host thread] Under the process lock for the whole load: 'XPst' loads the state and sends
+    // the images, 'pref' is ignored (0), any other id -1. A broken chunk changes nothing.
+    virtual int SetChunk(WCFourCC id, Utils::WCStConstMemObj const &chunk);
+    // The size of the chunk `index` as GetChunk would make it now.
+    virtual int GetChunkSize(int index, bool allSetups, std::uint64_t &size);
+    // Both setups (or the active one) as a host-chunk preset; MIDI maps are not built (-25).
+    virtual int PreparePresetChunk(Utils::WCStMemObj &chunk, bool allSetups, bool midi);
+    virtual int SetPresetChunk(Utils::WCStConstMemObj const &chunk);
+
+    // ---- presets: what a preset takes and gives back ---------------------------------------
+    // One setup's real-world values with a kind each: 1 (kept) for display-only and
+    // not-in-preset parameters, and with undoOnly for those undo does not record.
+    int SaveRealWorldToPreset(Preset::sPresetData &data, EPluginSetup setup, bool undoOnly) const;
+    // Clears `info`'s data and fills the plug-in's identity and its setups: both with
+    // "ActiveSetup" when allSetups (and not activeOnly), else the active one as CURRENT.
+    int SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool allSetups) const;
+    // Each setup's data into its setup (CURRENT: the active one), names, side chain, then the
+    // active setup the preset names. -5011 for a preset without data, changing nothing.
+    virtual int LoadFromPreset(Preset::CPresetInfo const &info, bool update);
+    int LoadRealWorldFromPreset(Preset::sPresetData const &data, EPluginSetup setup);
+    int LoadStatesFromPreset(Preset::sPresetData const &data, EPluginSetup setup);
     float GetMinOutInRatio() const { return m_MinOutInRatio; }
     float GetMaxOutInRatio() const { return m_MaxOutInRatio; }
     int GetActualOutInSize(std::int64_t inSize, int &outSize) const;
@@ -834,6 +858,8 @@ protected:
     void StartRedisReporting();
     void StopRedisReporting();
     void Report(char const *key, char const *value);
+    template <class Value>
+    int LoadValuesFromPreset(Preset::sPresetData const &data, EPluginSetup setup, Value value);
 
     // The plug-in supplies what no XML gave it yet.
     void SetAlgName(char const *name);

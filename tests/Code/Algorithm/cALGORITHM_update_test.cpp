@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -349,8 +351,9 @@ TEST_F(UpdatePipeline, SetupWordsReadBackInAnyCase) {
         ml::EPluginSetup setup = ml::eSetupB;
         EXPECT_EQ(Ret::SetupStringToSetup(c.text, setup), c.code) << c.text;
         EXPECT_EQ(setup, c.setup) << c.text;
-        if (c.code == 0)
+        if (c.code == 0) {
             EXPECT_STRCASEEQ(Ret::SetupToSetupString(c.setup), c.text);
+        }
     }
 }
 
@@ -366,6 +369,57 @@ TEST_F(UpdatePipeline, BypassSendsOnlyOnItsNextPartialUpdate) {
     m_Shell->ClearLog();
     EXPECT_EQ(m_Alg->DoPartialUpdateAfterBypass(), 0);
     EXPECT_TRUE(m_Shell->Calls().empty()) << "the change was spent";
+}
+
+// ---- host chunks ----------------------------------------------------------------------------
+
+TEST_F(UpdatePipeline, ChunkRoundTripRestoresBothSetupsAndTheActiveOne) {
+    m_Alg->UpdateParamState(eGain, 250.0, false);
+    m_Alg->UpdateParamState(eNoPreset, 100.0, false);
+    m_Alg->ToggleActiveSetup(ml::eSetupB);
+    m_Alg->UpdateParamState(eFreq, 800.0, false);
+    ml::Utils::WCStMemObj chunk;
+    ASSERT_EQ(m_Alg->GetChunk(ml::WCFourCC("XPst"), chunk, true), 0);
+    std::uint64_t size = 0;
+    EXPECT_EQ(m_Alg->GetChunkSize(0, true, size), 0);
+    EXPECT_EQ(size, chunk.GetSize());
+    const std::string text(static_cast<char const *>(chunk.GetPtr()), chunk.GetSize());
+    EXPECT_EQ(text.rfind("<PresetChunkXMLTree", 0), 0u) << "text without declaration";
+    const double freqB = RealWorld(eFreq, 1);
+
+    Restart();
+    m_Alg->UpdateParamState(eNoPreset, 900.0, false);
+    m_Shell->ClearLog();
+    ASSERT_EQ(m_Alg->SetChunk(ml::WCFourCC("XPst"), chunk), 0);
+    EXPECT_EQ(m_Alg->GetActiveSetup(), ml::eSetupB);
+    EXPECT_DOUBLE_EQ(State(eGain, 0), 250.0);
+    EXPECT_DOUBLE_EQ(RealWorld(eFreq, 1), freqB);
+    EXPECT_EQ(RealWorld(eFreq, 0), 1000.0);
+    EXPECT_EQ(State(eNoPreset, 0), 900.0) << "a DontSaveToPreset value stays";
+    const std::vector<int> ops = m_Shell->Ops();
+    EXPECT_NE(std::find(ops.begin(), ops.end(), 0), ops.end()) << "the images were sent";
+    EXPECT_TRUE(m_Alg->TryLockAlg());
+    m_Alg->UnLockAlg();
+}
+
+TEST_F(UpdatePipeline, ChunkIdsAndBrokenChunksChangeNothing) {
+    m_Alg->UpdateParamState(eGain, 250.0, false);
+    ml::Utils::WCStMemObj chunk;
+    EXPECT_EQ(m_Alg->GetChunk(ml::WCFourCC("pref"), chunk, true), 0);
+    EXPECT_TRUE(chunk.Empty());
+    EXPECT_EQ(m_Alg->GetChunk(ml::WCFourCC("abcd"), chunk, true), -1);
+    EXPECT_EQ(m_Alg->SetChunk(ml::WCFourCC("pref"), chunk), 0);
+    ml::WCFourCC id;
+    EXPECT_EQ(m_Alg->GetIndexedChunkID(1, id), ml::eIllegalChunkIndex);
+    for (char const *broken : {"", "garbage", "<PresetChunkXMLTree version=\"2\"/>",
+                               "<PresetChunkXMLTree version=\"2\"><Preset Name=\"x\">"}) {
+        const ml::Utils::WCStConstMemObj bytes(broken, std::strlen(broken));
+        EXPECT_NE(m_Alg->SetChunk(ml::WCFourCC("XPst"), bytes), 0) << broken;
+        EXPECT_EQ(State(eGain, 0), 250.0) << broken;
+    }
+    EXPECT_EQ(m_Alg->SetChunk(ml::WCFourCC("abcd"), chunk), -1);
+    EXPECT_TRUE(m_Alg->TryLockAlg()) << "every path released the lock";
+    m_Alg->UnLockAlg();
 }
 
 } // namespace
