@@ -9,6 +9,7 @@
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Algorithm/WCStAlgLocker.h"
 #include "Code/Presets/PresetDocuments.h"
+#include "Code/Presets/WUPresetParams.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -50,22 +51,8 @@ private:
 
 int cALGORITHM::SaveRealWorldToPreset(Preset::sPresetData &data, EPluginSetup setup,
                                       bool undoOnly) const {
-    const int which = SetupIndex(GetAbsoluteSetup(setup));
-    const std::size_t count = m_Params.size();
-    data.m_RealWorld.assign(count, 0.0);
-    data.m_ValueKinds.assign(count, eKindValue);
-    for (std::size_t id = 0; id < count; ++id) {
-        sCONTROL_PARAM const &param = m_Params[id];
-        if (param.IsFlagSet(eParamFlag_DisplayOnlyParam) ||
-            param.IsFlagSet(eParamFlag_DontSaveToPreset) ||
-            (undoOnly && param.IsFlagSet(eParamFlag_DontRecordUndo))) {
-            data.m_ValueKinds[id] = eKindKeep;
-            continue;
-        }
-        data.m_RealWorld[id] = param.GetRealWorld(which);
-    }
-    data.m_NumParams = count;
-    data.m_DataType = Preset::ePresetDataRealWorld;
+    Preset::SaveRealWorldToPresetData(data, m_Params, SetupIndex(GetAbsoluteSetup(setup)),
+                                      undoOnly);
     return eNoErr;
 }
 
