@@ -16,7 +16,14 @@ namespace {
 std::atomic<std::uint64_t> g_NumDecodes{0};
 
 bool SizeIsSane(std::int64_t width, std::int64_t height) noexcept {
-    return width > 0 && height > 0 && width <= kMaxImageSide && height <= kMaxImageSide;
+    return width > 0 && height > 0 && width <= kMaxImageSide && height <= kMaxImageSide &&
+           width * height <= kMaxImagePixels;
+}
+
+// Deflate expands at most about 1032 times, so pixels beyond that ratio to the file's size
+// cannot be in it: such a header is refused before the pixels are allocated.
+bool PNGSizeFitsData(std::int64_t width, std::int64_t height, std::uint64_t bytes) noexcept {
+    return static_cast<std::uint64_t>((width * 4 + 1) * height) <= bytes * 1100;
 }
 
 // Room for the pixels without letting a bad_alloc out.
@@ -64,7 +71,8 @@ WTErr DecodePNG(const void *data, std::uint64_t size, WSDecodedImage &out) {
     image.version = PNG_IMAGE_VERSION;
     if (png_image_begin_read_from_memory(&image, data, static_cast<png_size_t>(size)) == 0)
         return eGMInvalidImage;
-    if (!SizeIsSane(image.width, image.height)) {
+    if (!SizeIsSane(image.width, image.height) ||
+        !PNGSizeFitsData(image.width, image.height, size)) {
         png_image_free(&image);
         return eGMInvalidImage;
     }

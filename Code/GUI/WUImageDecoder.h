@@ -21,13 +21,16 @@ struct WSDecodedImage {
 };
 
 // Decoding of PNG and WebP bytes, which come from bundles and so are outside data: a broken
-// image gives a code, never a crash, and a decoded image is at most kMaxImageSide pixels a side.
+// image gives a code, never a crash, and a decoded image is at most kMaxImageSide pixels a side
+// and kMaxImagePixels in all.
 // [any-thread]
 namespace ImageDecoder {
 
 enum EImageFormat : int { eImageUnknown = 0, eImagePNG = 1, eImageWebP = 2 };
 
 inline constexpr std::int32_t kMaxImageSide = 16384;
+// 256 MB of RGBA: room for the longest filmstrips of knobs, not for a header that lies.
+inline constexpr std::int64_t kMaxImagePixels = std::int64_t(1) << 26;
 
 // From the first bytes: the PNG signature, or "RIFF" ... "WEBP".
 EImageFormat SniffFormat(const void *data, std::uint64_t size) noexcept;
