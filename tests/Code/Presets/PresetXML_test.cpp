@@ -1,3 +1,5 @@
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,13 @@ std::string Write(const std::vector<const CPresetInfo *> &list,
     std::string text;
     EXPECT_EQ(WritePresetsToXMLString(list, root, text), ml::eNoErr);
     return text;
+}
+
+// A reviewed file of tests/data/presets, compared byte for byte with what the writer makes.
+std::string Golden(const char *name) {
+    std::ifstream in(std::string(MIREL_PRESET_TEST_DATA) + "/" + name, std::ios::binary);
+    EXPECT_TRUE(in.good()) << name;
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 WTPresetList Read(const std::string &text, bool withData = true) {
@@ -82,108 +91,11 @@ CPresetInfo TwoSetupPreset() {
 
 // Reviewed by eye: header children in order, the blocks' data forms, "*" for the ignored value
 // and the blank after the last real-world value.
-const char *const kTwoSetupFile = R"(<PresetXMLTree version="2">
-
-    <Preset Name="Warm &amp; Wide" GenericType="XGai">
-
-        <PresetHeader>
-
-            <Group>Mix</Group>
-            <PluginName>GainFilter</PluginName>
-            <PluginSubComp>GnFl</PluginSubComp>
-            <PluginVersion>13.1.0.186</PluginVersion>
-            <ActiveSetup>SETUP_B</ActiveSetup>
-            <ReadOnly>false</ReadOnly>
-        </PresetHeader>
-        <MessageToShell>hello</MessageToShell>
-        <VST24SideChainActive>true</VST24SideChainActive>
-        <PresetData Setup="SETUP_A" SetupName="Verse">
-
-            <Parameters Type="States">0 500 1000</Parameters>
-            <Controls>
-
-                <Control Name="Gain" MIDIChannel="2" MIDIControlID="7" MIDIEventType="Control Change" OnValue="0.75" OffValue="0" TransposedNote="-1" ChoiceID="-1" LeadParam="1" Latching="true" Keyswitch="false"/>
-            </Controls>
-            <PluginSpecificXMLData>
-
-                <Mode>stereo</Mode>
-            </PluginSpecificXMLData>
-            <PluginSpecific TagName="Empty" MenuItemString="Empty" TagID="1" DataType="NoData">
-
-                <Flags>
-
-                    <load_with_params/>
-                </Flags>
-                <Data/>
-            </PluginSpecific>
-            <PluginSpecific TagName="Doubles" MenuItemString="Doubles" TagID="2" DataType="BufferDouble">
-
-                <Flags/>
-                <Descriptors>
-
-                    <Descriptor Name="Gain">0.5</Descriptor>
-                </Descriptors>
-                <Data>0.5000000000 -2.0000000000</Data>
-            </PluginSpecific>
-            <PluginSpecific TagName="Floats" MenuItemString="Floats" TagID="3" DataType="BufferFloat">
-
-                <Flags/>
-                <Data>0.2500000000</Data>
-            </PluginSpecific>
-            <PluginSpecific TagName="Longs" MenuItemString="Longs" TagID="4" DataType="BufferLong">
-
-                <Flags/>
-                <Data>-1 2 300</Data>
-            </PluginSpecific>
-            <PluginSpecific TagName="Text" MenuItemString="Label" TagID="5" DataType="BufferString">
-
-                <Flags/>
-                <Data>a &lt;b&gt;</Data>
-            </PluginSpecific>
-            <PluginSpecific TagName="Bytes" MenuItemString="Bytes" TagID="6" DataType="CompressedBase64">
-
-                <Flags/>
-                <Data>
-                    <![CDATA[
-                    AAEC/f7/
-                    ]]>
-                </Data>
-            </PluginSpecific>
-            <PluginSpecific TagName="Tree" MenuItemString="Tree" TagID="7" DataType="XMLObject">
-
-                <Flags/>
-                <Data>
-                    <![CDATA[
-                    <Curve points="2">
-
-    <P>1 2</P>
-</Curve>
-
-                    ]]>
-                </Data>
-            </PluginSpecific>
-            <PluginSpecific TagName="Chars" MenuItemString="Chars" TagID="8" DataType="CharacterData">
-
-                <Flags/>
-                <Data>
-                    <![CDATA[
-                    x ]]]]><![CDATA[> y
-                    ]]>
-                </Data>
-            </PluginSpecific>
-        </PresetData>
-        <PresetData Setup="SETUP_B">
-
-            <Parameters Type="RealWorld">-6.5 * 1.0000000000000000818e-05 440 </Parameters>
-        </PresetData>
-    </Preset>
-</PresetXMLTree>
-)";
 
 TEST(PresetXML, WritesATwoSetupPresetByteForByteAndReadsItBack) {
     CPresetInfo info = TwoSetupPreset();
     const std::string text = Write({&info});
-    EXPECT_EQ(text, kTwoSetupFile);
+    EXPECT_EQ(text, Golden("two_setups.xps"));
     const WTPresetList list = Read(text);
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(Write({list[0].get()}), text);
@@ -203,35 +115,7 @@ TEST(PresetXML, WritesAFactoryFileWithTitlesAndSeparatorsAndListsThemInOrder) {
     none.m_SideChainActive = 0;
     none.GetOrAddData(ml::eSetupA).m_DataType = ePresetDataNone;
     const std::string text = Write({&title, &reset, &separator, &none});
-    EXPECT_EQ(text, R"(<PresetXMLTree version="2">
-
-    <Title>Basics</Title>
-    <Preset Name="Default">
-
-        <PresetHeader>
-
-            <ReadOnly>false</ReadOnly>
-        </PresetHeader>
-        <PresetData Setup="CURRENT">
-
-            <Parameters Type="Reset"/>
-        </PresetData>
-    </Preset>
-    <Separator GenericType="XGai" SubComp="GnFl"/>
-    <Preset Name="Blocks only">
-
-        <PresetHeader>
-
-            <ReadOnly>false</ReadOnly>
-        </PresetHeader>
-        <VST24SideChainActive>false</VST24SideChainActive>
-        <PresetData Setup="SETUP_A">
-
-            <Parameters Type="NoData"/>
-        </PresetData>
-    </Preset>
-</PresetXMLTree>
-)");
+    EXPECT_EQ(text, Golden("factory.xps"));
     const WTPresetList list = Read(text);
     ASSERT_EQ(list.size(), 4u);
     EXPECT_TRUE(list[0]->IsDummyTitle());
