@@ -185,6 +185,10 @@ TEST_F(WCGUIControlTest, ControlWrittenBackReadsTheSame) {
     ASSERT_EQ(control->GetNumRegistrations(), 3u) << "the unknown parameter is skipped";
     EXPECT_EQ(control->GetLeadParamID(), eMode);
     EXPECT_TRUE(control->GetRegistration(0).IsRegisteredToType(ml::eRegNoWheelVertical, nullptr));
+    const bool shift[4] = {false, false, true, false}, none[4] = {};
+    EXPECT_TRUE(control->GetRegistration(0).IsRegisteredToType(ml::eRegMouseVertical, shift));
+    EXPECT_FALSE(control->GetRegistration(0).IsRegisteredToType(ml::eRegMouseVertical, none));
+    EXPECT_FALSE(control->GetRegistration(0).IsRegisteredToType(ml::eRegMouseWheelVertical, nullptr));
     EXPECT_TRUE(control->GetRegistration(2).IsParamArrayRegData());
     EXPECT_EQ(control->GetAdditionalImages().GetImagesVectorSize(), 3u);
     EXPECT_EQ(m_Document.m_Groups["Knobs"], std::vector<ml::WCGUIControl *>{control.get()});
@@ -453,6 +457,32 @@ TEST(CSelectableHome, TabSwapsWithTheNextSelectableOfTheRing) {
     EXPECT_EQ(ml::CSelectableHome::DirectionFromTabModifiers(both), 1);
     home.ResetSelectedList();
     EXPECT_EQ(home.CurrMaxSelected(), 0);
+}
+
+TEST_F(WCGUIControlTest, OffsetsStayOnTheAxisAndWrapCyclicParameters) {
+    const auto control = Read(R"(<Control><ParameterList>
+      <Param Name="Gain"><RegisterType>MouseVertical</RegisterType></Param>
+      <Param Name="MODE"><RegisterType>MouseDown</RegisterType></Param></ParameterList></Control>)");
+    auto &gain = control->GetRegistration(0);
+    auto &mode = control->GetRegistration(1);
+    const struct {
+        const char *what;
+        ml::WCParamRegistrationData *data;
+        unsigned int type;
+        double start, delta, state;
+    } cases[] = {
+        {"continuous clamps at the top", &gain, ml::eRegMouseVertical, 900.0, 300.0, 1000.0},
+        {"continuous clamps at the bottom", &gain, ml::eRegMouseVertical, 100.0, -300.0, 0.0},
+        {"another gesture changes nothing", &gain, ml::eRegMouseDown, 100.0, 50.0, 100.0},
+        {"discrete steps", &mode, ml::eRegMouseDown, 0.0, 500.0, 500.0},
+        {"discrete wraps past its last state", &mode, ml::eRegMouseDown, 1000.0, 500.0, 0.0},
+        {"and before its first", &mode, ml::eRegMouseDown, 0.0, -500.0, 1000.0},
+    };
+    for (const auto &row : cases) {
+        m_Alg->UpdateParamRequestState(row.data->GetRegisteredParam(), row.start);
+        row.data->OffsetParamValue(row.delta, row.type, nullptr);
+        EXPECT_DOUBLE_EQ(row.data->GetValue(), row.state) << row.what;
+    }
 }
 
 } // namespace
