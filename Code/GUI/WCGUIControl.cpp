@@ -352,6 +352,26 @@ bool WCGUIControl::IsCyclicControl() const {
                        [](const auto &data) { return data.GetRegisterFlag(eRegCyclic); });
 }
 
+int WCGUIControl::WhichParamIndexCanEnterText() const {
+    if (!GetControlFlag(eCF_ReciveTextEntery))
+        return -1;
+    for (std::size_t i = 0; i < m_Registrations.size(); ++i)
+        if (m_Registrations[i].IsRegistered() && m_Registrations[i].GetValueWin() != nullptr)
+            return static_cast<int>(i);
+    return -1;
+}
+
+bool WCGUIControl::CanEnterText() const {
+    return !m_Disabled && WhichParamIndexCanEnterText() >= 0;
+}
+
+int WCGUIControl::GetValueWinText(std::size_t index, WCFixedStringBase &out) const {
+    if (index >= m_Registrations.size() || m_Registrations[index].GetValueWin() == nullptr)
+        return eOutOfRangeNumber;
+    out = m_Registrations[index].GetValueWin()->GetText().c_str();
+    return eNoErr;
+}
+
 WCBaseImage *WCGUIControl::GetSelectionBitmap() const {
     const int level = m_Disabled ? eSelectDisabled : std::max(GetSelection(), m_Highlight ? 1 : 0);
     return m_SelectionImages.GetImagePtr(static_cast<std::size_t>(level));

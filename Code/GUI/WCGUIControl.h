@@ -128,6 +128,14 @@ public:
     virtual WCPoint2D<short> CalcRelativeClickPoint(const WCPoint2D<short> &point) const;
     virtual bool IsCyclicControl() const;
 
+    // ---- typed values ------------------------------------------------------------------------
+    // The first registration with a value window, or -1; only with "ReciveTextEntery".
+    virtual int WhichParamIndexCanEnterText() const;
+    // Typing is open: the flag, a value window, and the control not disabled.
+    virtual bool CanEnterText() const;
+    // The text of registration `index`'s value window; eOutOfRangeNumber without one.
+    virtual int GetValueWinText(std::size_t index, WCFixedStringBase &out) const;
+
     // ---- drawing -----------------------------------------------------------------------------
     // Background colour, then selection image and parameter data (in the order bit 33 picks).
     int GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) override;
