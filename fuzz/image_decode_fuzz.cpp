@@ -23,7 +23,8 @@ struct WSFuzzBundle {
     WTResContainerType *m_Container = nullptr;
 
     WSFuzzBundle() {
-        std::string folder = (std::filesystem::temp_directory_path() / "image_fuzz_XXXXXX").string();
+        std::string folder =
+            (std::filesystem::temp_directory_path() / "image_fuzz_XXXXXX").string();
         if (mkdtemp(folder.data()) == nullptr)
             std::abort();
         m_Folder = folder;
@@ -63,8 +64,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         } else {
             const WSDecodedImage *pixels = first.GetPixels();
             if (pixels == nullptr || pixels->m_Width <= 0 || pixels->m_Height <= 0 ||
-                pixels->m_Pixels.size() != static_cast<std::size_t>(pixels->m_Width) *
-                                                pixels->m_Height * 4)
+                pixels->m_Pixels.size() !=
+                    static_cast<std::size_t>(pixels->m_Width) * pixels->m_Height * 4)
                 std::abort();
             const std::uint64_t decodes = ImageDecoder::GetNumDecodes();
             if (second.LoadFromResource(container) != eNoErr || second.GetPixels() != pixels ||

@@ -4,7 +4,9 @@
 
 MIREL_NAMESPACE_BEGIN
 
-int CDrawable::GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &) { return eNoErr; }
+int CDrawable::GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &) {
+    return eNoErr;
+}
 
 namespace {
 
@@ -25,7 +27,9 @@ bool HiddenWithParents(const CDrawable &drawable, const std::vector<CDrawable *>
 
 } // namespace
 
-bool CDrawable::IsHiddenBelow(int depth) const { return HiddenWithParents(*this, m_Parents, depth); }
+bool CDrawable::IsHiddenBelow(int depth) const {
+    return HiddenWithParents(*this, m_Parents, depth);
+}
 
 bool CDrawable::IsHidden(bool withParents) const {
     if (m_Hidden || !withParents)

@@ -75,7 +75,8 @@ CSelectable *CSelectable::DoTab(ENeighbors direction) {
 void CSelectable::SetSelectableFlag(unsigned int flag, bool on) noexcept {
     if (flag >= 32)
         return;
-    m_SelectableFlags = on ? (m_SelectableFlags | (1u << flag)) : (m_SelectableFlags & ~(1u << flag));
+    m_SelectableFlags =
+        on ? (m_SelectableFlags | (1u << flag)) : (m_SelectableFlags & ~(1u << flag));
 }
 
 MIREL_NAMESPACE_END

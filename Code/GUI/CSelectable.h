@@ -31,9 +31,15 @@ public:
     void SetMode(std::uint32_t mode);
     std::uint32_t GetMode() const noexcept { return m_Mode; }
     void SetModeMask(std::uint32_t mask) noexcept { m_ModeMask = mask; }
-    bool CanDoMode(std::uint32_t mode) { return (m_ModeMask & mode) == mode && CanDoModeSelf(mode); }
-    bool CanDoSelection(int level) { return level >= m_Min && level <= m_Max && CanDoSelectionSelf(level); }
-    bool CanSwapSelections(CSelectable *other) { return other != nullptr && CanSwapSelectionsSelf(other); }
+    bool CanDoMode(std::uint32_t mode) {
+        return (m_ModeMask & mode) == mode && CanDoModeSelf(mode);
+    }
+    bool CanDoSelection(int level) {
+        return level >= m_Min && level <= m_Max && CanDoSelectionSelf(level);
+    }
+    bool CanSwapSelections(CSelectable *other) {
+        return other != nullptr && CanSwapSelectionsSelf(other);
+    }
     // Exchanges the two levels under SetSelection's rules.
     void SwapSelections(CSelectable *other);
     // Walks the neighbours in `direction` to the best candidate and swaps with it; the object
@@ -43,7 +49,9 @@ public:
     // level: the highest level wins, one exactly a level below at once.
     virtual CSelectable *FindNextHighestSelectable(ENeighbors direction);
     void SetSelectableFlag(unsigned int flag, bool on) noexcept;
-    bool GetSelectableFlag(unsigned int flag) const noexcept { return flag < 32 && (m_SelectableFlags >> flag) & 1u; }
+    bool GetSelectableFlag(unsigned int flag) const noexcept {
+        return flag < 32 && (m_SelectableFlags >> flag) & 1u;
+    }
     // The name keeps its historic spelling.
     bool SholdKeepSelectedOnShift() const noexcept { return m_KeepSelectedOnShift; }
     void SetKeepSelectedOnShift(bool keep) noexcept { m_KeepSelectedOnShift = keep; }

@@ -52,11 +52,10 @@ bool CSelectableHome::GetListMinMax(int &min, int &max) const {
 }
 
 int CSelectableHome::GetNumSelectedControls(int min, int max) const {
-    return static_cast<int>(std::count_if(m_Selectables.begin(), m_Selectables.end(),
-                                          [min, max](const CSelectable *selectable) {
-                                              return selectable->GetSelection() >= min &&
-                                                     selectable->GetSelection() <= max;
-                                          }));
+    return static_cast<int>(std::count_if(
+        m_Selectables.begin(), m_Selectables.end(), [min, max](const CSelectable *selectable) {
+            return selectable->GetSelection() >= min && selectable->GetSelection() <= max;
+        }));
 }
 
 void CSelectableHome::ResetSelectedList() {
@@ -78,11 +77,10 @@ void CSelectableHome::GoHome(bool notify) {
 }
 
 void CSelectableHome::AdjustSelectionToSelectableFlags() {
-    const auto loner = std::find_if(m_Selectables.begin(), m_Selectables.end(),
-                                    [](const CSelectable *selectable) {
-                                        return IsSelected(selectable) &&
-                                               selectable->GetSelectableFlag(eNoMultipleSelection);
-                                    });
+    const auto loner =
+        std::find_if(m_Selectables.begin(), m_Selectables.end(), [](const CSelectable *selectable) {
+            return IsSelected(selectable) && selectable->GetSelectableFlag(eNoMultipleSelection);
+        });
     if (loner == m_Selectables.end())
         return;
     for (CSelectable *selectable : m_Selectables)

@@ -28,7 +28,9 @@ void WCAnimation::Clear() {
     m_LastTimeMs = -1.0;
 }
 
-short WCAnimation::GetResID() const { return m_Images.GetCurrentImageResID(); }
+short WCAnimation::GetResID() const {
+    return m_Images.GetCurrentImageResID();
+}
 
 int WCAnimation::LoadFromResource(WTResContainerType *container) {
     return m_Images.LoadAll(container);
@@ -58,7 +60,8 @@ XML::CXMLElement *WCAnimation::WriteToXML(XML::CXMLElement *element) const {
 
 void WCAnimation::SetRelativeTimeOut() {
     const std::size_t frames = m_Images.GetImagesVectorSize();
-    m_RelativeTimeOut = frames != 0 ? static_cast<double>(m_Period) / static_cast<double>(frames) : 0.0;
+    m_RelativeTimeOut =
+        frames != 0 ? static_cast<double>(m_Period) / static_cast<double>(frames) : 0.0;
 }
 
 int WCAnimation::StartAnimation() {
@@ -96,7 +99,8 @@ int WCAnimation::UpdateTimer() {
 
 double WCAnimation::GetMillisecondsNow() const {
     using namespace std::chrono;
-    return static_cast<double>(duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count()) /
+    return static_cast<double>(
+               duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count()) /
            1000.0;
 }
 

@@ -12,7 +12,9 @@
 
 MIREL_NAMESPACE_BEGIN
 
-WCBaseControl::~WCBaseControl() { UnregisterAll(); }
+WCBaseControl::~WCBaseControl() {
+    UnregisterAll();
+}
 
 void WCBaseControl::UnregisterAll() {
     if (m_pAlg == nullptr)
@@ -180,7 +182,9 @@ void WCBaseControl::SetControlFlag(const char *name, bool on) {
         SetControlFlag(static_cast<unsigned int>(bit), on);
 }
 
-void WCBaseControl::SetControlFlag(unsigned int bit, bool on) { m_Flags.SetBit(bit, on); }
+void WCBaseControl::SetControlFlag(unsigned int bit, bool on) {
+    m_Flags.SetBit(bit, on);
+}
 
 int WCBaseControl::Register(WCParamRegistrationData data, bool updateGraphics) {
     if (data.IsParamArrayRegData() && !data.IsRegistered()) {
@@ -225,7 +229,9 @@ int WCBaseControl::RegisterFromParamArrayRegData(const char *arrayName, std::uin
     return found;
 }
 
-int WCBaseControl::FinishCreate() { return FinishCreateSelf(); }
+int WCBaseControl::FinishCreate() {
+    return FinishCreateSelf();
+}
 
 void WCBaseControl::UpdateDisabledMode(std::size_t) {}
 

@@ -87,7 +87,9 @@ public:
 protected:
     virtual int FinishCreateSelf() { return eNoErr; }
     virtual WTErr ReadFromXMLWithAlgSelf(const XML::CXMLElement *, cALGORITHM *) { return eNoErr; }
-    virtual WTErr UpdateFromXMLWithAlgSelf(const XML::CXMLElement *, cALGORITHM *) { return eNoErr; }
+    virtual WTErr UpdateFromXMLWithAlgSelf(const XML::CXMLElement *, cALGORITHM *) {
+        return eNoErr;
+    }
     virtual void WriteToXMLWithAlgSelf(XML::CXMLElement *) const {}
     virtual void DebugControlSelf() const {}
     // The "ParameterList" element as this control would read it back.

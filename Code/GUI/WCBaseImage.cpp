@@ -26,7 +26,9 @@ const std::shared_ptr<RM::WCResConvertObj> &ImageConverter() {
 
 } // namespace
 
-WCBaseImage::~WCBaseImage() { Clear(); }
+WCBaseImage::~WCBaseImage() {
+    Clear();
+}
 
 void WCBaseImage::Clear() {
     ReleaseAllLoadedResources();
@@ -106,7 +108,8 @@ int WCBaseImage::LoadAs(WTResContainerType *container, const char *type) {
     const int err = RM::GetAResource(container, key, resource);
     if (err != eNoErr)
         return err;
-    if (resource->m_Data.m_Form != RM::kResFormDecodedImage || resource->m_Data.m_pData == nullptr) {
+    if (resource->m_Data.m_Form != RM::kResFormDecodedImage ||
+        resource->m_Data.m_pData == nullptr) {
         RM::ReleaseResource(resource);
         return eGMInvalidImage;
     }

@@ -57,7 +57,9 @@ public:
     // "ResID" (a whole number; else eNotANumber and nothing changes), "Path" for an image by path,
     // and the child "PositionRect".
     WTErr ReadFromXML(const XML::CXMLElement *const element) override;
-    virtual WTErr UpdateFromXML(const XML::CXMLElement *const element) { return ReadFromXML(element); }
+    virtual WTErr UpdateFromXML(const XML::CXMLElement *const element) {
+        return ReadFromXML(element);
+    }
     XML::CXMLElement *WriteToXML(XML::CXMLElement *element) const override;
     using CXMLable::ReadFromXML;
     using CXMLable::WriteToXML;

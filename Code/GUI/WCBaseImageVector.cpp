@@ -49,7 +49,8 @@ XML::CXMLElement *WCBaseImageVector::WriteToXML(XML::CXMLElement *element) const
         if (!image)
             continue;
         const bool animation = dynamic_cast<const WCAnimation *>(image.get()) != nullptr;
-        element->push_back(image->WriteToXML(new XML::CXMLElement(animation ? "Animation" : "Image")));
+        element->push_back(
+            image->WriteToXML(new XML::CXMLElement(animation ? "Animation" : "Image")));
     }
     return element;
 }

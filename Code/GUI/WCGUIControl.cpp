@@ -173,9 +173,11 @@ bool WCGUIControl::ShouldDisableGUIControl(std::size_t index) const {
     if (m_DisableMode == eDisableWhenAllDisabled) {
         if (m_Registrations.empty())
             return false;
-        return std::all_of(m_Registrations.begin(), m_Registrations.end(), [this](const auto &data) {
-            return data.IsRegistered() && m_pAlg->GetParamDisabledMode(data.GetRegisteredParam());
-        });
+        return std::all_of(m_Registrations.begin(), m_Registrations.end(),
+                           [this](const auto &data) {
+                               return data.IsRegistered() &&
+                                      m_pAlg->GetParamDisabledMode(data.GetRegisteredParam());
+                           });
     }
     if (index >= m_Registrations.size() || !m_Registrations[index].IsRegistered())
         return false;
@@ -257,9 +259,11 @@ void WCGUIControl::Move(int dx, int dy) {
     const auto sdx = static_cast<short>(dx);
     const auto sdy = static_cast<short>(dy);
     m_DrawableRect.Offset(sdx, sdy);
-    for (WCBaseImageVector *images : {&m_Background, &m_Foreground, &m_SelectionImages, &m_Additional})
+    for (WCBaseImageVector *images :
+         {&m_Background, &m_Foreground, &m_SelectionImages, &m_Additional})
         for (std::size_t i = 0; i < images->GetImagesVectorSize(); ++i)
-            if (WCBaseImage *image = images->GetImagePtr(i); image != nullptr && !image->GetBoundRect().IsReset())
+            if (WCBaseImage *image = images->GetImagePtr(i);
+                image != nullptr && !image->GetBoundRect().IsReset())
                 image->SetBoundRect(WURect<short>(image->GetBoundRect()).Offset(sdx, sdy));
     for (WCBaseImage *image : {&m_AlphaSelection, &m_ScaleMarksMask})
         if (!image->GetBoundRect().IsReset())
@@ -295,7 +299,8 @@ WURect<short> WCGUIControl::GetValueRect() const {
     WURect<short> united;
     bool any = false;
     for (const auto &data : m_Registrations)
-        for (const WCStaticText *win : {data.GetValueWin(), data.GetUnitsWin(), data.GetLabelWin()}) {
+        for (const WCStaticText *win :
+             {data.GetValueWin(), data.GetUnitsWin(), data.GetLabelWin()}) {
             if (win == nullptr || win->GetDrawableRect().IsEmpty())
                 continue;
             WURect<short> rect = win->GetDrawableRect();
@@ -333,7 +338,8 @@ bool WCGUIControl::IsInside(const WCPoint2D<short> &point) const {
     if (inside || GetControlFlag(eCF_IgnoreMouseOnTextWin))
         return inside;
     for (const auto &data : m_Registrations) {
-        for (const WCStaticText *win : {data.GetValueWin(), data.GetUnitsWin(), data.GetLabelWin()}) {
+        for (const WCStaticText *win :
+             {data.GetValueWin(), data.GetUnitsWin(), data.GetLabelWin()}) {
             if (win == nullptr)
                 continue;
             WURect<short> rect = win->GetDrawableRect();

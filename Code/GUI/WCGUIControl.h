@@ -154,8 +154,9 @@ public:
                                                     std::size_t index);
     virtual int GetDrawInstructionsParamGraphWindow(miGS::WCGraphicStreamBinaryWriter &writer,
                                                     std::size_t index);
-    virtual int GetDrawInstructionsForStaticTextBackground(miGS::WCGraphicStreamBinaryWriter &writer,
-                                                           const WURect<short> &rect);
+    virtual int
+    GetDrawInstructionsForStaticTextBackground(miGS::WCGraphicStreamBinaryWriter &writer,
+                                               const WURect<short> &rect);
     virtual void SetBkgColor(const WCRGBAColor &color);
     // The image of the current selection level (level 4 when disabled).
     WCBaseImage *GetSelectionBitmap() const;
@@ -173,7 +174,9 @@ public:
     const WCFixedString<127> &GetAcceptableCharacters() const noexcept { return m_AcceptableChars; }
     WCGUIControl *GetFatherControl() const noexcept { return m_pFather; }
     const std::vector<WCGUIControl *> &GetDependents() const noexcept { return m_Dependents; }
-    const std::vector<WCGUIControl *> &GetDrawDependents() const noexcept { return m_DrawDependents; }
+    const std::vector<WCGUIControl *> &GetDrawDependents() const noexcept {
+        return m_DrawDependents;
+    }
     const WURect<short> &GetGeneralRect1() const noexcept { return m_GeneralRect1; }
     const WURect<short> &GetGeneralRect2() const noexcept { return m_GeneralRect2; }
     bool HasColor() const noexcept { return m_HasColor; }

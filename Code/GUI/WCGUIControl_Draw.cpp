@@ -44,7 +44,8 @@ int WCGUIControl::GetDrawInstructionsBkgColor(miGS::WCGraphicStreamBinaryWriter 
     if (!m_HasColor)
         return eNoErr;
     if (m_ColorRects.empty())
-        writer.DrawSolidRect(m_Color, WURect<short>(0, 0, m_DrawableRect.Height(), m_DrawableRect.Width()));
+        writer.DrawSolidRect(m_Color,
+                             WURect<short>(0, 0, m_DrawableRect.Height(), m_DrawableRect.Width()));
     for (const auto &rect : m_ColorRects)
         writer.DrawSolidRect(m_Color, rect);
     return eNoErr;
@@ -58,8 +59,9 @@ int WCGUIControl::GetDrawInstructionsSelectionBitmap(miGS::WCGraphicStreamBinary
             return;
         const WURect<short> &bound = image->GetBoundRect();
         if (image->GetResID() == WCBaseImage::kPathResID) {
-            writer.DrawPNGScaled(image->GetPath().c_str(),
-                                 WURect<short>(0, 0, m_DrawableRect.Height(), m_DrawableRect.Width()));
+            writer.DrawPNGScaled(
+                image->GetPath().c_str(),
+                WURect<short>(0, 0, m_DrawableRect.Height(), m_DrawableRect.Width()));
             return;
         }
         const WCPoint2D<short> position(
@@ -73,7 +75,8 @@ int WCGUIControl::GetDrawInstructionsSelectionBitmap(miGS::WCGraphicStreamBinary
     return eNoErr;
 }
 
-int WCGUIControl::GetDrawInstructionsDefaultSelectionLevel(miGS::WCGraphicStreamBinaryWriter &writer) {
+int WCGUIControl::GetDrawInstructionsDefaultSelectionLevel(
+    miGS::WCGraphicStreamBinaryWriter &writer) {
     const int level = m_Disabled ? eSelectDisabled : GetSelection();
     const WURect<short> frame(0, 0, m_DrawableRect.Height(), m_DrawableRect.Width());
     writer.DrawSolidRect(LevelColor(level), frame);
@@ -112,7 +115,8 @@ int WCGUIControl::GetDrawInstructionsParamBitmapWindow(miGS::WCGraphicStreamBina
     const WCBaseImage *image = data.GetParamCurrentImage();
     if (image == nullptr || image->GetResID() == WCBaseImage::kNoResID)
         return eNoErr;
-    WURect<short> rect = image->GetBoundRect().IsReset() ? data.GetBitmapWinRect() : image->GetBoundRect();
+    WURect<short> rect =
+        image->GetBoundRect().IsReset() ? data.GetBitmapWinRect() : image->GetBoundRect();
     if (rect.IsReset())
         rect = m_DrawableRect;
     writer.Remark("ParamBitmapWindow");
@@ -163,8 +167,8 @@ int WCGUIControl::GetDrawInstructionsParamGraphWindow(miGS::WCGraphicStreamBinar
     return index < m_Registrations.size() ? eNoErr : eOutOfRangeNumber;
 }
 
-int WCGUIControl::GetDrawInstructionsForStaticTextBackground(miGS::WCGraphicStreamBinaryWriter &writer,
-                                                             const WURect<short> &rect) {
+int WCGUIControl::GetDrawInstructionsForStaticTextBackground(
+    miGS::WCGraphicStreamBinaryWriter &writer, const WURect<short> &rect) {
     const WCBaseImage *image = m_Background.GetCurrentImage();
     if (image == nullptr || image->GetResID() < 0 || rect.IsEmpty())
         return eNoErr;

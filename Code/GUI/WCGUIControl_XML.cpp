@@ -143,7 +143,8 @@ WTErr WCGUIControl::UpdateFromXMLWithAlg(const XML::CXMLElement *element, cALGOR
     UnregisterAll();
     m_Registrations.clear();
     m_LeadParamIndex = 0;
-    for (WCBaseImageVector *images : {&m_Background, &m_Foreground, &m_SelectionImages, &m_Additional})
+    for (WCBaseImageVector *images :
+         {&m_Background, &m_Foreground, &m_SelectionImages, &m_Additional})
         images->Clear();
     m_ColorRects.clear();
     m_DependentNames.clear();

@@ -14,7 +14,9 @@ MIREL_NAMESPACE_BEGIN
 
 namespace {
 
-int SetupOf(const cALGORITHM &alg) { return alg.GetActiveSetup() == eSetupB ? 1 : 0; }
+int SetupOf(const cALGORITHM &alg) {
+    return alg.GetActiveSetup() == eSetupB ? 1 : 0;
+}
 
 const char *const kTextWinTypes[] = {"Value", "Units", "Label"};
 
@@ -333,21 +335,29 @@ bool WCParamRegistrationData::IsOptionReset(const bool *modifiers) const noexcep
 }
 
 WCParamRegistrationData::BUFFER_HEADER *WCParamRegistrationData::Reset(const bool *modifiers) {
-    if (Param() == nullptr ||
-        !(IsRegisteredToType(eRegReset, nullptr) || IsOptionReset(modifiers)))
+    if (Param() == nullptr || !(IsRegisteredToType(eRegReset, nullptr) || IsOptionReset(modifiers)))
         return nullptr;
     return m_pAlg->UpdateParamRequestRealWorld(m_ParamID, Param()->GetResetValue());
 }
 
 bool WCParamRegistrationData::ShouldSendTouch(const bool *modifiers) const noexcept {
     // The gestures that move a value: every bit but the marks and the display-only kinds.
-    static constexpr unsigned int kGestures[] = {
-        eRegMouseDown,         eRegMouseUp,           eRegMouseVertical,
-        eRegMouseHorizontal,   eRegMouseWheelVertical, eRegMouseWheelHorizontal,
-        eRegMouseDrawVertical, eRegMouseDrawHorizontal, eRegAbsMouseDownVertical,
-        eRegAbsMouseDownHorizontal, eRegAbsMouseUpVertical, eRegAbsMouseUpHorizontal,
-        eRegAbsMouseMoveVertical, eRegAbsMouseMoveHorizontal, eRegTouchPinchVertical,
-        eRegTouchPinchHorizontal};
+    static constexpr unsigned int kGestures[] = {eRegMouseDown,
+                                                 eRegMouseUp,
+                                                 eRegMouseVertical,
+                                                 eRegMouseHorizontal,
+                                                 eRegMouseWheelVertical,
+                                                 eRegMouseWheelHorizontal,
+                                                 eRegMouseDrawVertical,
+                                                 eRegMouseDrawHorizontal,
+                                                 eRegAbsMouseDownVertical,
+                                                 eRegAbsMouseDownHorizontal,
+                                                 eRegAbsMouseUpVertical,
+                                                 eRegAbsMouseUpHorizontal,
+                                                 eRegAbsMouseMoveVertical,
+                                                 eRegAbsMouseMoveHorizontal,
+                                                 eRegTouchPinchVertical,
+                                                 eRegTouchPinchHorizontal};
     for (unsigned int type : kGestures)
         if (IsRegisteredToType(type, modifiers))
             return true;
@@ -366,7 +376,9 @@ int WCParamRegistrationData::SetParamToUpdateFlag(std::uint32_t value) {
     return Param() != nullptr ? m_pAlg->SetParamToUpdateFlag(m_ParamID, value) : eOutOfRangeNumber;
 }
 
-int WCParamRegistrationData::Touch() { return Param() != nullptr ? eNotImplemented : eOutOfRangeNumber; }
+int WCParamRegistrationData::Touch() {
+    return Param() != nullptr ? eNotImplemented : eOutOfRangeNumber;
+}
 
 int WCParamRegistrationData::Release() {
     return Param() != nullptr ? eNotImplemented : eOutOfRangeNumber;
@@ -394,7 +406,8 @@ WCBaseImage *WCParamRegistrationData::GetParamCurrentImage() const {
     if (frames == 0)
         return nullptr;
     const double state = std::clamp(GetValue(), 0.0, 1000.0);
-    const auto index = static_cast<std::size_t>(std::floor(state * static_cast<double>(frames - 1) / 1000.0 + 0.5));
+    const auto index = static_cast<std::size_t>(
+        std::floor(state * static_cast<double>(frames - 1) / 1000.0 + 0.5));
     return m_BitmapWin->GetImagePtr(std::min(index, frames - 1));
 }
 

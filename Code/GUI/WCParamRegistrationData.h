@@ -131,7 +131,9 @@ public:
     std::vector<WCBaseImage *> GetAnimatedImageList() const;
     const WURect<short> &GetBitmapWinRect() const noexcept { return m_BitmapWinRect; }
     const WCBaseImageVector &GetBitmapWin() const noexcept { return *m_BitmapWin; }
-    bool HasBitmapWin() const noexcept { return !m_BitmapWinRect.IsEmpty() || !m_BitmapWin->Empty(); }
+    bool HasBitmapWin() const noexcept {
+        return !m_BitmapWinRect.IsEmpty() || !m_BitmapWin->Empty();
+    }
     const WURect<short> &GetGraphWinRect() const noexcept { return m_GraphWinRect; }
     // Moves the bitmap window and its images with the control.
     void OffsetBitmapWin(short dx, short dy);

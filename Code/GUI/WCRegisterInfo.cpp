@@ -67,7 +67,9 @@ constexpr const char *kModifierNames[] = {"Primary", "Secondary", "Shift"};
 
 } // namespace
 
-void WCRegisterInfo::Clear() noexcept { *this = WCRegisterInfo(); }
+void WCRegisterInfo::Clear() noexcept {
+    *this = WCRegisterInfo();
+}
 
 bool WCRegisterInfo::AddRegisterTypeName(const char *name) noexcept {
     if (name == nullptr)

@@ -23,7 +23,9 @@ int WCResConvertImage::ConvertAfterLoad(WSResDataBlock &data) {
     return eNoErr;
 }
 
-int WCResConvertImage::ConvertBeforeWrite(WSResDataBlock &) { return eNotImplemented; }
+int WCResConvertImage::ConvertBeforeWrite(WSResDataBlock &) {
+    return eNotImplemented;
+}
 
 int WCResConvertImage::Release(WSResDataBlock &data) {
     if (data.m_Form == kResFormDecodedImage)

@@ -66,8 +66,8 @@ constexpr WSFlagName kControlFlags[] = {
     {"ClippingRect", 43},
 };
 
-constexpr const char *kSelectLevels[] = {"Idle",     "Automated", "Selected",
-                                         "Active",   "Disabled",  "Hover"};
+constexpr const char *kSelectLevels[] = {"Idle",   "Automated", "Selected",
+                                         "Active", "Disabled",  "Hover"};
 constexpr const char *kHoverStates[] = {"HOVER_OFF", "HOVER_WILL_BE_ON", "HOVER_ON",
                                         "HOVER_WILL_BE_OFF"};
 constexpr const char *kDirections[] = {"none", "toggle", "vertical", "horizontal", "omni"};
@@ -102,7 +102,7 @@ int SelectLevelFromString(const char *name) noexcept {
 
 const char *SelectLevel2String(int level) noexcept {
     return level >= 0 && level < static_cast<int>(std::size(kSelectLevels)) ? kSelectLevels[level]
-                                                                             : nullptr;
+                                                                            : nullptr;
 }
 
 const char *HoverState2String(int state) noexcept {
@@ -134,7 +134,7 @@ bool DisableModeFromString(const char *name, int &out) noexcept {
 
 const char *DisableMode2String(int mode) noexcept {
     return mode >= 0 && mode < static_cast<int>(std::size(kDisableModes)) ? kDisableModes[mode]
-                                                                         : nullptr;
+                                                                          : nullptr;
 }
 
 } // namespace GUINames

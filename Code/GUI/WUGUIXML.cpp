@@ -19,7 +19,9 @@ WTErr ReadInt(const XML::CXMLElement &element, const char *name, int &out) noexc
     return WUAtoi(element.GetAttribString(name).c_str(), out);
 }
 
-bool FitsShort(int v) noexcept { return v >= -32768 && v <= 32767; }
+bool FitsShort(int v) noexcept {
+    return v >= -32768 && v <= 32767;
+}
 
 } // namespace
 

@@ -112,7 +112,9 @@ WTErr DecodeWebP(const void *data, std::uint64_t size, WSDecodedImage &out) {
     return eNoErr;
 }
 
-std::uint64_t GetNumDecodes() noexcept { return g_NumDecodes.load(std::memory_order_relaxed); }
+std::uint64_t GetNumDecodes() noexcept {
+    return g_NumDecodes.load(std::memory_order_relaxed);
+}
 
 } // namespace ImageDecoder
 

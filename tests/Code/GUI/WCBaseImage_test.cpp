@@ -43,7 +43,8 @@ std::string MakePNG() {
     png_alloc_size_t size = 0;
     png_image_write_to_memory(&image, nullptr, &size, 0, rgba.data(), 0, nullptr);
     std::string bytes(size, '\0');
-    EXPECT_NE(png_image_write_to_memory(&image, bytes.data(), &size, 0, rgba.data(), 0, nullptr), 0);
+    EXPECT_NE(png_image_write_to_memory(&image, bytes.data(), &size, 0, rgba.data(), 0, nullptr),
+              0);
     bytes.resize(size);
     return bytes;
 }

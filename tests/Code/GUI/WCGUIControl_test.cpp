@@ -188,7 +188,8 @@ TEST_F(WCGUIControlTest, ControlWrittenBackReadsTheSame) {
     const bool shift[4] = {false, false, true, false}, none[4] = {};
     EXPECT_TRUE(control->GetRegistration(0).IsRegisteredToType(ml::eRegMouseVertical, shift));
     EXPECT_FALSE(control->GetRegistration(0).IsRegisteredToType(ml::eRegMouseVertical, none));
-    EXPECT_FALSE(control->GetRegistration(0).IsRegisteredToType(ml::eRegMouseWheelVertical, nullptr));
+    EXPECT_FALSE(
+        control->GetRegistration(0).IsRegisteredToType(ml::eRegMouseWheelVertical, nullptr));
     EXPECT_TRUE(control->GetRegistration(2).IsParamArrayRegData());
     EXPECT_EQ(control->GetAdditionalImages().GetImagesVectorSize(), 3u);
     EXPECT_EQ(m_Document.m_Groups["Knobs"], std::vector<ml::WCGUIControl *>{control.get()});
@@ -210,18 +211,44 @@ TEST(WCRegisterInfo, EveryRegisterTypeNameRoundTrips) {
         const char *name;
         std::vector<unsigned int> bits;
     } named[] = {
-        {"None", {0}}, {"MouseDown", {1}}, {"MouseUp", {2}}, {"MouseVertical", {3}},
-        {"MouseHorizontal", {4}}, {"MouseWheelVertical", {5}}, {"MouseWheelHorizontal", {6}},
-        {"MouseDrawVertical", {7}}, {"MouseDrawHorizontal", {8}}, {"Reset", {11}},
-        {"OptionReset", {12}}, {"AbsMouseDownVertical", {17}}, {"AbsMouseDownHorizontal", {18}},
-        {"AbsMouseUpVertical", {19}}, {"AbsMouseUpHorizontal", {20}},
-        {"AbsMouseMoveVertical", {21}}, {"AbsMouseMoveHorizontal", {22}}, {"Cyclic", {24}},
-        {"ZoomX", {25}}, {"ZoomY", {26}}, {"ScrollX", {27}}, {"ScrollY", {28}},
-        {"RadioButton", {29}}, {"OnOff", {30}}, {"PopUp", {31}}, {"PopUpRightButton", {32}},
-        {"Snap", {33}}, {"Graph", {34}}, {"Vertices", {35}}, {"LoopStart", {36}},
-        {"LoopEnd", {37}}, {"DisplayOnly", {38}}, {"TouchPinchVertical", {39}},
-        {"TouchPinchHorizontal", {40}}, {"User1", {41}}, {"User10", {50}},
-        {"MouseVerticalNoMouseWheel", {3, 9}}, {"MouseHorizontalNoMouseWheel", {4, 10}},
+        {"None", {0}},
+        {"MouseDown", {1}},
+        {"MouseUp", {2}},
+        {"MouseVertical", {3}},
+        {"MouseHorizontal", {4}},
+        {"MouseWheelVertical", {5}},
+        {"MouseWheelHorizontal", {6}},
+        {"MouseDrawVertical", {7}},
+        {"MouseDrawHorizontal", {8}},
+        {"Reset", {11}},
+        {"OptionReset", {12}},
+        {"AbsMouseDownVertical", {17}},
+        {"AbsMouseDownHorizontal", {18}},
+        {"AbsMouseUpVertical", {19}},
+        {"AbsMouseUpHorizontal", {20}},
+        {"AbsMouseMoveVertical", {21}},
+        {"AbsMouseMoveHorizontal", {22}},
+        {"Cyclic", {24}},
+        {"ZoomX", {25}},
+        {"ZoomY", {26}},
+        {"ScrollX", {27}},
+        {"ScrollY", {28}},
+        {"RadioButton", {29}},
+        {"OnOff", {30}},
+        {"PopUp", {31}},
+        {"PopUpRightButton", {32}},
+        {"Snap", {33}},
+        {"Graph", {34}},
+        {"Vertices", {35}},
+        {"LoopStart", {36}},
+        {"LoopEnd", {37}},
+        {"DisplayOnly", {38}},
+        {"TouchPinchVertical", {39}},
+        {"TouchPinchHorizontal", {40}},
+        {"User1", {41}},
+        {"User10", {50}},
+        {"MouseVerticalNoMouseWheel", {3, 9}},
+        {"MouseHorizontalNoMouseWheel", {4, 10}},
         {"MouseDownLeftButtonOnly", {1, 13}},
     };
     for (const auto &row : named) {
@@ -258,12 +285,16 @@ TEST(GUINames, EveryControlFlagAndLevelNameRoundTrips) {
     const struct {
         const char *name;
         int bit;
-    } aliases[] = {{"SliderCopyFromBackground", 7}, {"ClippingRect", 43},
-                   {"ReciveTextEntery", 4}, {"ReceiveTextEntry", -1}, {"hidden", -1}};
+    } aliases[] = {{"SliderCopyFromBackground", 7},
+                   {"ClippingRect", 43},
+                   {"ReciveTextEntery", 4},
+                   {"ReceiveTextEntry", -1},
+                   {"hidden", -1}};
     for (const auto &row : aliases)
         EXPECT_EQ(ml::GUINames::ControlFlagFromString(row.name), row.bit) << row.name;
     for (int level = 0; level < ml::eNumSelectLevels; ++level)
-        EXPECT_EQ(ml::GUINames::SelectLevelFromString(ml::GUINames::SelectLevel2String(level)), level);
+        EXPECT_EQ(ml::GUINames::SelectLevelFromString(ml::GUINames::SelectLevel2String(level)),
+                  level);
     EXPECT_STREQ(ml::GUINames::HoverState2String(7), "UNKNOWN_HOVER_STATE");
 }
 
@@ -298,8 +329,9 @@ TEST_F(WCGUIControlTest, BadGeometryAndValuesKeepDefaultsWithTheirCodes) {
          }},
         {"Hidden hides and disables", R"(<Flags><Hidden/></Flags>)", 0,
          [](ml::WCGUIControl &c) { return c.IsHidden() && c.IsDisabled(); }},
-        {"image without a number", R"(<ImageList Type="BackGround"><Image ResID="knob"/></ImageList>)",
-         ml::eNotANumber, [](ml::WCGUIControl &c) { return c.GetBackground().Empty(); }},
+        {"image without a number",
+         R"(<ImageList Type="BackGround"><Image ResID="knob"/></ImageList>)", ml::eNotANumber,
+         [](ml::WCGUIControl &c) { return c.GetBackground().Empty(); }},
         {"unknown parameter", R"(<ParameterList><Param Name="Nope"/></ParameterList>)", 0,
          [](ml::WCGUIControl &c) { return c.GetNumRegistrations() == 0; }},
         {"unbound param array", R"(<ParameterList><Param ParamArray="true"/></ParameterList>)", 0,
@@ -313,7 +345,8 @@ TEST_F(WCGUIControlTest, BadGeometryAndValuesKeepDefaultsWithTheirCodes) {
         EXPECT_TRUE(row.check(*control)) << row.what;
     }
     // The edges of the drawable rect are outside.
-    const auto control = Read(R"(<Control><ControlRect top="10" left="10" width="5" height="5"/></Control>)");
+    const auto control =
+        Read(R"(<Control><ControlRect top="10" left="10" width="5" height="5"/></Control>)");
     EXPECT_TRUE(control->IsInside({10, 10}));
     EXPECT_FALSE(control->IsInside({15, 12}));
     EXPECT_FALSE(control->IsInside({12, 15}));
@@ -347,7 +380,8 @@ std::string DrawToYAML(ml::WCGUIControl &control) {
         std::strcpy(stream.stream_name, "Controls");
         ml::miGS::WCStGSStreamStructWriter guard(writer, stream);
         const auto &r = control.GetDrawableRect();
-        ml::miGS::WCStGSFrameStructWriter frame(writer, ml::WURect<int>(r.top, r.left, r.bottom, r.right), 0);
+        ml::miGS::WCStGSFrameStructWriter frame(
+            writer, ml::WURect<int>(r.top, r.left, r.bottom, r.right), 0);
         EXPECT_EQ(control.GetDrawInstructions(writer), 0);
     }
     ml::miGS::WCGraphicStreamToYAML yaml;
