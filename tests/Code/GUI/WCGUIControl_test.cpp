@@ -396,6 +396,7 @@ TEST_F(WCGUIControlTest, ParameterChangeReachesRegisteredControlsAtIdleAndIsDraw
       <ParameterList><Param Name="Gain" UpdateGraphics="%s"><RegisterType>MouseVertical</RegisterType>
         <TextWin Type="Value"><Font Name="DejaVu Sans" Size="11"/><PositionRect top="60" left="0" width="64" height="14"/></TextWin>
         <TextWin Type="Label"><PositionRect top="0" left="0" width="64" height="12"/></TextWin>
+        <TextWin Type="Units"><PositionRect top="74" left="0" width="64" height="6"/><ShowOnHover/></TextWin>
         <BitmapWin><PositionRect top="20" left="20" width="64" height="48"/>
           <ImageList><Image ResID="400"/><Image ResID="401"/><Image ResID="402"/></ImageList></BitmapWin>
       </Param></ParameterList></Control>)";
