@@ -12,9 +12,6 @@ MIREL_NAMESPACE_BEGIN
 
 namespace {
 
-// Every value of the new setup must be shown again.
-constexpr std::uint32_t kValueChanged = 3;
-
 bool IsSetupOrCurrent(EPluginSetup setup) {
     return setup == eSetupA || setup == eSetupB || setup == eCurrentSetup;
 }
