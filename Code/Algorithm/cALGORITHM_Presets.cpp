@@ -8,6 +8,8 @@
 
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Algorithm/WCStAlgLocker.h"
+#include "Code/Presets/CPresetAPI.h"
+#include "Code/Presets/CPublicAlg.h"
 #include "Code/Presets/PresetDocuments.h"
 #include "Code/Presets/WUPresetParams.h"
 
@@ -192,7 +194,8 @@ int cALGORITHM::PreparePresetChunk(Utils::WCStMemObj &chunk, bool allSetups, boo
 
 int cALGORITHM::SetPresetChunk(Utils::WCStConstMemObj const &chunk) {
     Preset::CPresetInfo info;
-    int err = Preset::ReadPresetChunk(chunk, info);
+    // Through the file API, so a chunk saved by a plug-in of another type is refused.
+    int err = Preset::CPresetAPI::SetPresetChunk(Preset::CPublicAlg(*this), info, chunk);
     if (err != eNoErr)
         return err;
     info.m_Section = Preset::ePresetSectionHostPresetChunk;
