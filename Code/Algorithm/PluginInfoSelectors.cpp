@@ -255,9 +255,11 @@ int GetPluginInfo_struct(PluginInstance &instance, unsigned int selector, void *
         return err;
     }
     case WCFourCC("MInf"):
+        MIREL_ASSERT_RETURN(out != nullptr, eMemNullPointer);
         if (arg < 0)
             return eOutOfRangeNumber;
-        return alg.GetMeterManager().GetMeterInfo(static_cast<std::uint32_t>(arg), out);
+        return alg.GetMeterManager().GetMeterInfo(static_cast<std::uint32_t>(arg),
+                                                  *static_cast<MirelMeterInfo *>(out));
     case WCFourCC("caui"): {
         // A ControllerAutomationInfoVer11 record; its version word must be 11.
         MIREL_ASSERT_RETURN(out != nullptr, eMemNullPointer);

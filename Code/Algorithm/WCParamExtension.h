@@ -6,6 +6,10 @@
 
 #include "core/MirelNamespace.h"
 
+namespace pugi {
+class xml_node;
+}
+
 MIREL_NAMESPACE_BEGIN
 
 // What a plug-in attaches to a parameter beyond its value: one block of data per setup, which
@@ -20,6 +24,10 @@ public:
     // Copies one setup's block over the other's (setup copy, active to passive). The base holds
     // no block, so it has nothing to copy.
     virtual void CopySetupData(int /*from*/, int /*to*/) {}
+    // Reads what the parameter XML says inside the extension element, after the factory made
+    // the extension. A value it cannot take keeps its default and gives a code; the base reads
+    // nothing.
+    virtual int ReadFromXML(pugi::xml_node const & /*element*/) { return 0; }
 
 private:
     int m_ActiveSetup = 0;

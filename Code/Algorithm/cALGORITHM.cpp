@@ -173,6 +173,8 @@ int cALGORITHM::FinishCreate() {
     // the plug-in's own step still decides the result.
     (void)PrepareParameterVec();
     ScaleAllParams(-1);
+    // A meter that cannot be added (none is refused but a null one) leaves the others working.
+    (void)InitializeMeterManager();
     m_AutomationManager.Init(this);
     m_Broadcaster.insert(&m_ShellListener);
     m_AutomationManager.FinishCreate();
@@ -312,6 +314,12 @@ BUFFER_HEADER *cALGORITHM::UpdateAlg() {
 
 int cALGORITHM::DoIdle(short level) {
     ++m_NumDoIdleCalls;
+    if (m_RefreshMetersRequested)
+        (void)RefreshMetersBuffers();
+    // Idle reads the meters unless the shell's meter thread took that over; a failed read leaves
+    // the values as they were and is no error of the tick.
+    if (m_ProcessActive && !m_ShellReadsMeters)
+        (void)m_MeterManager.ReadFromDSP(true);
     int err = m_MeterManager.UpdateDisplay();
     const auto threshold = static_cast<std::uint32_t>(level < 0 ? 0 : level);
     for (std::uint64_t id = 0; id < m_Params.size(); ++id) {
@@ -337,6 +345,7 @@ int cALGORITHM::Dispose() {
     if (m_Disposed)
         return eNoErr;
     DisposeSelf();
+    FreeBuffers(m_PendingMeterReads);
     m_pPresetsManager = nullptr;
     StopRedisReporting();
     m_Broadcaster.remove(&m_ShellListener);

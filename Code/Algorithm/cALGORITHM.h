@@ -677,7 +677,39 @@ public:
     WCMeterManager &GetMeterManager() { return m_MeterManager; }
     WCAutomationManager &GetAutomationManager() { return m_AutomationManager; }
     std::uint32_t GetOptimalRefreshRate() const { return m_OptimalRefreshRate; }
+    // [main-thread] Hands the meter extension of each parameter to the meter manager
+    // (FinishCreate does, once the parameters exist); meters it has already stay once.
+    int InitializeMeterManager();
+    // The value written back after each read of meter `index`, for this instance's kind of
+    // process side; -19 for an index beyond the meters.
     int GetMeterReadResetValue(std::int64_t index, double &value) const;
+    // [main-thread] Peaks and clips back to rest; the meters show it at the next idle.
+    int ResetPeak(std::int64_t index);
+    void ResetAllPeak();
+    void ResetAllClip();
+    // [main-thread] Drops a pending asynchronous read (made for the old placement of the
+    // meters) and refreshes every meter display. RequestRefreshMetersBuffers asks for it from
+    // any thread; the next idle does it.
+    int RefreshMetersBuffers();
+    void RequestRefreshMetersBuffers() { m_RefreshMetersRequested = true; }
+    // [any-thread] One step of a meter falling or rising towards `newValue` from `previous`:
+    // attack while it falls, release while it rises, each to the power of the milliseconds
+    // since `*time` (then stored). Within 0.0001 it has settled: `newValue`, time untouched.
+    static double ReleaseVU(double newValue, double previous, double *time, double attack,
+                            double release);
+    static double ReleaseVU(double newValue, double previous, double *time, double attack,
+                            double release, double nowMs);
+
+    // The meter manager's listener. ReadMeters reads in one send (operation 1) a buffer per run
+    // of consecutive states offsets, and with `reset` writes each meter's read-reset value back
+    // in the same buffer. ReadMetersSend sends such reads without waiting (operation 0) and
+    // keeps them; ReadMetersReceive takes their words. eWrongObjectState while the process is
+    // inactive (and for a receive with nothing sent); eMemNewFailed when buffers cannot be made.
+    void UpdateMeterDisplay(std::uint64_t id, WCParamExtensionMeter *meter) override;
+    int ReadMeters(WCMeterManager::sMeter *meters, unsigned int count, bool reset) override;
+    int GetParamLabelString(std::uint64_t id, WCFixedStringBase &out) override;
+    int ReadMetersSend(std::vector<WCMeterManager::sMeter> &meters) override;
+    int ReadMetersReceive(std::vector<WCMeterManager::sMeter> &meters) override;
     int GetAutomationControlIndexByName(char const *name) const;
     // A control's conversions and text belong to the automation manager: -19 for an
     // index that names no control, eNotImplemented for one that does, until that work lands.
@@ -825,6 +857,12 @@ protected:
     // A plug-in that carries its parameters another way overrides it.
     virtual int ReadParamXML(Utils::WCStMemObj &out) const;
 
+    // The meter reads of ReadMeters: null when a buffer cannot be made (nothing left held).
+    BUFFER_HEADER *PrepareMeterReads(WCMeterManager::sMeter *meters, unsigned int count,
+                                     bool reset);
+    int TakeMeterReads(BUFFER_HEADER const *chain, WCMeterManager::sMeter *meters,
+                       unsigned int count);
+
     // Fills the five maps (built-ins, then each ...Self hook) and builds the parameter list.
     int PrepareParameterVec();
     int PrepareDisplayFunctionsMap();
@@ -908,6 +946,10 @@ private:
     bool m_IsArtist = false;
     std::uint64_t m_UndoLevel = 1000;
     WCMeterManager m_MeterManager;
+    // The asynchronous meter read sent and not yet received.
+    BUFFER_HEADER *m_PendingMeterReads = nullptr;
+    std::atomic<bool> m_RefreshMetersRequested = false;
+    bool m_ShellReadsMeters = false;
     Preset::CPresetsManager *m_pPresetsManager = nullptr;
     Preset::CPresetInfo m_CurrentPresetInfo;
     MirelComponentInfo m_ComponentInfo;

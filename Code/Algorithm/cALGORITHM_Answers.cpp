@@ -184,12 +184,6 @@ int cALGORITHM::ReadFactoryPresetFromFile(char const *) {
 
 // ---- meters and automation ------------------------------------------------------------------
 
-int cALGORITHM::GetMeterReadResetValue(std::int64_t index, double &value) const {
-    if (index < 0)
-        return eOutOfRangeNumber;
-    return m_MeterManager.GetMeterReadResetValue(static_cast<std::uint32_t>(index), value);
-}
-
 int cALGORITHM::GetAutomationControlIndexByName(char const *name) const {
     return m_AutomationManager.GetControlIndexByName(name);
 }

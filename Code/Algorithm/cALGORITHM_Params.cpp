@@ -7,6 +7,7 @@
 #include "Code/Algorithm/WUDisplayFunctions.h"
 #include "Code/Algorithm/WUParametersXML.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Process/WCParamExtensionMeter.h"
 #include "core/WCStMemObj.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -29,6 +30,17 @@ int cALGORITHM::PrepareDrawClassFactoryMap() {
 }
 
 int cALGORITHM::PrepareParamExtensionFactoryMap() {
+    // The meter classes are built in; a plug-in's hook runs after and may replace them.
+    auto &factories = m_ParamMaps.extensionFactories;
+    factories[WTParamMapKey("WCParamExtensionMeter")] = [](char const *) -> WCParamExtension * {
+        return new WCParamExtensionMeter;
+    };
+    factories[WTParamMapKey("WCParamExtensionMeterWithClip")] =
+        [](char const *) -> WCParamExtension * { return new WCParamExtensionMeterWithClip; };
+    factories[WTParamMapKey("WCParamExtensionAttenuationMeter")] =
+        [](char const *) -> WCParamExtension * { return new WCParamExtensionAttenuationMeter; };
+    factories[WTParamMapKey("WCParamExtensionBoostAttenMeter")] =
+        [](char const *) -> WCParamExtension * { return new WCParamExtensionBoostAttenMeter; };
     return PrepareParamExtensionFactoryMapSelf();
 }
 

@@ -214,6 +214,7 @@ int sCONTROL_PARAMXML::ReadFromXML(pugi::xml_node const &element) {
         } else if (std::strcmp(tag, "ExtensionClass") == 0) {
             m_ExtensionClass = text;
             m_ExtensionDataType = child.attribute("DataType").value();
+            m_ExtensionElement = child;
         } else if (std::strcmp(tag, "DrawClass") == 0) {
             m_DrawClass = text;
             m_DrawDataType = child.attribute("DataType").value();
@@ -298,12 +299,15 @@ int sCONTROL_PARAMXML::WriteDataToMembers(sCONTROL_PARAM &param, WSParamMaps con
     param.m_Extension.reset();
     param.m_ExtensionClassName.clear();
     param.m_ExtensionDataType.clear();
+    int extensionErr = eNoErr;
     if (auto found = maps.extensionFactories.find(m_ExtensionClass);
         found != maps.extensionFactories.end() && found->second) {
         param.m_Extension.reset(found->second(m_ExtensionDataType.c_str()));
         if (param.m_Extension) {
             param.m_ExtensionClassName = m_ExtensionClass;
             param.m_ExtensionDataType = m_ExtensionDataType;
+            if (m_ExtensionElement)
+                extensionErr = param.m_Extension->ReadFromXML(m_ExtensionElement);
         }
     }
     param.m_GraphData[0].reset();
@@ -322,7 +326,7 @@ int sCONTROL_PARAMXML::WriteDataToMembers(sCONTROL_PARAM &param, WSParamMaps con
     param.m_LinkGroups = m_LinkGroups;
     param.m_ControlledLinkGroups = m_ControlledLinkGroups;
     param.m_StateDataType = m_StateDataType;
-    return eNoErr;
+    return extensionErr;
 }
 
 int sCONTROL_PARAMXML::ReadDataFromMembers(sCONTROL_PARAM const &param) {

@@ -36,7 +36,8 @@ struct sCONTROL_PARAMXML {
     // Moves the gathered data into `param` in this order: the toggle map points (only for
     // "toggleMap"), SetScale, SetScaleDefaults, flags, display function, mouse delta, label,
     // units, mouse acceleration, extension, draw data. Unknown names fall back: the display to
-    // "DisplayNothing", extension and draw class to none.
+    // "DisplayNothing", extension and draw class to none. The answer is the extension's code
+    // for what it could not read inside its element; the parameter is made anyway.
     int WriteDataToMembers(sCONTROL_PARAM &param, WSParamMaps const &maps) const;
 
     // Gathers from a built parameter, for writing it back.
@@ -72,6 +73,9 @@ struct sCONTROL_PARAMXML {
     std::vector<WCFixedString<127>> m_DisplayStrings;
     WCFixedString<127> m_ExtensionClass;
     WCFixedString<127> m_ExtensionDataType;
+    // The extension element itself, whose children the extension reads; it lives as long as
+    // the document being read.
+    pugi::xml_node m_ExtensionElement;
     WCFixedString<127> m_DrawClass;
     WCFixedString<127> m_DrawDataType;
     std::vector<int> m_LinkGroups;
