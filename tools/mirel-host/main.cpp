@@ -2,6 +2,8 @@
 //   mirel-host version          the library's version and a few error names
 //   mirel-host demo [module]    loads a plug-in module (the example GainFilter by default),
 //                               walks its life cycle and prints what it answered
+//   mirel-host preset print FILE / preset convert [--index N] IN OUT
+//                               shows a preset file, or writes it in the other form
 
 #include <cmath>
 #include <cstdio>
@@ -16,6 +18,7 @@
 #include "core/MirelNamespace.h"
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
+#include "tools/mirel-host/PresetCommand.h"
 #include "tools/shell/WCRecordingShell.h"
 
 namespace {
@@ -30,8 +33,10 @@ int PrintVersion() {
     return 0;
 }
 
-void PrintUsage() {
-    std::printf("usage: mirel-host version | demo [plug-in module]\n");
+void PrintUsage(std::FILE *out) {
+    std::fprintf(out, "usage: mirel-host version\n"
+                      "       mirel-host demo [plug-in module]\n");
+    mirel_host::PrintPresetUsage(out, false);
 }
 
 char const *OpName(int op) {
@@ -343,6 +348,12 @@ int main(int argc, char **argv) {
         return PrintVersion();
     if (std::strcmp(argv[1], "demo") == 0)
         return Demo(argc > 2 ? argv[2] : MIREL_EXAMPLE_MODULE);
-    PrintUsage();
-    return 2;
+    if (std::strcmp(argv[1], "preset") == 0)
+        return mirel_host::RunPresetCommand(argc - 2, argv + 2);
+    if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "help") == 0) {
+        PrintUsage(stdout);
+        return 0;
+    }
+    PrintUsage(stderr);
+    return 1;
 }
