@@ -1,5 +1,6 @@
 // The preset readers over arbitrary bytes: the first byte picks the reader (an .xps document with
-// its data, a host chunk, or a .yps text whose chunk then goes through the chunk reader). What a
+// its data, a host chunk, a .yps text whose chunk then goes through the chunk reader, or the
+// file API's lists and chunk reader for one plug-in, which filter by type lists). What a
 // reader accepts is written, read back and written again, and the two texts must be the same;
 // what it refuses must leave its target as it was. Presets older than 11.0.0 are read but not
 // compared. Nothing may crash, hang or grow without bound.
@@ -9,8 +10,13 @@
 #include <string>
 #include <vector>
 
+#include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Presets/CPresetAPI.h"
 #include "Code/Presets/PresetDocuments.h"
 #include "Code/Presets/PresetYAML.h"
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "Utilities/XML/Code/CXMLTreeBuilder.h"
+#include "Utilities/XML/Code/PugiXML.h"
 #include "Utilities/XML/Code/WCXMLLog.h"
 
 using namespace MIREL_NAMESPACE_NAME;
@@ -103,6 +109,64 @@ void FuzzYAML(const std::string &text) {
     FuzzChunk(chunk);
 }
 
+// A plug-in of type "XGai", sub-type "TsAl" that takes presets of "XGa2" too.
+class WCFuzzAlgorithm : public cALGORITHM {
+public:
+    WCFuzzAlgorithm() : cALGORITHM(MirelComponentInfo(), NoContainer()) {
+        SetAlgTypes(WCFourCC("XGai"), WCFourCC("TsAl"));
+    }
+
+protected:
+    BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override { return nullptr; }
+    BUFFER_HEADER *UpdateAlgSelf() override { return nullptr; }
+    BUFFER_HEADER *InitAlgSelf() override { return nullptr; }
+    int DoIdleSelf(short) override { return 0; }
+    BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
+
+private:
+    static WTResContainerType *&NoContainer() {
+        static WTResContainerType *none = nullptr;
+        return none;
+    }
+};
+
+class WCFuzzPublicAlg : public Preset::CPublicAlg {
+public:
+    using CPublicAlg::CPublicAlg;
+    std::vector<WCFourCC> GetPresetCompatibleTypes(WCFourCC) const override {
+        return {WCFourCC("XGa2")};
+    }
+};
+
+// The plug-in's lists of a document in both XML worlds, and its chunk reader: what is refused
+// leaves the target as it was.
+void FuzzPresetAPI(const std::string &text) {
+    static const WCFuzzAlgorithm algorithm;
+    const WCFuzzPublicAlg alg(algorithm);
+    const Preset::CPresetsFileInfo file;
+    Preset::WTPresetList list;
+    XML::CXMLElement root;
+    XML::CXMLTreeBuilder builder(root);
+    if (text.size() >= 4 && builder.BuildFromSingleBuffer(text.data(), text.size()) == eNoErr &&
+        root.IsValid())
+        Preset::CPresetAPI::GetPresetList_XML(alg, file, root, list, WCFourCC::Unreadable(),
+                                              WCFourCC::Unreadable(), -1, true);
+    pugi::xml_document doc;
+    if (PugiXML::read_xml_from_string(text, doc) == 0)
+        Preset::CPresetAPI::GetPresetList_XML_Pugi(alg, file, doc.document_element(), list,
+                                                   WCFourCC::Unreadable(), WCFourCC::Unreadable(),
+                                                   -1);
+    Preset::CPresetAPI::DisableDuplicatePresets(list);
+    Preset::CPresetAPI::FixPresetOrderIfNeeded(list);
+
+    Preset::CPresetInfo info;
+    info.m_PresetName = "untouched";
+    const Utils::WCStConstMemObj chunk(text.data(), text.size());
+    if (Preset::CPresetAPI::SetPresetChunk(alg, info, chunk) != eNoErr &&
+        (info.m_PresetName != "untouched" || !info.m_Data.empty()))
+        std::abort();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -111,10 +175,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size == 0)
         return 0;
     const std::string text(reinterpret_cast<const char *>(data) + 1, size - 1);
-    switch (data[0] % 3) {
+    switch (data[0] % 4) {
     case 0: FuzzDocument(text); break;
     case 1: FuzzChunk(text); break;
-    default: FuzzYAML(text); break;
+    case 2: FuzzYAML(text); break;
+    default: FuzzPresetAPI(text); break;
     }
     return 0;
 }

@@ -122,7 +122,6 @@ TEST_F(CPresetAPIWrite, ReadRemoveAndEditReachOnlyThePluginsPreset) {
     EXPECT_EQ(CPresetAPI::ReadPresetInfo(m_Public, missing), ml::ePresetInfoNotFound);
     EXPECT_TRUE(missing.m_Data.empty());
     EXPECT_EQ(CPresetAPI::RemovePresetInfo(m_Public, missing), ml::ePresetInfoNotFound);
-    EXPECT_FALSE(CPresetAPI::ReadDefaultPresetFromFile(m_Public, missing));
     EXPECT_EQ(FileText(m_Path), before);
 
     // A plug-in block edited in place: the values and the place in the file stay.
@@ -150,7 +149,6 @@ TEST_F(CPresetAPIWrite, ReadRemoveAndEditReachOnlyThePluginsPreset) {
     CPresetInfo locked(m_File);
     locked.m_PresetName = "Any";
     locked.m_Flags |= ePresetFlagLocked;
-    EXPECT_EQ(CPresetAPI::RemovePresetInfo(m_Public, locked), ml::ePresetLockedProblem);
     EXPECT_EQ(CPresetAPI::WritePresetInfo(m_Public, locked), ml::ePresetLockedProblem);
 }
 
@@ -165,22 +163,6 @@ TEST_F(CPresetAPIWrite, ConversionBringsOnlyThePluginsPresetsUpToDate) {
     ASSERT_EQ(CPresetAPI::GetPresetList(m_Other, m_File, list), ml::eNoErr);
     EXPECT_TRUE(list[0]->m_PluginName.empty()) << "another plug-in's preset keeps its header";
     EXPECT_NE(FileText(m_Path).find(R"(GenericType="Othr,Oth2")"), std::string::npos);
-}
-
-TEST_F(CPresetAPIWrite, NewFilesAreEmptyDocumentsAndDialogsAreNotBuilt) {
-    const ml::FM::WCStPath path((m_Dir.path() / "sub/New.xps").string());
-    CPresetsFileInfo file;
-    ASSERT_EQ(CPresetAPI::CreateNewPresetsFile(m_Public, file, path), ml::eNoErr);
-    EXPECT_EQ(file.m_Format, ePresetsFormatXMLFile);
-    WTPresetList list;
-    EXPECT_EQ(CPresetAPI::GetPresetList(m_Public, file, list), ml::eNoErr);
-    EXPECT_TRUE(list.empty());
-    EXPECT_EQ(CPresetAPI::CreateNewPresetsFile(m_Public, file, ml::FM::WCStPath()),
-              ml::eNotImplemented);
-    ml::FM::WCStPath chosen;
-    ml::WCFixedString<127> name;
-    EXPECT_EQ(CPresetAPI::GetPresetsFile(m_Public, chosen, "x.xps"), ml::eNotImplemented);
-    EXPECT_EQ(CPresetAPI::GetPresetNameFromUser(m_Public, name), ml::eNotImplemented);
 }
 
 TEST_F(CPresetAPIWrite, ChunksOfAnotherTypeAreRefusedUnlessTheTypeIsCompatible) {
