@@ -949,7 +949,7 @@ private:
     // The asynchronous meter read sent and not yet received.
     BUFFER_HEADER *m_PendingMeterReads = nullptr;
     std::atomic<bool> m_RefreshMetersRequested = false;
-    bool m_ShellReadsMeters = false;
+    std::atomic<bool> m_ShellReadsMeters = false;
     Preset::CPresetsManager *m_pPresetsManager = nullptr;
     Preset::CPresetInfo m_CurrentPresetInfo;
     MirelComponentInfo m_ComponentInfo;
