@@ -144,25 +144,38 @@ void cALGORITHM::UnLockProcess() const {
 // ---- life cycle -----------------------------------------------------------------------------
 
 int cALGORITHM::InitProcessCode() {
-    // The process-code description would come from the "ProcessXML" resource; until it is read
-    // the plug-in states its needs in InitProcessCodeSelf.
+    // The builds come from the bundle's "ProcessXML"; a plug-in without one states its needs in
+    // InitProcessCodeSelf.
+    const int read = GetContainer() == nullptr
+                         ? eRMContainerNotFound
+                         : m_ProcessCodeManager.ReadProcCodeDescForComponent(m_ComponentInfo,
+                                                                             GetContainer());
     if (!m_AdjustedProcessCode) {
         m_AdjustedProcessCode = true;
         AdjustProcessCodeDescriptionsSelf();
         SetPluginValue_bool("AlreadyCalledAdjustProcessCodeDescriptions", true);
     }
     SProcessorSpec spec;
+    GetDefaultProcessorForComponent(spec);
+    m_CurrentProcessor = spec;
+    m_DSPReqRes.processor = spec;
+    if (read == eNoErr)
+        m_ProcessCodeManager.GetDSPReqResForSpecificProcessor(spec, m_DSPReqRes);
+    if (m_IsNative)
+        m_DSPReqRes.codeResID = 1000;
+    InitProcessCodeSelf();
+    // A broken description is the plug-in's fault and must show; a missing one is normal.
+    return read == eXMLTreeNotValid ? read : eNoErr;
+}
+
+void cALGORITHM::GetDefaultProcessorForComponent(SProcessorSpec &spec) {
+    spec = SProcessorSpec{};
     const WCFourCC type = m_ComponentInfo.m_ComponentType;
     if (type == WCFourCC("sigD") || type == WCFourCC("pDPI"))
         spec.family = 1;
     else if (m_IsNative || m_IsNetShell)
         spec.family = 3;
-    m_CurrentProcessor = spec;
-    m_DSPReqRes.processor = spec;
-    if (m_IsNative)
-        m_DSPReqRes.codeResID = 1000;
-    InitProcessCodeSelf();
-    return eNoErr;
+    GetDefaultProcessorForComponentSelf(spec);
 }
 
 int cALGORITHM::FinishCreate() {

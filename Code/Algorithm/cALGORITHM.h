@@ -24,14 +24,17 @@
 #include "Code/Algorithm/WCMusicInfo.h"
 #include "Code/Algorithm/WSParamMaps.h"
 #include "Code/Algorithm/sCONTROL_PARAM.h"
+#include "Code/Process/CProcessCodeManager.h"
 #include "Code/Process/KPAPIProcessMemory.h"
 #include "Code/Process/WCProcessMemory.h"
+#include "Code/Process/WUNativeProcess.h"
 #include "Utilities/XML/Code/CXMLable.h"
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
 #include "core/WCFourCC.h"
 #include "core/WTErrors.h"
 #include "core/miThread.h"
+#include "resources/WCNativeModule.h"
 #include "resources/WCStRes.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -170,6 +173,25 @@ public:
     }
     int SetCurrentProcessor(SProcessorSpec const *spec);
     SProcessorSpec const &GetCurrentProcessor() const { return m_CurrentProcessor; }
+    // The builds of the audio code this component's "ProcessXML" describes.
+    CProcessCodeManager const &GetProcessCodeManager() const { return m_ProcessCodeManager; }
+    // The processor a build is chosen for: family 1 for the DSP shells, 3 for native and
+    // networked ones, then the plug-in's GetDefaultProcessorForComponentSelf.
+    void GetDefaultProcessorForComponent(SProcessorSpec &spec);
+    // "<family> <model>" of the current processor.
+    int GetProcessorTypeString(WCFixedStringBase &out) const;
+    // The native build for `type`, as the bundle keeps it: the module's path and the build's
+    // display name. eCantLoadProcessFunction when the bundle has no such build.
+    int GetNativeProcessDetails(ProcessorType type, FM::WCStPath &path,
+                                WCFixedStringBase &name) const;
+    // [main-thread] Loads the native build for `type` (falling back from AVX512 to AVX to
+    // generic when one is missing) and finds its process function by the description's
+    // "ProcessFunctionName". `function` (a WTNativeProcessFunction *) receives it, `size` the
+    // module's size in bytes; the module stays loaded with the instance. The build found is
+    // reported under "GetNSProcess". eCantLoadProcessFunction when no build can be loaded.
+    int GetNSProcess(ProcessorType type, EOSType os, void *function, std::uint64_t *size);
+    // The type of the build GetNSProcess loaded (generic before any).
+    ProcessorType GetLoadedNativeProcessType() const { return m_NativeProcessType; }
     std::uint32_t GetCoefsNum() const { return m_DSPReqRes.coefsWords; }
     // [main-thread] Lets the plug-in allocate on its process side; answers
     // CallProcessSideAllocSelf.
@@ -845,6 +867,8 @@ protected:
     virtual void CopySetupSelf(EPluginSetup, EPluginSetup) {}
     virtual void InitProcessCodeSelf() {}
     virtual void AdjustProcessCodeDescriptionsSelf() {}
+    // May change the processor a build is chosen for.
+    virtual void GetDefaultProcessorForComponentSelf(SProcessorSpec &) {}
     virtual void InitExportItemMapSelf() {}
     virtual void Init_Key_Values_Self() {}
     virtual int PrepareDisplayFunctionsMapSelf() { return 0; }
@@ -941,6 +965,9 @@ private:
     std::vector<WCFourCC> m_PresetCompatibleSubComps;
     ProcessMemory::SDSPReqRes m_DSPReqRes;
     SProcessorSpec m_CurrentProcessor;
+    CProcessCodeManager m_ProcessCodeManager;
+    Utils::WCNativeModule m_NativeProcessModule;
+    ProcessorType m_NativeProcessType = eProcessorTypeGeneric;
     bool m_IsNative = false;
     bool m_IsNetShell = false;
     bool m_IsArtist = false;

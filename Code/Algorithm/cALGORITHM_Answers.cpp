@@ -217,8 +217,13 @@ int cALGORITHM::ReadResourceToMemObj(char const *type, short id, Utils::WCStMemO
     return RM::GetRawResourceData(GetContainer(), WCResKey(type, id), out);
 }
 
-int cALGORITHM::GetPathToNativeProcessDLL(WCFixedStringBase &) const {
-    return eCantLoadProcessFunction;
+int cALGORITHM::GetPathToNativeProcessDLL(WCFixedStringBase &out) const {
+    FM::WCStPath path;
+    WCFixedString<63> name;
+    const int err = GetNativeProcessDetails(GetCPUType(), path, name);
+    if (err == eNoErr)
+        out = path.GetPathString();
+    return err;
 }
 
 int cALGORITHM::GetProcessCodeManagerMemObj(Utils::WCStMemObj &out) const {

@@ -2,6 +2,8 @@
 // externals and ports live in the instance's WCProcessMemory; the forwarders are in the header.
 
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Process/WUProcessorSpec.h"
+#include "resources/ResourceManager.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -72,6 +74,68 @@ int cALGORITHM::ReadIntFromWord(void const *source, int &value) const {
         return eMemNullPointer;
     m_ProcessMemory.Converters().m_ReadInt(source, &value);
     return eNoErr;
+}
+
+MIREL_NAMESPACE_END
+
+// ---- native builds of the audio code --------------------------------------------------------
+
+MIREL_NAMESPACE_BEGIN
+
+int cALGORITHM::GetProcessorTypeString(WCFixedStringBase &out) const {
+    ProcessorName(m_CurrentProcessor, out);
+    return eNoErr;
+}
+
+int cALGORITHM::GetNativeProcessDetails(ProcessorType type, FM::WCStPath &path,
+                                        WCFixedStringBase &name) const {
+    char const *resourceType = ObtainProcessCodeResourceType(type, GetCurrentOSType());
+    if (GetContainer() == nullptr || resourceType[0] == '\0')
+        return eCantLoadProcessFunction;
+    const short id = m_DSPReqRes.codeResID != 0 ? static_cast<short>(m_DSPReqRes.codeResID) : 1000;
+    FM::WCStPath found;
+    if (RM::GetPathToActualFile(GetContainer(), WCResKey(resourceType, id), found) != eNoErr ||
+        !found.IsFile())
+        return eCantLoadProcessFunction;
+    path = found;
+    name = GetNativeProcessDisplayName(type);
+    return eNoErr;
+}
+
+int cALGORITHM::GetNSProcess(ProcessorType type, EOSType os, void *function, std::uint64_t *size) {
+    if (function == nullptr)
+        return eMemNullPointer;
+    if (os != GetCurrentOSType())
+        return eCantLoadProcessFunction;
+    ProcessMemory::CProcCodeDesc const *desc =
+        m_ProcessCodeManager.DescriptionFor(m_CurrentProcessor);
+    if (desc == nullptr || desc->m_ProcessFunctionName.empty())
+        return eCantLoadProcessFunction;
+    for (ProcessorType tried = type;;) {
+        FM::WCStPath path;
+        WCFixedString<63> name;
+        if (GetNativeProcessDetails(tried, path, name) == eNoErr) {
+            Utils::WCNativeModule module;
+            if (module.Load(path.GetPathString().c_str()) == eNoErr) {
+                auto found =
+                    module.GetFunction<WTNativeProcessFunction>(desc->m_ProcessFunctionName.c_str());
+                if (found != nullptr) {
+                    m_NativeProcessModule = std::move(module);
+                    m_NativeProcessType = tried;
+                    *static_cast<WTNativeProcessFunction *>(function) = found;
+                    std::uint64_t bytes = 0;
+                    if (size != nullptr && path.GetFileSize(bytes) == eNoErr)
+                        *size = bytes;
+                    Report("GetNSProcess", name.c_str());
+                    return eNoErr;
+                }
+            }
+        }
+        if (!WeakerProcessorType(tried, tried))
+            break;
+    }
+    Report("GetNSProcess", "none");
+    return eCantLoadProcessFunction;
 }
 
 MIREL_NAMESPACE_END

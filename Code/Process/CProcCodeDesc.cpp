@@ -96,7 +96,7 @@ WTErr CProcCodeDesc::SExternBuffDesc::ReadFromXML(const pugi::xml_node &node) {
         const pugi::xml_node space = node.child("memSpace");
         if (space) {
             const WCFourCC code = WCFourCC::FromText(space.child_value());
-            if (code.IsUnreadable())
+            if (code.IsUnreadable() || std::strlen(space.child_value()) != 4)
                 throw static_cast<int>(eXMLTreeNotValid);
             read.m_MemSpace = code;
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
 #include "files/WCStPath.h"
@@ -22,6 +24,12 @@ enum EOSType : int {
     eOSiOS = 3,
     eOSLinux = 4,
 };
+
+// The audio code of a native build: one call processes `frames` frames of interleaved
+// channels (as many as the description's inputs and outputs) over the coefficient and state
+// words the plug-in placed.
+using WTNativeProcessFunction = void (*)(void const *coefs, void *states, float const *in,
+                                         float *out, std::int32_t frames);
 
 // The system this library was built for.
 EOSType GetCurrentOSType() noexcept;
