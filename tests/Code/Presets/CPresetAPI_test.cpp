@@ -170,10 +170,8 @@ TEST_F(CPresetAPITest, ListsShowWhatThePluginTakesInEveryFormAndFlagDuplicates) 
     for (const char *name : {"Factory.xps", "Fx.bundle", "One.yps"}) {
         const CPresetsFileInfo file = File(At(name));
         WTPresetList list;
-        if (file.m_Format != ePresetsFormatYAMLFile) {
-            ASSERT_EQ(CPresetAPI::GetPresetList(m_Public, file, list), ml::eNoErr) << name;
-            EXPECT_EQ(Entries(list), kFactoryEntries) << name;
-        }
+        ASSERT_EQ(CPresetAPI::GetPresetList(m_Public, file, list), ml::eNoErr) << name;
+        EXPECT_EQ(Entries(list), kFactoryEntries) << name;
         ASSERT_EQ(CPresetAPI::GetPresetListWithPugi(m_Public, file, list), ml::eNoErr) << name;
         EXPECT_EQ(Entries(list), kFactoryEntries) << name << " through pugi";
     }
