@@ -49,9 +49,9 @@ BUFFER_HEADER *cALGORITHM::PrepareMeterReads(sMeter *meters, unsigned int count,
     BUFFER_HEADER *chain = nullptr;
     for (unsigned int first = 0; first < count;) {
         const unsigned int size = GroupSize(meters, first, count);
-        BUFFER_HEADER *buffer = PrepareStatesBuffer(
-            memOp, static_cast<int>(meters[first].m_pMeter->GetStatesOffset()),
-            static_cast<int>(size));
+        BUFFER_HEADER *buffer =
+            PrepareStatesBuffer(memOp, static_cast<int>(meters[first].m_pMeter->GetStatesOffset()),
+                                static_cast<int>(size));
         if (buffer == nullptr || buffer->data == nullptr) {
             FreeBuffers(buffer);
             FreeBuffers(chain);

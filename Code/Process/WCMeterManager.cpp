@@ -158,7 +158,8 @@ int WCMeterManager::UpdateDisplay() {
         // A meter that heard nothing yet has no say in the trim.
         const double peak = extension->GetPeak();
         if (meter.m_AutoTrimRegistered && peak > 0.0)
-            loudest = std::max(loudest, std::clamp(peak, meter.m_AutoTrimLow, meter.m_AutoTrimHigh));
+            loudest =
+                std::max(loudest, std::clamp(peak, meter.m_AutoTrimLow, meter.m_AutoTrimHigh));
     }
     if (loudest > 0.0)
         m_AutoTrimGain = -DSP::GainTodb(loudest);

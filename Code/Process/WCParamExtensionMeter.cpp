@@ -289,8 +289,8 @@ double WCParamExtensionMeterWithClip::GetDisplayValue() const {
     const double shown = WCParamExtensionMeter::GetDisplayValue();
     if (!m_Clip)
         return shown;
-    const double level = GetRangeMin() < 0.0 ? std::max(DSP::GainTodb(m_ClipLevel), GetRangeMin())
-                                             : m_ClipLevel;
+    const double level =
+        GetRangeMin() < 0.0 ? std::max(DSP::GainTodb(m_ClipLevel), GetRangeMin()) : m_ClipLevel;
     return std::max(shown, level);
 }
 

@@ -100,9 +100,7 @@ protected:
     // The clip form reads its own elements after the common ones.
     virtual int ReadMoreFromXML(pugi::xml_node const &element);
     // Value and peak at the rest value of the final class, for its constructor to call.
-    void StartAtRest() {
-        m_Peak = m_SmoothedValue = GetRestValue();
-    }
+    void StartAtRest() { m_Peak = m_SmoothedValue = GetRestValue(); }
     void StorePeak(double value, double nowMs) {
         m_Peak = value;
         m_LastPeakTime = nowMs;

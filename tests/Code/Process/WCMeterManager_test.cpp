@@ -24,8 +24,8 @@ using ml::BUFFER_HEADER;
 TEST(WCParamExtensionMeter, SmoothFollowsItsRulesAtTheEdges) {
     struct Row {
         char const *what;
-        double start;   // smoothed value reached first (with no coefficient, so exactly)
-        double value;   // the next value
+        double start; // smoothed value reached first (with no coefficient, so exactly)
+        double value; // the next value
         double attack, release;
         double elapsed; // ms between the two calls
         double expected;
@@ -178,25 +178,26 @@ std::string Describe(ml::WCParamExtensionMeterWithClip const &meter) {
     char text[512];
     std::snprintf(text, sizeof text, "%d %d %d %d %d %u %g %g %d %g [%s] %g %g %g %g",
                   info.m_Origin, info.m_Orientation, info.m_MeterType,
-                  info.m_DisplayInControlSurface, info.m_OrderInControlSurface,
-                  info.m_StatesOffset, info.m_Multiplier, info.m_RangeMin, info.m_HasClip,
-                  info.m_ClipLevel, info.m_Description, meter.GetReadResetValue(false),
-                  meter.GetReadResetValue(true), meter.GetAttackCoef(), meter.GetReleaseCoef());
+                  info.m_DisplayInControlSurface, info.m_OrderInControlSurface, info.m_StatesOffset,
+                  info.m_Multiplier, info.m_RangeMin, info.m_HasClip, info.m_ClipLevel,
+                  info.m_Description, meter.GetReadResetValue(false), meter.GetReadResetValue(true),
+                  meter.GetAttackCoef(), meter.GetReleaseCoef());
     return text;
 }
 
 TEST(WCParamExtensionMeter, ReadsEveryMeterElement) {
     int err = -1;
-    auto meter = ReadMeter("<Origin>Center</Origin><Description>Out L</Description>"
-                           "<Orientation>Horizontal</Orientation><MeterType>CompLim_Gain</MeterType>"
-                           "<DisplayInControlSurface>true</DisplayInControlSurface>"
-                           "<OrderInControlSurface>3</OrderInControlSurface>"
-                           "<ReadResetVal Type=\"-1\" Native=\"0.5\"/><StateOffset>12</StateOffset>"
-                           "<Multiplier>2.5</Multiplier><Range>-60</Range>"
-                           "<Smoothing><AttackTimeCoeff>0.25</AttackTimeCoeff>"
-                           "<ReleaseTimeMilisec>500</ReleaseTimeMilisec></Smoothing>"
-                           "<Clip>false</Clip><ClipLevel>0.75</ClipLevel>",
-                           err);
+    auto meter =
+        ReadMeter("<Origin>Center</Origin><Description>Out L</Description>"
+                  "<Orientation>Horizontal</Orientation><MeterType>CompLim_Gain</MeterType>"
+                  "<DisplayInControlSurface>true</DisplayInControlSurface>"
+                  "<OrderInControlSurface>3</OrderInControlSurface>"
+                  "<ReadResetVal Type=\"-1\" Native=\"0.5\"/><StateOffset>12</StateOffset>"
+                  "<Multiplier>2.5</Multiplier><Range>-60</Range>"
+                  "<Smoothing><AttackTimeCoeff>0.25</AttackTimeCoeff>"
+                  "<ReleaseTimeMilisec>500</ReleaseTimeMilisec></Smoothing>"
+                  "<Clip>false</Clip><ClipLevel>0.75</ClipLevel>",
+                  err);
     EXPECT_EQ(err, 0);
     char expected[512];
     std::snprintf(expected, sizeof expected, "2 1 2 1 3 12 2.5 -60 0 0.75 [Out L] -1 0.5 0.25 %g",
@@ -235,7 +236,8 @@ TEST(WCParamExtensionMeter, BadValuesKeepTheDefaultsWithACode) {
     }
     // The first bad element's code wins and the good ones still read.
     int err = 0;
-    auto meter = ReadMeter("<Origin>Up</Origin><StateOffset>-1</StateOffset><Range>-40</Range>", err);
+    auto meter =
+        ReadMeter("<Origin>Up</Origin><StateOffset>-1</StateOffset><Range>-40</Range>", err);
     EXPECT_EQ(err, ml::eValueNotFound);
     EXPECT_EQ(meter->GetRangeMin(), -40.0);
 }
