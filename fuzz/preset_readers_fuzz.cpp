@@ -1,9 +1,9 @@
 // The preset readers over arbitrary bytes: the first byte picks the reader (an .xps document with
-// its data, a host chunk, a .yps text whose chunk then goes through the chunk reader, or the
-// file API's lists and chunk reader for one plug-in, which filter by type lists). What a
-// reader accepts is written, read back and written again, and the two texts must be the same;
-// what it refuses must leave its target as it was. Presets older than 11.0.0 are read but not
-// compared. Nothing may crash, hang or grow without bound.
+// its data, each of its blocks also read as a link law; a host chunk; a .yps text whose chunk
+// then goes through the chunk reader; or the file API's lists and chunk reader for one plug-in,
+// which filter by type lists). What a reader accepts is written, read back and written again,
+// and the two texts must be the same; what it refuses must leave its target as it was. Presets
+// older than 11.0.0 are read but not compared. Nothing may crash, hang or grow without bound.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -14,6 +14,7 @@
 #include "Code/Presets/CPresetAPI.h"
 #include "Code/Presets/PresetDocuments.h"
 #include "Code/Presets/PresetYAML.h"
+#include "Code/Presets/WUPresetLinkLaw.h"
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/PugiXML.h"
@@ -42,6 +43,31 @@ std::vector<const Preset::CPresetInfo *> Pointers(const Preset::WTPresetList &li
     return pointers;
 }
 
+// Every block read as a link law: a refused block leaves the law as it was, an accepted one
+// writes and reads back the same.
+void FuzzLinkLaws(const Preset::WTPresetList &list) {
+    const Preset::WSLinkLaw untouched{1, 2, {{3, 4}}};
+    for (const auto &info : list) {
+        for (const auto &data : info->m_Data) {
+            for (const auto &block : data->m_PluginSpecific) {
+                Preset::WSLinkLaw law = untouched;
+                if (Preset::LoadLinklawFromPreset(*info, block->m_TagName.c_str(), data->m_Setup,
+                                                  law) != eNoErr) {
+                    if (!(law == untouched))
+                        std::abort();
+                    continue;
+                }
+                Preset::CPresetInfo saved;
+                Preset::WSLinkLaw again;
+                if (Preset::SaveLinklawToPreset(saved, law, "law", eSetupA) != eNoErr ||
+                    Preset::LoadLinklawFromPreset(saved, "law", eSetupA, again) != eNoErr ||
+                    !(again == law))
+                    std::abort();
+            }
+        }
+    }
+}
+
 void FuzzDocument(const std::string &text) {
     Preset::WTPresetList list;
     list.push_back(std::make_unique<Preset::CPresetInfo>());
@@ -51,6 +77,7 @@ void FuzzDocument(const std::string &text) {
             std::abort();
         return;
     }
+    FuzzLinkLaws(list);
     if (ReadsOldNumbers(list))
         return;
     std::string first;
