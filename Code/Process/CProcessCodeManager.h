@@ -13,7 +13,7 @@
 
 MIREL_NAMESPACE_BEGIN
 
-class MirelComponentInfo;
+struct MirelComponentInfo;
 
 // The builds of a component's audio code, from the bundle's "ProcessXML" resource, and the
 // choice among them for a processor. The document names sub-components, their types, the

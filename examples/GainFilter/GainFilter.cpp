@@ -1,7 +1,6 @@
 #include "examples/GainFilter/GainFilter.h"
 
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
 #include "Code/Algorithm/MirelPluginEntry.h"
@@ -19,17 +18,6 @@ GainFilter::GainFilter(MirelComponentInfo const &info, WTResContainerType *&cont
     : cALGORITHM(info, container) {
     // Names, undo depth and flags come from the bundle's "AlgXML", the parameters from its
     // "ParamXML"; the base reads both.
-}
-
-void GainFilter::InitProcessCodeSelf() {
-    auto &needs = DSPReqRes();
-    needs.coefsWords = eNumCoefs;
-    needs.statesWords = kNumStates;
-    needs.inputs = 2;
-    needs.outputs = 2;
-    needs.sideChainInputs = 0;
-    needs.maxSampleRate = 192000;
-    needs.cycles = 40;
 }
 
 void GainFilter::ComputeCoefs(std::uint64_t id) {
@@ -125,25 +113,4 @@ GAINFILTER_EXPORT cALGORITHM *MirelPlugin_CreateAlgorithm(MirelComponentInfo con
 
 GAINFILTER_EXPORT void MirelPlugin_DestroyAlgorithm(cALGORITHM *alg) {
     delete alg;
-}
-
-// The process side of the example, for a shell that runs it natively: `coefs` and `states` are
-// the words the plug-in placed, `in` and `out` interleaved stereo.
-GAINFILTER_EXPORT void GainFilter_Process(float const *coefs, float *states, float const *in,
-                                          float *out, int frames) {
-    std::int32_t filterOn = 0;
-    std::memcpy(&filterOn, coefs + GainFilter::eCoefFilterOn, sizeof filterOn);
-    const float gain = coefs[GainFilter::eCoefGain];
-    const float b0 = coefs[GainFilter::eCoefB0];
-    const float a1 = coefs[GainFilter::eCoefA1];
-    for (int frame = 0; frame < frames; ++frame) {
-        for (int channel = 0; channel < 2; ++channel) {
-            float x = in[2 * frame + channel];
-            if (filterOn != 0) {
-                states[channel] = b0 * x + a1 * states[channel];
-                x = states[channel];
-            }
-            out[2 * frame + channel] = gain * x;
-        }
-    }
 }

@@ -3,10 +3,12 @@
 #include <cstdint>
 
 #include "Code/Algorithm/cALGORITHM.h"
+#include "examples/GainFilter/GainFilterLayout.h"
 
 // The example plug-in: a stereo gain followed by a one-pole low-pass filter that can be switched
-// off. Its process side reads four coefficient words (gain, b0, a1 as fractions, the filter
-// switch as an integer) and keeps one state word per channel.
+// off. Its audio code (Process/GainFilterProcess.cpp, kept in the bundle as native modules and
+// described by the bundle's "ProcessXML") reads four coefficient words (gain, b0, a1 as
+// fractions, the filter switch as an integer) and keeps one state word per channel.
 //
 // Its parameters and their ranges are declared in the bundle's "ParamXML"; a shell changes them
 // through the algorithm's update pipeline (UpdateParamRequestState, UpdateParamRequestRealWorld,
@@ -26,8 +28,13 @@ public:
         eParamTrim1 = 3,
         eParamTrim2 = 4,
     };
-    enum ECoef : int { eCoefGain = 0, eCoefB0 = 1, eCoefA1 = 2, eCoefFilterOn = 3, eNumCoefs = 4 };
-    static constexpr int kNumStates = 2;
+    using ECoef = GainFilterLayout::ECoef;
+    static constexpr ECoef eCoefGain = GainFilterLayout::eCoefGain;
+    static constexpr ECoef eCoefB0 = GainFilterLayout::eCoefB0;
+    static constexpr ECoef eCoefA1 = GainFilterLayout::eCoefA1;
+    static constexpr ECoef eCoefFilterOn = GainFilterLayout::eCoefFilterOn;
+    static constexpr int eNumCoefs = GainFilterLayout::eNumCoefs;
+    static constexpr int kNumStates = GainFilterLayout::eNumStates;
 
     GainFilter(MIREL_NAMESPACE_NAME::MirelComponentInfo const &info,
                MIREL_NAMESPACE_NAME::WTResContainerType *&container);
@@ -40,7 +47,6 @@ protected:
     BUFFER_HEADER *InitAlgSelf() override;
     int DoIdleSelf(short level) override;
     BUFFER_HEADER *ResetAudioBuffersSelf() override;
-    void InitProcessCodeSelf() override;
     int ChangeSampleRateSelf() override;
 
 private:

@@ -3,12 +3,14 @@
 #include <functional>
 #include <numbers>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "Code/Algorithm/DLLMap.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
+#include "Code/Process/WUNativeProcess.h"
 #include "core/WCStMemObj.h"
 #include "resources/ResourceManager.h"
 #include "resources/XInfResource.h"
@@ -188,6 +190,48 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
     ml::RM::GetResourceManagerInfo(managerInfo, nullptr);
     EXPECT_EQ(managerInfo.m_NumContainers, 0u);
     EXPECT_EQ(managerInfo.m_TotalResources, 0u);
+}
+
+TEST(GainFilterModule, FindsItsAudioCodeByDescriptionAndRunsItOverThePlacedWords) {
+    mirel_test::WCTestHome home;
+    WCRecordingShell shell;
+    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+    ml::MirelComponentInfo info;
+    ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
+    ASSERT_EQ(shell.Create(info), 0);
+    ASSERT_EQ(shell.Start(), 0);
+    ml::cALGORITHM &alg = *shell.Algorithm();
+    // The needs come from the bundle's process description, not from the plug-in's code.
+    EXPECT_EQ(shell.DSPReqRes().cycles, 40);
+    EXPECT_EQ(shell.DSPReqRes().statesWords, 2u);
+    EXPECT_EQ(shell.DSPReqRes().maxSampleRate, 192000);
+
+    ml::WTNativeProcessFunction process = nullptr;
+    std::uint64_t size = 0;
+    EXPECT_EQ(alg.GetNSProcess(ml::eProcessorTypeAVX512, ml::eOSWindows, &process, &size),
+              ml::eCantLoadProcessFunction);
+    ASSERT_EQ(alg.GetNSProcess(ml::eProcessorTypeAVX512, ml::eOSLinux, &process, &size), 0);
+    EXPECT_EQ(alg.GetLoadedNativeProcessType(), ml::eProcessorTypeAVX) << "no AVX512 build";
+    // No multi-core build in the bundle: the generic one, which any x86-64 runs.
+    ASSERT_EQ(alg.GetNSProcess(ml::eProcessorTypeGenericMultiCore, ml::eOSLinux, &process, &size),
+              0);
+    EXPECT_EQ(alg.GetLoadedNativeProcessType(), ml::eProcessorTypeGeneric);
+    EXPECT_GT(size, 0u);
+
+    for (auto [id, value] : {std::pair{0, -6.0}, std::pair{2, 0.0}}) { // gain, filter off
+        ml::BUFFER_HEADER *chain = alg.UpdateParamRequestRealWorld(id, value);
+        alg.SendAndFreeBuffers(chain, ml::eExecSendBuffers, true);
+    }
+    std::vector<char> coefs(shell.CoefMemory().begin() + shell.m_CoefsBase * shell.m_WordSize,
+                            shell.CoefMemory().end());
+    std::vector<char> states(shell.StateMemory().begin() + shell.m_StatesBase * shell.m_WordSize,
+                             shell.StateMemory().end());
+    const float in[2] = {1.0f, -0.5f};
+    float out[2] = {0.0f, 0.0f};
+    process(coefs.data(), states.data(), in, out, 1);
+    EXPECT_NEAR(out[0], std::pow(10.0, -6.0 / 20.0), 1e-4);
+    EXPECT_NEAR(out[1], -0.5 * std::pow(10.0, -6.0 / 20.0), 1e-4);
+    EXPECT_EQ(shell.Stop(), 0);
 }
 
 TEST(GainFilterModule, AModuleWithoutTheEntryPointsIsNoPlugIn) {

@@ -15,10 +15,13 @@
 
 #include "Code/Algorithm/MirelAPI3Internal.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
+#include "Code/Process/WUNativeProcess.h"
+#include "Code/Process/WUProcessorSpec.h"
 #include "core/MirelNamespace.h"
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
 #include "tools/mirel-host/PresetCommand.h"
+#include "resources/ResourceManager.h"
 #include "tools/shell/WCRecordingShell.h"
 
 namespace {
@@ -221,13 +224,29 @@ void ChangeParameters(mirel_shell::WCRecordingShell &shell) {
     std::printf("\n");
 }
 
-// Runs one second of two test tones through the module's own process function, reading the
-// coefficient and state words the plug-in placed in the shell's process memory.
+// Runs one second of two test tones through the plug-in's audio code, as the bundle keeps it
+// for this machine's processor, over the coefficient and state words the plug-in placed in the
+// shell's process memory.
 void RunAudio(mirel_shell::WCRecordingShell &shell) {
-    using ProcessFunc = void (*)(float const *, float *, float const *, float *, int);
-    auto process = shell.Module().GetFunction<ProcessFunc>("GainFilter_Process");
-    if (process == nullptr)
+    ml::cALGORITHM &alg = *shell.Algorithm();
+    ml::FM::WCStPath bundle;
+    if (shell.Container() != nullptr)
+        ml::RM::GetContainerPath(shell.Container(), bundle);
+    const ml::ProcessorType cpu = ml::GetCPUTypeForBundle(bundle);
+    ml::WTNativeProcessFunction process = nullptr;
+    std::uint64_t size = 0;
+    const int err = alg.GetNSProcess(cpu, ml::GetCurrentOSType(), &process, &size);
+    if (err != 0) {
+        std::printf("audio: no native build of the audio code could be loaded (%d)\n", err);
         return;
+    }
+    ml::WCFixedString<63> processor;
+    ml::ProcessorName(shell.DSPReqRes().processor, processor);
+    std::printf("process build: %s (machine %s; description for %s, %d cycles; module %llu "
+                "bytes)\n",
+                ml::GetNativeProcessDisplayName(alg.GetLoadedNativeProcessType()),
+                ml::GetCPUTypeString(cpu), processor.c_str(), shell.DSPReqRes().cycles,
+                static_cast<unsigned long long>(size));
     const int rate = shell.Algorithm()->GetSampleRate();
     std::printf("audio through the placed coefficients (%d Hz):\n", rate);
     for (double tone : {100.0, 10000.0}) {
@@ -240,8 +259,7 @@ void RunAudio(mirel_shell::WCRecordingShell &shell) {
         std::vector<char> states(shell.StateMemory().begin() +
                                      shell.m_StatesBase * shell.m_WordSize,
                                  shell.StateMemory().end());
-        process(reinterpret_cast<float const *>(coefs.data()),
-                reinterpret_cast<float *>(states.data()), in.data(), out.data(), rate);
+        process(coefs.data(), states.data(), in.data(), out.data(), rate);
         double inPower = 0.0, outPower = 0.0;
         for (int i = rate / 2; i < rate; ++i) {
             inPower += in[2 * i] * in[2 * i];
