@@ -10,6 +10,7 @@
 
 #include "Code/Algorithm/WUDisplayFunctions.h"
 #include "Code/Algorithm/WUParametersXML.h"
+#include "Code/Process/WCParamExtensionMeter.h"
 
 namespace {
 
@@ -26,6 +27,11 @@ ml::WSParamMaps const &Maps() {
         m.scaleFunctions[ml::WTParamMapKey("double")] = {Double, nullptr};
         m.extensionFactories[ml::WTParamMapKey("Ext")] = [](char const *) {
             return new ml::WCParamExtension;
+        };
+        // The meter elements inside an extension element are outside text too.
+        m.extensionFactories[ml::WTParamMapKey("Meter")] =
+            [](char const *) -> ml::WCParamExtension * {
+            return new ml::WCParamExtensionMeterWithClip;
         };
         return m;
     }();
@@ -58,6 +64,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         }
         Check(std::isfinite(param.DefaultMouseDelta(5.0)));
         param.UpdateValueString(0);
+        if (auto *meter = dynamic_cast<ml::WCParamExtensionMeter *>(param.m_Extension.get())) {
+            Check(std::isfinite(meter->GetMultiplier()) && std::isfinite(meter->GetRangeMin()));
+            Check(meter->GetAttackCoef() >= 0.0 && meter->GetAttackCoef() < 1.0);
+            Check(meter->GetReleaseCoef() >= 0.0 && meter->GetReleaseCoef() < 1.0);
+            meter->SetValueFromDSP(0.5);
+            Check(std::isfinite(meter->GetDisplayValue()));
+        }
     }
     pugi::xml_document doc;
     Check(ml::ParamXML::WriteParametersXML(params, doc) == 0);
