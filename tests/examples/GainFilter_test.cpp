@@ -170,9 +170,9 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
                   std::string::npos);
 
         // The parameter XML: several scale kinds, display functions, a parent and an array.
-        ASSERT_EQ(alg.GetNumParams(), 5u);
-        const char *names[] = {"Gain", "Cutoff", "Filter", "Trim1", "Trim2"};
-        const char *texts[] = {"0.0 dB", "1000 Hz", "On", "0.0 dB", "0.0 dB"};
+        ASSERT_EQ(alg.GetNumParams(), 6u);
+        const char *names[] = {"Gain", "Cutoff", "Filter", "Trim1", "Trim2", "Output"};
+        const char *texts[] = {"0.0 dB", "1000 Hz", "On", "0.0 dB", "0.0 dB", "-60.0 dB"};
         for (std::uint64_t id = 0; id < alg.GetNumParams(); ++id) {
             ml::sCONTROL_PARAM &param = *alg.GetParam(id);
             param.UpdateValueString(0);
@@ -203,7 +203,7 @@ TEST(GainFilterModule, FindsItsAudioCodeByDescriptionAndRunsItOverThePlacedWords
     ml::cALGORITHM &alg = *shell.Algorithm();
     // The needs come from the bundle's process description, not from the plug-in's code.
     EXPECT_EQ(shell.DSPReqRes().cycles, 40);
-    EXPECT_EQ(shell.DSPReqRes().statesWords, 2u);
+    EXPECT_EQ(shell.DSPReqRes().statesWords, 3u);
     EXPECT_EQ(shell.DSPReqRes().maxSampleRate, 192000);
 
     ml::WTNativeProcessFunction process = nullptr;
@@ -222,15 +222,21 @@ TEST(GainFilterModule, FindsItsAudioCodeByDescriptionAndRunsItOverThePlacedWords
         ml::BUFFER_HEADER *chain = alg.UpdateParamRequestRealWorld(id, value);
         alg.SendAndFreeBuffers(chain, ml::eExecSendBuffers, true);
     }
-    std::vector<char> coefs(shell.CoefMemory().begin() + shell.m_CoefsBase * shell.m_WordSize,
-                            shell.CoefMemory().end());
-    std::vector<char> states(shell.StateMemory().begin() + shell.m_StatesBase * shell.m_WordSize,
-                             shell.StateMemory().end());
     const float in[2] = {1.0f, -0.5f};
     float out[2] = {0.0f, 0.0f};
-    process(coefs.data(), states.data(), in, out, 1);
-    EXPECT_NEAR(out[0], std::pow(10.0, -6.0 / 20.0), 1e-4);
-    EXPECT_NEAR(out[1], -0.5 * std::pow(10.0, -6.0 / 20.0), 1e-4);
+    process(shell.CoefWords(), shell.StateWords(), in, out, 1);
+    const double gain = std::pow(10.0, -6.0 / 20.0);
+    EXPECT_NEAR(out[0], gain, 1e-4);
+    EXPECT_NEAR(out[1], -0.5 * gain, 1e-4);
+    // The output meter finds the peak the audio code left, and its read resets the hold.
+    ASSERT_EQ(alg.GetMeterManager().GetNumMeters(), 1u);
+    EXPECT_EQ(alg.DoIdle(0), 0);
+    double peak = 0.0;
+    EXPECT_EQ(alg.GetMeterManager().GetMeterValue(0, peak), 0);
+    EXPECT_NEAR(peak, gain, 1e-4);
+    float hold = 1.0f;
+    std::memcpy(&hold, static_cast<char *>(shell.StateWords()) + 2 * 4, sizeof hold);
+    EXPECT_EQ(hold, 0.0f);
     EXPECT_EQ(shell.Stop(), 0);
 }
 

@@ -224,6 +224,23 @@ void ChangeParameters(mirel_shell::WCRecordingShell &shell) {
     std::printf("\n");
 }
 
+// One idle tick reads the plug-in's meters from the state words the audio code left (resetting
+// their peak holds) and makes their texts; prints each.
+void PrintMeters(ml::cALGORITHM &alg) {
+    ml::WCMeterManager &meters = alg.GetMeterManager();
+    alg.DoIdle(0);
+    for (std::uint32_t index = 0; index < meters.GetNumMeters(); ++index) {
+        double value = 0.0;
+        meters.GetMeterValue(index, value);
+        const std::uint64_t id = meters.GetMeters()[index].m_ParamID;
+        if (alg.GetParam(id) == nullptr)
+            continue;
+        std::printf("   meter %s %s (peak word %.3f)", alg.GetParam(id)->m_Name.c_str(),
+                    alg.GetParam(id)->GetValueString().c_str(), value);
+    }
+    std::printf("\n");
+}
+
 // Runs one second of two test tones through the plug-in's audio code, as the bundle keeps it
 // for this machine's processor, over the coefficient and state words the plug-in placed in the
 // shell's process memory.
@@ -254,18 +271,14 @@ void RunAudio(mirel_shell::WCRecordingShell &shell) {
         for (int i = 0; i < rate; ++i)
             in[2 * i] = in[2 * i + 1] =
                 static_cast<float>(0.5 * std::sin(2.0 * std::numbers::pi * tone * i / rate));
-        std::vector<char> coefs(shell.CoefMemory().begin() + shell.m_CoefsBase * shell.m_WordSize,
-                                shell.CoefMemory().end());
-        std::vector<char> states(shell.StateMemory().begin() +
-                                     shell.m_StatesBase * shell.m_WordSize,
-                                 shell.StateMemory().end());
-        process(coefs.data(), states.data(), in.data(), out.data(), rate);
+        process(shell.CoefWords(), shell.StateWords(), in.data(), out.data(), rate);
         double inPower = 0.0, outPower = 0.0;
         for (int i = rate / 2; i < rate; ++i) {
             inPower += in[2 * i] * in[2 * i];
             outPower += out[2 * i] * out[2 * i];
         }
-        std::printf("  %7.0f Hz tone: %+6.1f dB\n", tone, 10.0 * std::log10(outPower / inPower));
+        std::printf("  %7.0f Hz tone: %+6.1f dB", tone, 10.0 * std::log10(outPower / inPower));
+        PrintMeters(alg);
     }
 }
 

@@ -103,6 +103,14 @@ public:
     // Process memory, as the plug-in's sends left it.
     std::vector<char> const &CoefMemory() const { return m_CoefMemory; }
     std::vector<char> const &StateMemory() const { return m_StateMemory; }
+    // The words at the located bases, for a host that runs the plug-in's audio code in place:
+    // what the code writes to its states is what the plug-in's meter reads then find.
+    void const *CoefWords() const {
+        return m_CoefMemory.data() + static_cast<std::size_t>(m_CoefsBase * m_WordSize);
+    }
+    void *StateWords() {
+        return m_StateMemory.data() + static_cast<std::size_t>(m_StatesBase * m_WordSize);
+    }
     std::vector<char> const &XMemory() const { return m_XMemory; }
     std::vector<char> const &YMemory() const { return m_YMemory; }
     // The placed request: each external's offset and reference as the plug-in was told them.

@@ -3,6 +3,8 @@
 // "ProcessXML" gives ("GainFilter_Process") and runs it over the coefficient and state words
 // that the plug-in's buffer chains filled. It links nothing of the run-time.
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -21,6 +23,7 @@ GainFilter_Process(void const *coefWords, void *stateWords, float const *in, flo
     const float gain = coefs[eCoefGain];
     const float b0 = coefs[eCoefB0];
     const float a1 = coefs[eCoefA1];
+    float peak = states[eStateOutputPeak];
     for (std::int32_t frame = 0; frame < frames; ++frame) {
         for (int channel = 0; channel < kChannels; ++channel) {
             float x = in[kChannels * frame + channel];
@@ -28,7 +31,11 @@ GainFilter_Process(void const *coefWords, void *stateWords, float const *in, flo
                 states[channel] = b0 * x + a1 * states[channel];
                 x = states[channel];
             }
-            out[kChannels * frame + channel] = gain * x;
+            const float y = gain * x;
+            out[kChannels * frame + channel] = y;
+            peak = std::max(peak, std::fabs(y));
         }
     }
+    // Held until the meter reads it and writes its read-reset value back.
+    states[eStateOutputPeak] = peak;
 }
