@@ -391,6 +391,10 @@ public:
     static bool DecideIsNetShellFromComponentType(WCFourCC type);
     std::uint64_t GetUndoLevel() const { return m_UndoLevel; }
     short GetPresetResourceNumber() const { return m_PresetResourceNumber; }
+    // The types the algorithm XML names as "PresetCompatibleType": presets of these load here.
+    std::vector<WCFourCC> const &GetPresetCompatibleTypes() const {
+        return m_PresetCompatibleTypes;
+    }
     std::vector<WCFourCC> const &GetPresetCompatibleSubComps() const {
         return m_PresetCompatibleSubComps;
     }

@@ -29,7 +29,7 @@ short CPublicAlg::GetPresetResourceNumber() const noexcept {
 }
 
 std::vector<WCFourCC> CPublicAlg::GetPresetCompatibleTypes(WCFourCC) const {
-    return {};
+    return m_Alg.GetPresetCompatibleTypes();
 }
 
 } // namespace Preset

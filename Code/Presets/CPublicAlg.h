@@ -33,7 +33,7 @@ public:
     short GetPresetResourceNumber() const noexcept;
 
     // Types whose presets a plug-in of `type` also loads; "****" takes every type and skips the
-    // sub-component test. None by default: a plug-in family that shares presets overrides it.
+    // sub-component test. By default the algorithm XML's "PresetCompatibleType" list.
     virtual std::vector<WCFourCC> GetPresetCompatibleTypes(WCFourCC type) const;
 
 private:
