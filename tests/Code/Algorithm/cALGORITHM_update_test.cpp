@@ -422,4 +422,60 @@ TEST_F(UpdatePipeline, ChunkIdsAndBrokenChunksChangeNothing) {
     m_Alg->UnLockAlg();
 }
 
+TEST_F(UpdatePipeline, SetupsAsAUserMeetsThemSurviveAChunkIntoAFreshInstance) {
+    auto sendAndRead = [this] {
+        m_Alg->UpdateDSPCoefs(true);
+        return m_Shell->CoefAsFloat(0);
+    };
+    m_Alg->UpdateParamState(eGain, 250.0, false);
+    m_Alg->ConvertFracToCoefs(0.25, 0);
+    ASSERT_EQ(m_Alg->SetSetupName(ml::eSetupA, "Verse"), 0);
+    ASSERT_EQ(m_Alg->CopySetup(), 0);
+    m_Alg->ToggleActiveSetup(ml::eCurrentSetup);
+    ASSERT_EQ(m_Alg->SetSetupName(ml::eCurrentSetup, "Chorus"), 0);
+    m_Alg->UpdateParamState(eGain, 750.0, false);
+    m_Alg->ConvertFracToCoefs(0.75, 0);
+    EXPECT_EQ(sendAndRead(), 0.75f);
+    for (float expected : {0.25f, 0.75f, 0.25f}) {
+        m_Alg->ToggleActiveSetup(ml::eCurrentSetup);
+        EXPECT_EQ(sendAndRead(), expected) << "each toggle sends the new setup's image";
+    }
+    ml::Utils::WCStMemObj chunk;
+    ASSERT_EQ(m_Alg->GetChunk(ml::WCFourCC("XPst"), chunk, true), 0);
+
+    Restart();
+    ASSERT_EQ(m_Alg->SetChunk(ml::WCFourCC("XPst"), chunk), 0);
+    EXPECT_EQ(m_Alg->GetActiveSetup(), ml::eSetupA);
+    EXPECT_DOUBLE_EQ(State(eGain, 0), 250.0);
+    EXPECT_DOUBLE_EQ(State(eGain, 1), 750.0);
+    ml::WCFixedString<127> a, b;
+    m_Alg->GetSetupName(ml::eSetupA, a);
+    m_Alg->GetSetupName(ml::eSetupB, b);
+    EXPECT_STREQ(a.c_str(), "Verse");
+    EXPECT_STREQ(b.c_str(), "Chorus");
+}
+
+// A plug-in whose chunk comes out empty.
+class WCEmptyChunkAlgorithm : public WCUpdateAlgorithm {
+public:
+    using WCUpdateAlgorithm::WCUpdateAlgorithm;
+    int PreparePresetChunk(ml::Utils::WCStMemObj &, bool, bool) override { return 0; }
+};
+
+TEST(AlgorithmChunks, AnEmptyChunkIsRefused) {
+    mirel_shell::WCRecordingShell shell;
+    ml::MirelComponentInfo info;
+    info.m_ComponentType = ml::WCFourCC("Nati");
+    WCEmptyChunkAlgorithm *alg = nullptr;
+    shell.Create(
+        info,
+        [&alg](ml::MirelComponentInfo const &component, ml::WTResContainerType *&container) {
+            return alg = new WCEmptyChunkAlgorithm(component, container);
+        },
+        [](ml::cALGORITHM *done) { delete done; });
+    ASSERT_EQ(shell.Start(), 0);
+    ml::Utils::WCStMemObj chunk;
+    EXPECT_EQ(alg->GetChunk(ml::WCFourCC("XPst"), chunk, true), -5023);
+}
+
 } // namespace
