@@ -108,27 +108,6 @@ sIO_PORT *WCProcessMemory::RefreshOutputPORTInfo(int const *routing) {
 // ---- buffers --------------------------------------------------------------------------------
 
 WCProcessMemory::BUFFER_HEADER *WCProcessMemory::NewBuffer(int kind, int memOp, int marker,
-                                                           int offset, int count,
-                                                           std::int64_t memoryRef) {
-    if (count < 0 || offset < 0)
-        return nullptr;
-    BUFFER_HEADER request{};
-    request.data = nullptr;
-    request.next = nullptr;
-    request.kind = kind;
-    request.memOp = memOp;
-    request.coefMarker = marker;
-    request.refcon = m_ExecRefcon;
-    request.memoryRef = memoryRef;
-    request.offset = offset;
-    request.count = count;
-    BUFFER_HEADER *buffer = nullptr;
-    if (CallExecCallBack(eExecNewBuffer, &request, &buffer, nullptr) != 0)
-        return nullptr;
-    return buffer;
-}
-
-WCProcessMemory::BUFFER_HEADER *WCProcessMemory::NewBuffer(int kind, int memOp, int marker,
                                                            sEXT_BUFF const *ext) {
     if (ext == nullptr)
         return nullptr;
@@ -266,28 +245,6 @@ WCProcessMemory::BUFFER_HEADER *WCProcessMemory::PrepareCoefBuffer(int offset, i
                                       m_CoefsOfs + offset, count, 0);
     if (buffer != nullptr && source != nullptr && buffer->data != nullptr)
         std::memcpy(buffer->data, source, static_cast<std::size_t>(m_WordSize) * count);
-    return buffer;
-}
-
-WCProcessMemory::BUFFER_HEADER *WCProcessMemory::PrepareCoefBufferWithBypass(int offset, int count,
-                                                                             bool force) {
-    if (!force || !Active() || offset < 0 || count <= 0)
-        return nullptr;
-    const int setup = SetupIndex(eCurrentSetup) == eSetupB ? 1 : 0;
-    std::vector<char> const &image = Bypassed() ? m_BypassImage[setup] : m_CoefImage[setup];
-    const std::size_t from = static_cast<std::size_t>(offset) * m_WordSize;
-    const std::size_t bytes = static_cast<std::size_t>(count) * m_WordSize;
-    if (from + bytes + kImageSlack > image.size())
-        return nullptr;
-    BUFFER_HEADER *buffer = NewBuffer(KPAPI_PROCESS_MEMORY::eBufferCoefs, m_MemOpCodes[0], 1,
-                                      m_CoefsOfs + offset, count, 0);
-    if (buffer == nullptr || buffer->data == nullptr)
-        return buffer;
-    // One 4-byte word is the common change; a fixed-size copy spares the call into the C library.
-    if (bytes == 4)
-        std::memcpy(buffer->data, image.data() + from, 4);
-    else
-        std::memcpy(buffer->data, image.data() + from, bytes);
     return buffer;
 }
 
