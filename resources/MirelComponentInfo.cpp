@@ -109,7 +109,9 @@ void MirelComponentInfo::SerializeXML(XML::WCXMLSerializer &s) {
         .element_content_enum(instanceType, InstanceTypeNames())
         .element_end();
     m_InstanceType = static_cast<EPluginInstanceType>(instanceType);
-    s.element_name("compProcCodeDesc").element_content(m_ProcCodeDesc).element_end();
+    s.element_name("compProcCodeDesc").level_down();
+    m_ProcCodeDesc.SerializeXML(s);
+    s.level_up().element_end();
     s.element_name("vendorName").element_content(m_VendorName).element_end();
     s.element_name("categoryName").element_content(m_CategoryName).element_end();
     s.element_name("pluginExternalVersion").element_content(m_ExternalVersion).element_end();

@@ -7,6 +7,7 @@
 #include "core/WCFixedString.h"
 #include "core/WCFourCC.h"
 #include "core/WCVersion.h"
+#include "Code/Process/CProcCodeDesc.h"
 #include "core/WTErrors.h"
 #include "files/WCStPath.h"
 
@@ -46,9 +47,9 @@ struct MirelComponentInfo {
     WCVersion m_InternalVersion;
     WCVersion m_APIVersion;
     EPluginInstanceType m_InstanceType = eInitPlugin;
-    // The process code description as the bundle states it (the "ProcessCodeMatch" text of its
-    // sub-component): the process layer reads the processor choice from it.
-    WCFixedString<255> m_ProcCodeDesc;
+    // The first build of the audio code the bundle's "ProcessXML" names for this sub-component
+    // (through its type's "ProcessCodeMatch"); empty when it names none.
+    ProcessMemory::CProcCodeDesc m_ProcCodeDesc;
     WCFixedString<63> m_VendorName = WCFixedString<63>(kMirelVendorName);
     WCFixedString<63> m_CategoryName;
     WCVersion m_ExternalVersion;

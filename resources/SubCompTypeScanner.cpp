@@ -1,6 +1,7 @@
 #include "resources/SubCompTypeScanner.h"
 
 #include <cstring>
+#include <cstdlib>
 #include <map>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,29 @@ bool ReadCode(const std::string &text, WCFourCC &out) {
 
 bool IsFalse(const std::string &text) {
     return text == "false" || text == "False" || text == "0" || text == "no" || text == "No";
+}
+
+// The first description the match of that name lists, by its position in the description list.
+// A match that names none, or a broken description, leaves `out` as it was.
+int ReadFirstDescriptionOfMatch(const pugi::xml_node &root, const std::string &match,
+                                ProcessMemory::CProcCodeDesc &out) {
+    for (const pugi::xml_node entry :
+         root.child("ProcessCodeMatchList").children("ProcessCodeMatch")) {
+        if (Text(entry, "Name") != match)
+            continue;
+        const std::string id = Text(entry, "ProcessCodeDescriptionID");
+        char *end = nullptr;
+        const long index = std::strtol(id.c_str(), &end, 10);
+        if (id.empty() || *end != '\0' || index < 0)
+            return eXMLTreeNotValid;
+        long at = 0;
+        for (const pugi::xml_node desc :
+             root.child("ProcessCodeDescriptionList").children("ProcessCodeDescription"))
+            if (at++ == index)
+                return out.ReadFromXML(desc);
+        return eXMLTreeNotValid;
+    }
+    return eValueNotFound;
 }
 
 } // namespace
@@ -118,7 +142,9 @@ int SubCompTypeScanner::BuildSubComponentList(WTResContainerType *container,
         MirelComponentInfo info(bundleInfo);
         info.m_ComponentSubType = subType;
         info.m_ShortName = Text(entry, "Name");
-        info.m_ProcCodeDesc = type != nullptr ? type->m_ProcessCodeMatch.c_str() : "";
+        info.m_ProcCodeDesc = ProcessMemory::CProcCodeDesc();
+        if (type != nullptr)
+            (void)ReadFirstDescriptionOfMatch(root, type->m_ProcessCodeMatch, info.m_ProcCodeDesc);
         WCFourCC affiliation;
         if (ReadCode(Text(entry, "BlockAffiliation"), affiliation))
             info.m_Affiliation = affiliation;

@@ -9,6 +9,7 @@
 #include <pugixml.hpp>
 
 #include "Code/Process/WUProcessorSpec.h"
+#include "Utilities/XML/Code/WCXMLSerializer.h"
 #include "core/WTErrors.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -205,6 +206,76 @@ WTErr CProcCodeDesc::ReadFromXML(const pugi::xml_node &node) {
     } catch (int err) {
         return err;
     }
+}
+
+void CProcCodeDesc::SExternBuffDesc::SerializeXML(XML::WCXMLSerializer &s) {
+    s.element_name("memSpace").element_content(m_MemSpace).element_end();
+    s.element_name("theSize").element_content(m_Size).element_end();
+    s.element_name("accessCount").element_content(m_AccessCount).element_end();
+    s.element_name("memAlign").element_content(m_Alignment).element_end();
+    s.element_name("cyclic").element_content(m_Cyclic).element_end();
+    s.element_name("DRAM").element_content(m_DRAM).element_end();
+}
+
+bool CProcCodeDesc::SExternBuffDesc::operator==(SExternBuffDesc const &other) const noexcept {
+    return m_MemSpace == other.m_MemSpace && m_Size == other.m_Size &&
+           m_AccessCount == other.m_AccessCount && m_Alignment == other.m_Alignment &&
+           m_Cyclic == other.m_Cyclic && m_DRAM == other.m_DRAM;
+}
+
+void CProcCodeDesc::SerializeXML(XML::WCXMLSerializer &s) {
+    s.element_name("resType").element_content(m_ResType).element_end();
+    s.element_name("resID").element_content(m_ResID).element_end();
+    s.element_name("ProcessFunctionName").element_content(m_ProcessFunctionName).element_end();
+    s.element_name("Coefs").element_content(m_Coefs).element_end();
+    s.element_name("States").element_content(m_States).element_end();
+    s.element_name("InternalP").element_content(m_InternalP).element_end();
+    s.element_name("InternalX").element_content(m_InternalX).element_end();
+    s.element_name("InternalY").element_content(m_InternalY).element_end();
+    s.element_name("IdleCodeResID").element_content(m_IdleResID).element_end();
+    s.element_name("IdleInternalP").element_content(m_IdleInternalP).element_end();
+    s.element_name("NumInputs").element_content(m_TotalInputs).element_end();
+    s.element_name("NumSideChainInputs").element_content(m_SideChainInputs).element_end();
+    s.element_name("NumOutputs").element_content(m_Outputs).element_end();
+    s.element_name("MaxSampleRate").element_content(m_MaxSampleRate).element_end();
+    s.element_name("MIDIInput").element_content(m_HasMIDIInput).element_end();
+    s.element_name("ProcessorFamily").element_content(m_ProcessorFamily).element_end();
+    // The cycles list as one text, so a reader gets the whole list or keeps its own.
+    std::string cycles;
+    for (std::int32_t entry : m_CyclesList)
+        cycles += (cycles.empty() ? "" : " ") + std::to_string(entry);
+    s.element_name("CycleCount").element_content(cycles).element_end();
+    std::vector<long long> read;
+    try {
+        read = ParseList(cycles.c_str());
+    } catch (int) {
+        read.clear();
+    }
+    m_CyclesList.clear();
+    for (long long entry : read)
+        if (entry >= -1 && entry <= 0x7fffffff)
+            m_CyclesList.push_back(static_cast<std::int32_t>(entry));
+    const std::uint64_t count = s.get_num_array_elements("ExternalReq", m_ExternBuffs.size());
+    if (count <= kMaxSpecifics)
+        m_ExternBuffs.resize(static_cast<std::size_t>(count));
+    for (std::size_t i = 0; i < m_ExternBuffs.size(); ++i)
+    {
+        s.element_name("ExternalReq", i).level_down();
+        m_ExternBuffs[i].SerializeXML(s);
+        s.level_up().element_end();
+    }
+}
+
+bool CProcCodeDesc::operator==(CProcCodeDesc const &other) const noexcept {
+    return m_ResType == other.m_ResType && m_ProcessFunctionName == other.m_ProcessFunctionName &&
+           m_ResID == other.m_ResID && m_IdleResID == other.m_IdleResID &&
+           m_Coefs == other.m_Coefs && m_States == other.m_States &&
+           m_InternalP == other.m_InternalP && m_InternalX == other.m_InternalX &&
+           m_InternalY == other.m_InternalY && m_IdleInternalP == other.m_IdleInternalP &&
+           m_TotalInputs == other.m_TotalInputs && m_SideChainInputs == other.m_SideChainInputs &&
+           m_Outputs == other.m_Outputs && m_MaxSampleRate == other.m_MaxSampleRate &&
+           m_HasMIDIInput == other.m_HasMIDIInput && m_ProcessorFamily == other.m_ProcessorFamily &&
+           m_CyclesList == other.m_CyclesList && m_ExternBuffs == other.m_ExternBuffs;
 }
 
 bool CProcCodeDesc::CyclesForSpecificProcessor(SProcessorSpec const &spec, SProcessorSpec &out,

@@ -27,6 +27,8 @@ public:
     public:
         WTErr ReadFromXML(const pugi::xml_node &node) override;
         using CXMLable::ReadFromXML;
+        void SerializeXML(XML::WCXMLSerializer &s) override;
+        bool operator==(SExternBuffDesc const &other) const noexcept;
 
         WCFourCC m_MemSpace = WCFourCC("XMEM");
         std::uint32_t m_Size = 0;
@@ -40,6 +42,10 @@ public:
     // leaves the description as it was.
     WTErr ReadFromXML(const pugi::xml_node &node) override;
     using CXMLable::ReadFromXML;
+    // The same fields through the two-way serializer, for the component record that carries
+    // a description ("compProcCodeDesc"); the element names are those of the description.
+    void SerializeXML(XML::WCXMLSerializer &s) override;
+    bool operator==(CProcCodeDesc const &other) const noexcept;
 
     // The cycles of the build on `spec`, falling back to the weakest model of the family (the
     // list's entry 0), never to a stronger one. `out` is the model that answered; false (and

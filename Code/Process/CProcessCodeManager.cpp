@@ -57,7 +57,7 @@ WTErr CProcessCodeManager::ReadProcCodeDescForComponent(MirelComponentInfo const
         return eXMLTreeNotValid;
     return ReadProcCodeDescForComponentFromXMLTrees({doc.document_element()},
                                                     info.m_ComponentSubType,
-                                                    info.m_ProcCodeDesc.c_str());
+                                                    "");
 }
 
 WTErr CProcessCodeManager::ReadProcCodeDescForComponentFromXMLTrees(

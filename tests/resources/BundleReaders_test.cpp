@@ -38,6 +38,15 @@ const char *kProcessXML = R"(<ProcessXML>
     <SubComponent><Name>Unknown type</Name><Type>GnUk</Type><ProcessCodeMatch>Nothing</ProcessCodeMatch></SubComponent>
     <SubComponent><Name>Bad code</Name><Type>Gn</Type></SubComponent>
   </SubComponentList>
+  <ProcessCodeDescriptionList>
+    <ProcessCodeDescription resType="Nati"><Coefs>2</Coefs></ProcessCodeDescription>
+    <ProcessCodeDescription resType="Nati"><Coefs>4</Coefs><CycleCount>9 7</CycleCount>
+      </ProcessCodeDescription>
+  </ProcessCodeDescriptionList>
+  <ProcessCodeMatchList>
+    <ProcessCodeMatch><Name>x64;sse4</Name><ProcessCodeDescriptionID>1</ProcessCodeDescriptionID>
+      </ProcessCodeMatch>
+  </ProcessCodeMatchList>
 </ProcessXML>)";
 
 // Every bundle here has at least one resource, so it opens before the file under test exists.
@@ -97,7 +106,9 @@ TEST_F(BundleReaders, SubComponentListFollowsMatchFeatureAndVisibilityRules) {
     const ML::MirelComponentInfo &mono = *list.GetMirelComponentInfo(0);
     EXPECT_EQ(mono.m_ComponentSubType, WCFourCC("GnMo"));
     EXPECT_STREQ(mono.m_ShortName.c_str(), "Gain Mono"); // the first of a duplicated code wins
-    EXPECT_STREQ(mono.m_ProcCodeDesc.c_str(), "x64;sse4");
+    // The build its type's match names, by position in the description list.
+    EXPECT_EQ(mono.m_ProcCodeDesc.m_Coefs, 4u);
+    EXPECT_EQ(mono.m_ProcCodeDesc.m_CyclesList, (std::vector<std::int32_t>{9, 7}));
     EXPECT_EQ(mono.m_ComponentType, WCFourCC("Gain"));
     EXPECT_EQ(mono.m_InternalVersion, bundle.m_InternalVersion);
     EXPECT_EQ(mono.m_Affiliation, WCFourCC("ksMI"));

@@ -31,7 +31,11 @@ MirelComponentInfo Full() {
     info.m_InternalVersion = ML::WCVersion(1, 2, 3, 4);
     info.m_APIVersion = ML::WCVersion(13, 1, 0, 186);
     info.m_InstanceType = MirelComponentInfo::eInitPluginForTest;
-    info.m_ProcCodeDesc = "x64;sse4";
+    info.m_ProcCodeDesc.m_ResType = WCFourCC("Nati");
+    info.m_ProcCodeDesc.m_Coefs = 4;
+    info.m_ProcCodeDesc.m_CyclesList = {-1, 40};
+    info.m_ProcCodeDesc.m_ExternBuffs.resize(1);
+    info.m_ProcCodeDesc.m_ExternBuffs[0].m_Size = 64;
     info.m_VendorName = "Other";
     info.m_CategoryName = "Dynamics";
     info.m_ExternalVersion = ML::WCVersion(2, 0, 1, 0);
