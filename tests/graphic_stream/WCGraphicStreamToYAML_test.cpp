@@ -5,6 +5,8 @@
 #include <sstream>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/WCGoldenFile.h"
 #include <yaml-cpp/yaml.h>
 
 #include "GSTestSupport.h"
@@ -14,23 +16,8 @@ using namespace MIREL_NAMESPACE_NAME::miGS;
 
 namespace {
 
-std::string ReadFile(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-// Compares with the reviewed file; MIREL_UPDATE_GOLDEN=1 rewrites it, for a review of the diff.
 void ExpectGolden(const std::string &actual, const char *name) {
-    const std::string path = std::string(MIREL_GS_TEST_DATA) + "/" + name;
-    if (const char *update = std::getenv("MIREL_UPDATE_GOLDEN"); update && *update == '1') {
-        std::ofstream(path, std::ios::binary) << actual;
-        return;
-    }
-    const std::string expected = ReadFile(path);
-    ASSERT_FALSE(expected.empty()) << "missing expected file " << path;
-    EXPECT_EQ(actual, expected) << "YAML differs from " << path;
+    mirel_test::ExpectGoldenFile(actual, MIREL_GS_TEST_DATA, name);
 }
 
 struct WSDemo {

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/WCGoldenFile.h"
+
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/GUI/CSelectableHome.h"
 #include "Code/GUI/WIControlOwner.h"
@@ -352,23 +354,8 @@ TEST_F(WCGUIControlTest, BadGeometryAndValuesKeepDefaultsWithTheirCodes) {
     EXPECT_FALSE(control->IsInside({12, 15}));
 }
 
-std::string ReadFile(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-// Compares with the reviewed file; MIREL_UPDATE_GOLDEN=1 rewrites it, for a review of the diff.
 void ExpectGolden(const std::string &actual, const char *name) {
-    const std::string path = std::string(MIREL_GUI_TEST_DATA) + "/" + name;
-    if (const char *update = std::getenv("MIREL_UPDATE_GOLDEN"); update && *update == '1') {
-        std::ofstream(path, std::ios::binary) << actual;
-        return;
-    }
-    const std::string expected = ReadFile(path);
-    ASSERT_FALSE(expected.empty()) << "missing expected file " << path;
-    EXPECT_EQ(actual, expected) << "YAML differs from " << path;
+    mirel_test::ExpectGoldenFile(actual, MIREL_GUI_TEST_DATA, name);
 }
 
 // One frame holding the control, as the document draws it, dumped as YAML.

@@ -1,9 +1,9 @@
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/WCGoldenFile.h"
 
 #include "Code/Presets/PresetDocuments.h"
 #include "Code/Presets/WUPresetNumbers.h"
@@ -23,9 +23,7 @@ std::string Write(const std::vector<const CPresetInfo *> &list,
 
 // A reviewed file of tests/data/presets, compared byte for byte with what the writer makes.
 std::string Golden(const char *name) {
-    std::ifstream in(std::string(MIREL_PRESET_TEST_DATA) + "/" + name, std::ios::binary);
-    EXPECT_TRUE(in.good()) << name;
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return mirel_test::ReadFileText(std::string(MIREL_PRESET_TEST_DATA) + "/" + name);
 }
 
 WTPresetList Read(const std::string &text, bool withData = true) {
