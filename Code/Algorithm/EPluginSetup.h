@@ -12,4 +12,10 @@ enum EPluginSetup : int {
     eSetupB = 1,
 };
 
+// The slot of a setup in a parameter's two-element arrays: B is 1, A and anything else 0. A
+// caller that means the active setup resolves -1 first.
+constexpr int SetupSlot(EPluginSetup setup) noexcept {
+    return setup == eSetupB ? 1 : 0;
+}
+
 MIREL_NAMESPACE_END

@@ -137,7 +137,7 @@ void WCParam_Base::InitRealWorldAndUpdate(int setup) noexcept {
     if (IsDiscrete())
         state = QuantizeState(state);
     SetStateValue(setup, state);
-    SetUpdateFlags(3);
+    SetUpdateFlags(kUpdateFlagsValueChanged);
 }
 
 void WCParam_Base::UpdateValueString(int setup) {

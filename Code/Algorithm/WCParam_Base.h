@@ -38,6 +38,8 @@ enum EParamValueType : std::int32_t {
 class WCParam_Base {
 public:
     static constexpr double kMaxState = 1000.0;
+    // Update flags after every value change: the display and the controls are redone at idle.
+    static constexpr std::uint32_t kUpdateFlagsValueChanged = 3;
 
     WCParam_Base() = default;
     virtual ~WCParam_Base() = default;

@@ -17,7 +17,6 @@ MIREL_NAMESPACE_BEGIN
 
 namespace {
 
-constexpr std::uint32_t kValueChanged = 3;
 // Parameters a preset never writes: display-only, not-in-preset, unused and bit 15.
 constexpr unsigned int kNotLoadedMask = 0x8844;
 // Parameters only a host chunk or the default file may set.
@@ -25,10 +24,6 @@ constexpr unsigned int kLoadFromHostOnlyBit = 17;
 
 constexpr unsigned int eKindValue = Preset::ePresetValue;
 constexpr unsigned int eKindKeep = Preset::ePresetValueIgnore;
-
-int SetupIndex(EPluginSetup setup) {
-    return setup == eSetupB ? 1 : 0;
-}
 
 // Numbers in presets are written with a dot whatever the host's locale; this holds the C
 // locale for the thread while a preset is made.
@@ -53,7 +48,7 @@ private:
 
 int cALGORITHM::SaveRealWorldToPreset(Preset::sPresetData &data, EPluginSetup setup,
                                       bool undoOnly) const {
-    Preset::SaveRealWorldToPresetData(data, m_Params, SetupIndex(GetAbsoluteSetup(setup)),
+    Preset::SaveRealWorldToPresetData(data, m_Params, SetupSlot(GetAbsoluteSetup(setup)),
                                       undoOnly);
     return eNoErr;
 }
@@ -75,7 +70,7 @@ int cALGORITHM::SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool al
     for (int i = 0; i < (both ? 2 : 1); ++i) {
         const EPluginSetup setup = both ? setups[i] : m_ActiveSetup;
         auto data = std::make_unique<Preset::sPresetData>();
-        data->m_SetupName = m_SetupNames[SetupIndex(setup)];
+        data->m_SetupName = m_SetupNames[SetupSlot(setup)];
         SaveRealWorldToPreset(*data, setup, false);
         data->m_Setup = both ? setup : eCurrentSetup;
         info.m_Data.push_back(std::move(data));
@@ -88,11 +83,11 @@ int cALGORITHM::SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool al
 template <class Value>
 int cALGORITHM::LoadValuesFromPreset(Preset::sPresetData const &data, EPluginSetup setup,
                                      Value value) {
-    const int which = SetupIndex(GetAbsoluteSetup(setup));
+    const int which = SetupSlot(GetAbsoluteSetup(setup));
     const std::size_t stored = static_cast<std::size_t>(data.m_NumParams);
     for (std::size_t id = 0; id < m_Params.size(); ++id) {
         sCONTROL_PARAM &param = m_Params[id];
-        param.SetUpdateFlags(kValueChanged);
+        param.SetUpdateFlags(WCParam_Base::kUpdateFlagsValueChanged);
         if ((param.GetFlags().GetBits() & kNotLoadedMask) != 0)
             continue;
         const unsigned int kind =
@@ -156,9 +151,9 @@ int cALGORITHM::LoadFromPreset(Preset::CPresetInfo const &info, bool update) {
             else
                 LoadRealWorldFromPreset(loaded, setup);
             if (setup == m_ActiveSetup || loaded.m_Setup == eCurrentSetup)
-                m_SetupNames[SetupIndex(setup)] = info.m_PresetName;
+                m_SetupNames[SetupSlot(setup)] = info.m_PresetName;
             if (!loaded.m_SetupName.empty())
-                m_SetupNames[SetupIndex(setup)] = loaded.m_SetupName;
+                m_SetupNames[SetupSlot(setup)] = loaded.m_SetupName;
         }
         if (info.m_SideChainActive == 0 || info.m_SideChainActive == 1)
             m_SideChainActive = static_cast<signed char>(info.m_SideChainActive);
@@ -182,7 +177,7 @@ int cALGORITHM::PreparePresetChunk(Utils::WCStMemObj &chunk, bool allSetups, boo
     info.m_Section = Preset::ePresetSectionHostPresetChunk;
     info.m_Category = m_CurrentPresetInfo.m_Category;
     info.m_Format = Preset::ePresetsFormatXMLString;
-    info.m_PresetName = m_SetupNames[SetupIndex(m_ActiveSetup)];
+    info.m_PresetName = m_SetupNames[SetupSlot(m_ActiveSetup)];
     info.m_Flags |= Preset::ePresetFlagReadOnly;
     info.m_ExternalFilePath = m_CurrentPresetInfo.m_ExternalFilePath;
     info.m_IndexInList = m_CurrentPresetInfo.m_IndexInList;

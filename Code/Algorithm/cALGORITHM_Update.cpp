@@ -14,8 +14,6 @@ MIREL_NAMESPACE_BEGIN
 
 namespace {
 
-// Every value change asks idle for a new value text and a control refresh.
-constexpr std::uint32_t kValueChanged = 3;
 // Below this a real-world change is rounding noise and the DSP is left alone.
 constexpr double kRealWorldEpsilon = 1e-10;
 // A parameter flag outside the named words that also keeps the value string as it is.
@@ -25,11 +23,6 @@ bool IsValidState(double state) {
     // Written so that a NaN fails too.
     return state >= 0.0 && state <= WCParam_Base::kMaxState;
 }
-
-int SetupIndex(EPluginSetup setup) {
-    return setup == eSetupB ? 1 : 0;
-}
-
 
 bool MustAlwaysUpdate(sCONTROL_PARAM const &param) {
     return param.IsFlagSet(eParamFlag_DisplayOnlyParam) ||
@@ -49,7 +42,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamState(std::uint64_t id, double state, bool
     if (param == nullptr || !IsValidState(state))
         return nullptr;
     WCStAlgLocker lock(*this);
-    const int active = SetupIndex(m_ActiveSetup);
+    const int active = SetupSlot(m_ActiveSetup);
     if (param->IsDiscrete())
         state = param->QuantizeState(state);
     const bool always = MustAlwaysUpdate(*param);
@@ -63,7 +56,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamState(std::uint64_t id, double state, bool
         param->SetStateValue(1 - active, state);
         param->UpdateRealWorldFromState(1 - active);
     }
-    param->SetUpdateFlags(kValueChanged);
+    param->SetUpdateFlags(WCParam_Base::kUpdateFlagsValueChanged);
     const bool changed = std::fabs(after - before) >= kRealWorldEpsilon;
     if (!changed && !always)
         return nullptr;
@@ -88,7 +81,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamRealWorld(std::uint64_t id, double value) 
     if (param == nullptr || !std::isfinite(value))
         return nullptr;
     WCStAlgLocker lock(*this);
-    const int active = SetupIndex(m_ActiveSetup);
+    const int active = SetupSlot(m_ActiveSetup);
     const bool changed = value != param->GetRealWorld(active);
     if (!changed && !param->IsFlagSet(eParamFlag_DisplayOnlyParam) &&
         !param->IsFlagSet(eParamFlag_AlwaysUpdate))
@@ -100,7 +93,7 @@ BUFFER_HEADER *cALGORITHM::UpdateParamRealWorld(std::uint64_t id, double value) 
         param->SetRealWorldValue(1 - active, value);
         param->SetStateValue(1 - active, state);
     }
-    param->SetUpdateFlags(kValueChanged);
+    param->SetUpdateFlags(WCParam_Base::kUpdateFlagsValueChanged);
 
     BUFFER_HEADER *chain = UpdateParamSelf(id);
     const bool differsFromDrag =
@@ -137,7 +130,7 @@ BUFFER_HEADER *cALGORITHM::DragParam(std::uint64_t id, double state) {
     if (!param->IsFlagSet(eParamFlag_DontUpdateWhileDrag))
         return UpdateParamState(id, state, true);
     WCStAlgLocker lock(*this);
-    const int active = SetupIndex(m_ActiveSetup);
+    const int active = SetupSlot(m_ActiveSetup);
     if (param->IsDiscrete())
         state = param->QuantizeState(state);
     param->SetStateValue(active, state);
@@ -148,7 +141,7 @@ BUFFER_HEADER *cALGORITHM::DragParam(std::uint64_t id, double state) {
     }
     // A drag in progress: only its end lets the stored value through to UpdateParamSelf.
     param->m_DragEnd = 0;
-    param->SetUpdateFlags(kValueChanged);
+    param->SetUpdateFlags(WCParam_Base::kUpdateFlagsValueChanged);
     return DragParamSelf(id);
 }
 
@@ -243,7 +236,7 @@ int cALGORITHM::SetParamToUpdateFlag(std::uint64_t id, std::uint32_t value) {
 
 void cALGORITHM::RefreshAllParams() {
     for (auto &param : m_Params)
-        param.SetUpdateFlags(kValueChanged);
+        param.SetUpdateFlags(WCParam_Base::kUpdateFlagsValueChanged);
 }
 
 int cALGORITHM::UpdateDisplay(std::uint64_t id) {
@@ -283,14 +276,14 @@ int cALGORITHM::SetRealWorldAndUpdateAndNotifyAutomation(std::uint64_t id, doubl
         return eOutOfRangeNumber;
     if (!std::isfinite(value) || setup < -1 || setup > 1)
         return eOutOfRangeNumber;
-    const int active = SetupIndex(m_ActiveSetup);
+    const int active = SetupSlot(m_ActiveSetup);
     const int which = setup == -1 ? active : setup;
     {
         WCStAlgLocker lock(*this);
         param->SetRealWorldValue(which, value);
         param->SetStateValue(which, std::clamp(param->RealWorldToState(value), 0.0,
                                                WCParam_Base::kMaxState));
-        param->SetUpdateFlags(kValueChanged);
+        param->SetUpdateFlags(WCParam_Base::kUpdateFlagsValueChanged);
     }
     return which == active ? NotifyParamValue(id) : eNoErr;
 }

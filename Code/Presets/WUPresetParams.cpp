@@ -25,10 +25,6 @@ WCFixedString<63> ValueText(double value) {
     return text;
 }
 
-int SetupIndex(EPluginSetup setup) noexcept {
-    return setup == eSetupB ? 1 : 0;
-}
-
 WTErr SaveList(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
                const std::vector<std::uint64_t> &indexes, const char *tag, EPluginSetup setup) {
     for (const std::uint64_t index : indexes) {
@@ -45,7 +41,7 @@ WTErr SaveList(CPresetInfo &info, std::span<const sCONTROL_PARAM> params,
     for (const std::uint64_t index : indexes) {
         const sCONTROL_PARAM &param = params[index];
         block->m_Descriptors.emplace_back(param.m_Name.c_str(),
-                                          ValueText(param.GetRealWorld(SetupIndex(setup))).c_str());
+                                          ValueText(param.GetRealWorld(SetupSlot(setup))).c_str());
     }
     return eNoErr;
 }
@@ -111,7 +107,7 @@ WTErr LoadAllParamsFromPreset(CPresetInfo &info, std::span<sCONTROL_PARAM> param
         setups.push_back(data->m_Setup);
     WTErr firstError = ePluginSpecifcNotExisting;
     for (const EPluginSetup setup : setups) {
-        const int target = setup == eCurrentSetup ? currentSetup : SetupIndex(setup);
+        const int target = setup == eCurrentSetup ? currentSetup : SetupSlot(setup);
         if (LoadParamsFromPreset(info, params, tag, setup, target) == eNoErr)
             firstError = eNoErr;
     }
