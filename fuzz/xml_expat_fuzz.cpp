@@ -70,16 +70,25 @@ bool RoundTrips(const XML::CXMLElement &e) {
     return true;
 }
 
-// True when the document starts with a declaration naming an encoding other than UTF-8.
+// True when the document starts with a declaration naming an encoding other than UTF-8. XML
+// allows blanks around the "=", so they are skipped as expat skips them.
 bool DeclaresOtherThanUTF8(std::string_view text) {
     if (text.substr(0, 5) != "<?xml")
         return false;
     const std::string_view decl = text.substr(0, text.find("?>"));
-    const auto at = decl.find("encoding=");
-    if (at == std::string_view::npos || at + 10 > decl.size())
+    constexpr std::string_view kBlanks(" \t\r\n");
+    auto at = decl.find("encoding");
+    if (at == std::string_view::npos)
         return false;
-    const char quote = decl[at + 9];
-    const std::string_view value = decl.substr(at + 10, decl.find(quote, at + 10) - (at + 10));
+    at = decl.find_first_not_of(kBlanks, at + 8);
+    if (at == std::string_view::npos || decl[at] != '=')
+        return false;
+    at = decl.find_first_not_of(kBlanks, at + 1);
+    if (at == std::string_view::npos || (decl[at] != '"' && decl[at] != '\''))
+        return false;
+    const std::size_t end = decl.find(decl[at], at + 1);
+    const std::string_view value =
+        decl.substr(at + 1, end == std::string_view::npos ? std::string_view::npos : end - at - 1);
     return value.size() != 5 || strncasecmp(value.data(), "UTF-8", 5) != 0;
 }
 
