@@ -193,7 +193,7 @@ TEST(WCGraphicStreamBinaryWriter, MultipleClipImagesPickTheirRecordByClipCount) 
               (std::vector<std::int32_t>{eGSDataHere, eGSDrawImageMultipleClips}));
 }
 
-TEST(WCGraphicStreamBinaryWriter, WireRectClosesItsOutlineAndTakesFlags) {
+TEST(WCGraphicStreamBinaryWriter, WireAndXorRectsCloseTheirOutlineAndTakeFlags) {
     WCGraphicStreamBinaryWriter writer;
     writer.DrawWireRect(WCRGBAColor(), WURect<float>(0.5f, 1.5f, 2.5f, 3.5f), 2.0f, 0x00FF);
     Utils::WCStMemObj &memory = writer.GetMemObj();
@@ -209,14 +209,10 @@ TEST(WCGraphicStreamBinaryWriter, WireRectClosesItsOutlineAndTakesFlags) {
     writer.ClearStream().DrawWireRect(WCRGBAColor(), WURect<short>(0, 0, 4, 4), 1.0f, 0xFFFF,
                                       &flags);
     EXPECT_EQ(At<std::uint32_t>(memory, 28 + 20 + 20), eGSDrawInXORMode);
-}
-
-TEST(WCGraphicStreamBinaryWriter, XorRectIsWhiteWithXorAndNoAntialias) {
-    WCGraphicStreamBinaryWriter writer;
-    writer.DrawXORRect(WURect<short>(0, 0, 2, 2));
-    const std::uint64_t v = 28 + 16;
-    EXPECT_EQ(At<std::uint32_t>(writer.GetMemObj(), v + 20), 5u);
-    EXPECT_EQ(At<std::uint32_t>(writer.GetMemObj(), v + 24), 0xFFFFFFFFu);
+    // The XOR rectangle is white, in XOR mode and without antialiasing.
+    writer.ClearStream().DrawXORRect(WURect<short>(0, 0, 2, 2));
+    EXPECT_EQ(At<std::uint32_t>(memory, 28 + 16 + 20), 5u);
+    EXPECT_EQ(At<std::uint32_t>(memory, 28 + 16 + 24), 0xFFFFFFFFu);
 }
 
 TEST(WCGraphicStreamBinaryWriter, LinesAndArcLines) {

@@ -317,12 +317,6 @@ TEST_F(WCGraphicStreamEngineBaseWalk, StreamFrameSizeIsReadWithoutAWalk) {
     EXPECT_EQ(WCGraphicStreamEngineBase::GetStreamFrameSize(Ptr() + 112, Size() - 112, size), -8);
 }
 
-TEST_F(WCGraphicStreamEngineBaseWalk, RecordChecksumsLeaveOutEndRecords) {
-    std::vector<std::uint64_t> checksums;
-    ASSERT_EQ(WCGraphicStreamEngineBase::CollectRecordChecksums(Ptr(), Size(), checksums), eNoErr);
-    EXPECT_EQ(checksums.size(), 15u - 3u);
-}
-
 TEST_F(WCGraphicStreamEngineBaseWalk, FrameChecksumsPointAtTheChangedFrame) {
     std::vector<char> first(Ptr(), Ptr() + Size());
     std::vector<std::uint64_t> none, actual, again;
