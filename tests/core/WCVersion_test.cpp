@@ -67,11 +67,9 @@ TEST(WCVersion, OrdersPartByPart) {
     std::vector<WCVersion> versions{WCVersion("13.1.0.186"), WCVersion("2.0"), WCVersion("13.1"),
                                     WCVersion("13.0.9.999"), WCVersion("13.1.0.9")};
     std::sort(versions.begin(), versions.end());
-    EXPECT_STREQ(versions[0].GetString().data(), "2.0.0.0");
-    EXPECT_STREQ(versions[1].GetString().data(), "13.0.9.999");
-    EXPECT_STREQ(versions[2].GetString().data(), "13.1.0.0");
-    EXPECT_STREQ(versions[3].GetString().data(), "13.1.0.9");
-    EXPECT_STREQ(versions[4].GetString().data(), "13.1.0.186");
+    EXPECT_EQ(versions, (std::vector<WCVersion>{WCVersion("2.0"), WCVersion("13.0.9.999"),
+                                                WCVersion("13.1"), WCVersion("13.1.0.9"),
+                                                WCVersion("13.1.0.186")}));
 
     const WCVersion a("1.2.3.4");
     EXPECT_TRUE(a <= a);
