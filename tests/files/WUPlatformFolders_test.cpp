@@ -74,6 +74,10 @@ TEST(SystemFolders, MissingFoldersAndDomainsGiveTheirCodes) {
               eFMNoSuchDomain);
     EXPECT_EQ(FM::WCStPath(FM::WEFoldersDomain(-1), FM::eTemporaryFolder).GetError(),
               eFMNoSuchDomain);
+    // Their names, used in messages, stay inside the name tables.
+    EXPECT_STREQ(FM::WEFoldersDomainName(9), "Unknown Folder Domain");
+    EXPECT_STREQ(FM::WESystemFoldersName(25), "Unknown System Folder");
+    EXPECT_STREQ(FM::WESystemFoldersName(-1), "Unknown System Folder");
 }
 
 TEST(SystemFolders, AreCreatedOnlyWhenAsked) {
@@ -113,15 +117,6 @@ TEST(SystemFolders, FollowXDGRulesForUnsetAndRelativeVariables) {
     EXPECT_EQ(Resolve(FM::eUserDomain, FM::eTemporaryFolder), "/var/tmp");
     unsetenv("TMPDIR");
     EXPECT_EQ(Resolve(FM::eUserDomain, FM::eTemporaryFolder), "/tmp");
-}
-
-TEST(SystemFolders, NamesFollowTheTables) {
-    EXPECT_STREQ(FM::WEFoldersDomainName(FM::eUserLocalDomain), "eUserLocalDomain");
-    EXPECT_STREQ(FM::WEFoldersDomainName(9), "Unknown Folder Domain");
-    EXPECT_STREQ(FM::WESystemFoldersName(FM::eSystemFolder), "eSystemFolder");
-    EXPECT_STREQ(FM::WESystemFoldersName(FM::eVST3PresetsFolder), "eVST3PresetsFolder");
-    EXPECT_STREQ(FM::WESystemFoldersName(25), "Unknown System Folder");
-    EXPECT_STREQ(FM::WESystemFoldersName(-1), "Unknown System Folder");
 }
 
 } // namespace
