@@ -17,6 +17,7 @@
 
 #include "files/WCStPath.h"
 #include "redis/WCRedisClient.h"
+#include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCRedisServerFixture.h"
 #include "tests/support/WCTestHome.h"
 
@@ -125,8 +126,7 @@ inline bool WaitFor(std::function<bool()> const &condition,
 }
 
 inline std::string ReadFile(std::filesystem::path const &path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return mirel_test::ReadFileText(path.string());
 }
 
 inline void WriteFile(std::filesystem::path const &path, std::string const &text) {

@@ -178,7 +178,7 @@ TEST_F(ConnectionTest, StackWritesSendEveryPairCutToItsFieldAndEmptyTheStack) {
     EXPECT_EQ(m_connection.get_keys_to_delete().count(WTRedisKey("m2")), 1u);
 }
 
-TEST_F(ConnectionTest, ReadsReturnWhatTheServerHolds) {
+TEST_F(ConnectionTest, ReadsTypesAndIncrementsAnswerWhatTheServerHolds) {
     m_probe->command({"SET", "s", "text"});
     m_probe->command({"HSET", "h", "a", "1", "b", "2"});
     m_probe->command({"RPUSH", "l", "x", "y", "z"});
@@ -213,24 +213,19 @@ TEST_F(ConnectionTest, ReadsReturnWhatTheServerHolds) {
     EXPECT_EQ(m_connection.left_pop_list_value("l"), "x");
     EXPECT_EQ(m_connection.right_pop_list_value("l"), "z");
     EXPECT_TRUE(m_connection.left_pop_list_value("nothing").empty());
-}
 
-TEST_F(ConnectionTest, TypesAndExistence) {
-    m_probe->command({"HSET", "h", "f", "1"});
     EXPECT_EQ(m_connection.get_type("h"), "hash");
     EXPECT_TRUE(m_connection.is_type("h", "hash"));
     EXPECT_FALSE(m_connection.is_type("h", "has"));
     EXPECT_FALSE(m_connection.is_type("h", nullptr));
-    EXPECT_TRUE(m_connection.is_hash_key("h", "f"));
+    EXPECT_TRUE(m_connection.is_hash_key("h", "b"));
     EXPECT_FALSE(m_connection.is_hash_key("h", "g"));
-}
 
-TEST_F(ConnectionTest, IncrementsReturnTheNewValue) {
+    // Increments answer the new value, and an error reply is no number.
     EXPECT_EQ(m_connection.increment_value("n", 5), 5);
     EXPECT_EQ(m_connection.increment_value("n", -7), -2);
-    EXPECT_EQ(m_connection.increment_hash_value("h", "f", 3), 3);
-    m_probe->command({"SET", "text", "abc"});
-    EXPECT_EQ(m_connection.increment_value("text", 1), -1) << "an error reply is no number";
+    EXPECT_EQ(m_connection.increment_hash_value("h", "a", 3), 4);
+    EXPECT_EQ(m_connection.increment_value("s", 1), -1);
 }
 
 TEST_F(ConnectionTest, SetIfNotExistSetsOnceAndHonoursTheTtl) {
