@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/WCGoldenFile.h"
+#include "tests/support/WCSilentAlgorithm.h"
 
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/GUI/CSelectableHome.h"
@@ -41,16 +42,11 @@ const char *kParamXML = R"(<ParamXML>
   <Parameter Name="Locked" Parent="Gain"><Flags><ConstantDisabled value="true"/></Flags></Parameter>
 </ParamXML>)";
 
-class WCGUITestAlgorithm : public ml::cALGORITHM {
+class WCGUITestAlgorithm : public mirel_test::WCSilentAlgorithm {
 public:
-    using cALGORITHM::cALGORITHM;
+    using WCSilentAlgorithm::WCSilentAlgorithm;
 
 protected:
-    BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override { return nullptr; }
-    BUFFER_HEADER *UpdateAlgSelf() override { return nullptr; }
-    BUFFER_HEADER *InitAlgSelf() override { return nullptr; }
-    BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
-    int DoIdleSelf(short) override { return 0; }
     void InitProcessCodeSelf() override {
         DSPReqRes().coefsWords = 1;
         DSPReqRes().cycles = 1;
@@ -209,60 +205,31 @@ TEST_F(WCGUIControlTest, ControlWrittenBackReadsTheSame) {
 }
 
 TEST(WCRegisterInfo, EveryRegisterTypeNameRoundTrips) {
-    const struct {
-        const char *name;
-        std::vector<unsigned int> bits;
-    } named[] = {
-        {"None", {0}},
-        {"MouseDown", {1}},
-        {"MouseUp", {2}},
-        {"MouseVertical", {3}},
-        {"MouseHorizontal", {4}},
-        {"MouseWheelVertical", {5}},
-        {"MouseWheelHorizontal", {6}},
-        {"MouseDrawVertical", {7}},
-        {"MouseDrawHorizontal", {8}},
-        {"Reset", {11}},
-        {"OptionReset", {12}},
-        {"AbsMouseDownVertical", {17}},
-        {"AbsMouseDownHorizontal", {18}},
-        {"AbsMouseUpVertical", {19}},
-        {"AbsMouseUpHorizontal", {20}},
-        {"AbsMouseMoveVertical", {21}},
-        {"AbsMouseMoveHorizontal", {22}},
-        {"Cyclic", {24}},
-        {"ZoomX", {25}},
-        {"ZoomY", {26}},
-        {"ScrollX", {27}},
-        {"ScrollY", {28}},
-        {"RadioButton", {29}},
-        {"OnOff", {30}},
-        {"PopUp", {31}},
-        {"PopUpRightButton", {32}},
-        {"Snap", {33}},
-        {"Graph", {34}},
-        {"Vertices", {35}},
-        {"LoopStart", {36}},
-        {"LoopEnd", {37}},
-        {"DisplayOnly", {38}},
-        {"TouchPinchVertical", {39}},
-        {"TouchPinchHorizontal", {40}},
-        {"User1", {41}},
-        {"User10", {50}},
-        {"MouseVerticalNoMouseWheel", {3, 9}},
-        {"MouseHorizontalNoMouseWheel", {4, 10}},
-        {"MouseDownLeftButtonOnly", {1, 13}},
-    };
-    for (const auto &row : named) {
+    // The single-bit names in bit order ("-" for a bit of no name of its own), then compounds.
+    std::istringstream byBit(
+        "None MouseDown MouseUp MouseVertical MouseHorizontal MouseWheelVertical "
+        "MouseWheelHorizontal MouseDrawVertical MouseDrawHorizontal - - Reset OptionReset - - - - "
+        "AbsMouseDownVertical AbsMouseDownHorizontal AbsMouseUpVertical AbsMouseUpHorizontal "
+        "AbsMouseMoveVertical AbsMouseMoveHorizontal - Cyclic ZoomX ZoomY ScrollX ScrollY "
+        "RadioButton OnOff PopUp PopUpRightButton Snap Graph Vertices LoopStart LoopEnd "
+        "DisplayOnly TouchPinchVertical TouchPinchHorizontal User1 User2 User3 User4 User5 User6 "
+        "User7 User8 User9 User10");
+    std::vector<std::pair<std::string, std::uint64_t>> named = {
+        {"MouseVerticalNoMouseWheel", (1u << 3) | (1u << 9)},
+        {"MouseHorizontalNoMouseWheel", (1u << 4) | (1u << 10)},
+        {"MouseDownLeftButtonOnly", (1u << 1) | (1u << 13)}};
+    int bit = 0;
+    for (std::string name; byBit >> name; ++bit)
+        if (name != "-")
+            named.emplace_back(name, std::uint64_t(1) << bit);
+    ASSERT_EQ(bit, 51);
+    for (const auto &[name, bits] : named) {
         ml::WCRegisterInfo info;
-        ASSERT_TRUE(info.AddRegisterTypeName(row.name)) << row.name;
-        std::uint64_t expected = 0;
-        for (unsigned int bit : row.bits)
-            expected |= std::uint64_t(1) << bit;
-        EXPECT_EQ(info.m_Types.GetBits(), expected) << row.name;
+        ASSERT_TRUE(info.AddRegisterTypeName(name.c_str())) << name;
+        EXPECT_EQ(info.m_Types.GetBits(), bits) << name;
         const auto names = info.GetRegisterTypeNames();
-        ASSERT_EQ(names.size(), 1u) << row.name;
-        EXPECT_STREQ(names[0], row.name);
+        ASSERT_EQ(names.size(), 1u) << name;
+        EXPECT_EQ(names[0], name);
     }
     for (const char *unknown : {"mousedown", "User11", "FixedState", "", "MouseDown "}) {
         ml::WCRegisterInfo info;
