@@ -11,12 +11,14 @@
 #include "resources/MirelComponentInfo.h"
 #include "resources/ResourceManager.h"
 #include "resources/XMLFilterByComponentInfo.h"
+#include "tests/Utilities/XML/Code/XMLTestSupport.h"
 #include "tests/resources/ResourcesTestSupport.h"
 
 namespace {
 
 namespace ML = MIREL_NAMESPACE_NAME;
 namespace RM = ML::RM;
+using mirel_test::Names;
 using ML::MirelComponentInfo;
 using ML::WCFourCC;
 
@@ -29,22 +31,6 @@ MirelComponentInfo Component(const char *subType) {
     info.m_ComponentType = WCFourCC("EQ__");
     info.m_ComponentSubType = WCFourCC(subType[0], subType[1], subType[2], subType[3]);
     return info;
-}
-
-std::string Names(const pugi::xml_node &node) {
-    std::string names;
-    for (const pugi::xml_node child : node.children())
-        names +=
-            std::string(child.name()) + (child.first_child() ? "(" + Names(child) + ")" : "") + " ";
-    return names;
-}
-
-std::string Names(const ML::XML::CXMLElement &element) {
-    std::string names;
-    for (const ML::XML::CXMLElement *child : element.GetSubElements())
-        names += std::string(child->GetName().c_str()) +
-                 (child->GetSubElements().empty() ? "" : "(" + Names(*child) + ")") + " ";
-    return names;
 }
 
 // What filter.xml keeps for each sub-component. Two codes keep "Both" for either sub-component;

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include <pugixml.hpp>
+
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/WCXMLLog.h"
@@ -53,6 +55,24 @@ inline std::string Write(ML::XML::CXMLElement &root) {
 inline std::string ReadFile(const std::filesystem::path &path) {
     std::ifstream in(path, std::ios::binary);
     return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+// The names of the descendants of a node, each followed by its children in brackets and a blank:
+// "A B(C ) ". One form for both XML worlds, so a filter's results compare as one line.
+inline std::string Names(const pugi::xml_node &node) {
+    std::string names;
+    for (const pugi::xml_node child : node.children())
+        names +=
+            std::string(child.name()) + (child.first_child() ? "(" + Names(child) + ")" : "") + " ";
+    return names;
+}
+
+inline std::string Names(const ML::XML::CXMLElement &element) {
+    std::string names;
+    for (const ML::XML::CXMLElement *child : element.GetSubElements())
+        names += std::string(child->GetName().c_str()) +
+                 (child->GetSubElements().empty() ? "" : "(" + Names(*child) + ")") + " ";
+    return names;
 }
 
 // Structural equality: names, texts, CDATA flags, packed attributes and children, in order.
