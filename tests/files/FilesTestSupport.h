@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +10,7 @@
 #include <zip.h>
 
 #include "files/WCStPath.h"
+#include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCTestHome.h"
 
 // Small helpers of the file and resource layers' suites: they make and read files with the
@@ -27,8 +27,7 @@ inline void WriteText(fs::path const &path, std::string const &text) {
 }
 
 inline std::string ReadText(fs::path const &path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return mirel_test::ReadFileText(path.string());
 }
 
 inline FM::WCStPath PathOf(fs::path const &path) {

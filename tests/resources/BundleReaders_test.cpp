@@ -156,7 +156,7 @@ TEST(WCDLLInterface, MapsEntryPointsAndReportsTheMissingOnes) {
 
 TEST(WCDLLInterface, AFileThatIsNoModuleIsRefused) {
     mirel_test::WCTempDir dir;
-    resources_test::WriteFile(dir.path() / "fake.so", "not an ELF file");
+    resources_test::WriteText(dir.path() / "fake.so", "not an ELF file");
     ML::Utils::WCDLLInterface module(ML::FM::WCStPath((dir.path() / "fake.so").string()),
                                      {"Entry"});
     EXPECT_FALSE(module.IsValid());

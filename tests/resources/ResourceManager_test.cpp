@@ -15,7 +15,7 @@ namespace {
 
 using namespace MIREL_NAMESPACE_NAME;
 using resources_test::BundleTest;
-using resources_test::WriteFile;
+using resources_test::WriteText;
 namespace fs = std::filesystem;
 
 class Containers : public BundleTest {};
@@ -54,7 +54,7 @@ TEST_F(Containers, PathsThatAreNoContainerGiveTheirCodes) {
     EXPECT_EQ(RM::OpenResContainer((m_home.path() / "Missing.bundle").c_str(), 0, container),
               eRMInvalidResContainer);
     EXPECT_EQ(container, nullptr);
-    WriteFile(m_home.path() / "Plug.dll", "MZ");
+    WriteText(m_home.path() / "Plug.dll", "MZ");
     EXPECT_EQ(RM::OpenResContainer((m_home.path() / "Plug.dll").c_str(), 0, container),
               eRMInvalidResContainer);
     bool isContainer = false;

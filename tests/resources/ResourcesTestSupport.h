@@ -14,10 +14,7 @@ namespace resources_test {
 namespace fs = std::filesystem;
 using files_test::MakeZip;
 using files_test::ReadText;
-
-inline void WriteFile(const fs::path &path, const std::string &text) {
-    files_test::WriteText(path, text);
-}
+using files_test::WriteText;
 
 // A bundle folder in a temporary home; the process's resource manager is torn down after each
 // test so no container or resource leaks from one case into the next.
@@ -31,7 +28,7 @@ protected:
     fs::path Bundle() const { return m_home.path() / "Plugins" / "Gain.bundle"; }
     fs::path Resources() const { return Bundle() / "Contents" / "Resources"; }
     void Put(const std::string &relative, const std::string &text) const {
-        WriteFile(Resources() / relative, text);
+        WriteText(Resources() / relative, text);
     }
     Container *Open() {
         Container *container = nullptr;

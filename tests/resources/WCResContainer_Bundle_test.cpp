@@ -12,7 +12,7 @@ using namespace MIREL_NAMESPACE_NAME;
 using resources_test::BundleTest;
 using resources_test::MakeZip;
 using resources_test::ReadText;
-using resources_test::WriteFile;
+using resources_test::WriteText;
 
 using IDList = std::vector<WCFixedString<31>>;
 namespace fs = std::filesystem;
@@ -181,7 +181,7 @@ TEST_F(BundleBadInput, RefusedYAMLIsNotOverwrittenByChangedAttributes) {
 
 TEST_F(BundleBadInput, KeysThatWouldLeaveTheBundleAreRefused) {
     Put("TXT_/a", "a");
-    WriteFile(Bundle().parent_path() / "secret", "outside");
+    WriteText(Bundle().parent_path() / "secret", "outside");
     Container *container = Open();
     Resource *resource = nullptr;
     EXPECT_EQ(RM::GetAResource(container, WCResKey("TXT_", "../../../secret"), resource),
@@ -200,9 +200,9 @@ TEST_F(BundleBadInput, FilesOutsideTheResourcesFolderAreNeitherReadNorWritten) {
     // bundle's own "Contents", and the targets of links inside the resources folder.
     const fs::path outside = m_home.path() / "outside.txt";
     const fs::path outsideFolder = m_home.path() / "elsewhere";
-    WriteFile(outside, "secret");
-    WriteFile(outsideFolder / "a", "secret");
-    WriteFile(Bundle() / "Contents" / "Info.plist", "secret");
+    WriteText(outside, "secret");
+    WriteText(outsideFolder / "a", "secret");
+    WriteText(Bundle() / "Contents" / "Info.plist", "secret");
     Put("TXT_/kept", "inside");
     fs::create_symlink(outside, Resources() / "TXT_" / "linked");
     fs::create_symlink(outsideFolder, Resources() / "EXT_");

@@ -14,7 +14,7 @@ namespace {
 using namespace MIREL_NAMESPACE_NAME;
 using resources_test::BundleTest;
 using resources_test::ReadText;
-using resources_test::WriteFile;
+using resources_test::WriteText;
 namespace fs = std::filesystem;
 
 void SetMTime(const fs::path &path, time_t time) {
@@ -127,7 +127,7 @@ TEST_F(CacheFiles, RewrittenWhenItsTimeIsNotStrictlyLater) {
     SetMTime(Resources() / "TXT_" / "a", resourceTime);
 
     // Later: kept as it is, even if its bytes differ.
-    WriteFile(cachePath, "stale but newer");
+    WriteText(cachePath, "stale but newer");
     SetMTime(cachePath, resourceTime + 1);
     {
         RM::WCStResCacheFile cache(container, WCResKey("TXT_", "a"));

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +10,7 @@
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/WCXMLLog.h"
+#include "tests/support/WCGoldenFile.h"
 
 namespace mirel_test {
 
@@ -53,8 +52,7 @@ inline std::string Write(ML::XML::CXMLElement &root) {
 
 // A file's bytes, whole and unchanged; empty when it cannot be read.
 inline std::string ReadFile(const std::filesystem::path &path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return ReadFileText(path.string());
 }
 
 // The names of the descendants of a node, each followed by its children in brackets and a blank:
