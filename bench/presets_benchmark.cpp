@@ -112,6 +112,33 @@ void BM_ChunkRoundTrip(benchmark::State &state) {
 }
 BENCHMARK(BM_ChunkRoundTrip)->Unit(benchmark::kMicrosecond);
 
+// The two halves of the round trip, to show where its time goes.
+void BM_ChunkPrepare(benchmark::State &state) {
+    WSWorld &world = World();
+    for (auto _ : state) {
+        ml::Utils::WCStMemObj chunk;
+        if (world.source.alg->PreparePresetChunk(chunk, true, false) != 0) {
+            state.SkipWithError("no chunk");
+            break;
+        }
+        benchmark::DoNotOptimize(chunk.GetPtr());
+    }
+}
+BENCHMARK(BM_ChunkPrepare)->Unit(benchmark::kMicrosecond);
+
+void BM_ChunkSet(benchmark::State &state) {
+    WSWorld &world = World();
+    ml::Utils::WCStMemObj chunk;
+    world.source.alg->PreparePresetChunk(chunk, true, false);
+    for (auto _ : state) {
+        if (world.target.alg->SetPresetChunk(chunk) != 0) {
+            state.SkipWithError("the chunk was refused");
+            break;
+        }
+    }
+}
+BENCHMARK(BM_ChunkSet)->Unit(benchmark::kMicrosecond);
+
 // The floor: the same text parsed by pugixml and written back to a string.
 void BM_PugiParseWrite(benchmark::State &state) {
     ml::Utils::WCStMemObj chunk;

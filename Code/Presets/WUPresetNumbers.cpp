@@ -1,6 +1,7 @@
 #include "Code/Presets/WUPresetNumbers.h"
 
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -13,27 +14,266 @@ namespace Preset {
 
 namespace {
 
-constexpr const char *kTokenSeparators = " \t\n;";
 constexpr std::size_t kMaxRealWorldToken = 127;
+// The longest "%.20g" text of a double ("-2.2250738585072013831e-308") and its separator, with
+// room for the fixed-size copies of the digit writer.
+constexpr std::size_t kMaxValueText = 28;
+constexpr std::size_t kValueTextSlack = 32;
 
 bool IsDigit(char ch) noexcept {
     return ch >= '0' && ch <= '9';
 }
+
+// Token separators " \t\n;", and a second table that also stops at the terminating zero.
+struct WSSeparatorTables {
+    bool m_Separator[256] = {};
+    bool m_TokenEnd[256] = {};
+    constexpr WSSeparatorTables() {
+        for (const unsigned char ch : {' ', '\t', '\n', ';'})
+            m_Separator[ch] = m_TokenEnd[ch] = true;
+        m_TokenEnd[0] = true;
+    }
+};
+constexpr WSSeparatorTables kSeparators;
 
 // Calls `visit(token)` for every token of `text`.
 template <typename Visit>
 void ForEachToken(const char *text, Visit visit) {
     if (text == nullptr)
         return;
-    const char *p = text;
-    while (*p != 0) {
-        p += std::strspn(p, kTokenSeparators);
+    const auto *p = reinterpret_cast<const unsigned char *>(text);
+    while (true) {
+        while (kSeparators.m_Separator[*p])
+            ++p;
         if (*p == 0)
             break;
-        const std::size_t length = std::strcspn(p, kTokenSeparators);
-        visit(std::string_view(p, length));
-        p += length;
+        const auto *start = p;
+        while (!kSeparators.m_TokenEnd[*p])
+            ++p;
+        visit(std::string_view(reinterpret_cast<const char *>(start),
+                               static_cast<std::size_t>(p - start)));
     }
+}
+
+// The old conversion over [first, last), which a C string reads up to its zero.
+double AtofObsolete(const char *p, const char *last) noexcept {
+    while (p < last && (*p == ' ' || *p == '\t' || *p == '\n' || *p == '\r'))
+        ++p;
+    bool negative = false;
+    if (p < last && (*p == '+' || *p == '-'))
+        negative = *p++ == '-';
+    // Up to 15 digits the double accumulation is exact, so integer arithmetic gives the very
+    // same value; longer integer parts go on in doubles as they always did.
+    std::uint64_t whole = 0;
+    int wholeDigits = 0;
+    for (; p < last && IsDigit(*p) && wholeDigits < 15; ++p, ++wholeDigits)
+        whole = whole * 10u + static_cast<std::uint64_t>(*p - '0');
+    double value = static_cast<double>(whole);
+    for (; p < last && IsDigit(*p); ++p)
+        value = value * 10.0 + (*p - '0');
+    if (p < last && *p == '.') {
+        double scale = 0.1;
+        for (++p; p < last && IsDigit(*p); ++p) {
+            value += (*p - '0') * scale;
+            scale *= 0.1;
+        }
+    }
+    if (p < last && (*p == 'e' || *p == 'E')) {
+        ++p;
+        bool negativeExponent = false;
+        if (p < last && (*p == '+' || *p == '-'))
+            negativeExponent = *p++ == '-';
+        int exponent = 0;
+        // Past 400 every double has run to zero or infinity; stop counting there.
+        for (; p < last && IsDigit(*p); ++p)
+            exponent = exponent < 400 ? exponent * 10 + (*p - '0') : exponent;
+        for (int i = 0; i < exponent; ++i)
+            value = negativeExponent ? value / 10.0 : value * 10.0;
+    }
+    return negative ? -value : value;
+}
+
+// ---- "%.20g" ----
+// The real-world text prints 20 significant digits, more than a double's shortest form, so the
+// digits are the exact decimal expansion rounded once (to nearest, ties to even, as the C library
+// prints). For values from 1e-8 to 2^128 that expansion fits 128-bit integers; the rest, zeros
+// and non-finite values go through std::to_chars, which prints the same text more slowly.
+
+__extension__ typedef unsigned __int128 WTUInt128;
+
+constexpr std::uint64_t kTenPow10 = 10000000000ull;
+constexpr std::uint64_t kTenPow19 = 10000000000000000000ull;
+constexpr int kMaxPow5 = 27; // the largest power of 5 that fits 64 bits
+
+struct WSPowersOf5 {
+    std::uint64_t m_Value[kMaxPow5 + 1] = {};
+    constexpr WSPowersOf5() {
+        m_Value[0] = 1;
+        for (int i = 1; i <= kMaxPow5; ++i)
+            m_Value[i] = m_Value[i - 1] * 5u;
+    }
+};
+constexpr WSPowersOf5 kPowersOf5;
+
+constexpr char kDigitPairs[] = "0001020304050607080910111213141516171819"
+                               "2021222324252627282930313233343536373839"
+                               "4041424344454647484950515253545556575859"
+                               "6061626364656667686970717273747576777879"
+                               "8081828384858687888990919293949596979899";
+
+void TwoDigits(char *out, std::uint32_t value) noexcept {
+    std::memcpy(out, kDigitPairs + 2 * value, 2);
+}
+
+// The ten digits of `value` < 10^10, leading zeros included.
+void TenDigits(char *out, std::uint64_t value) noexcept {
+    const auto high = static_cast<std::uint32_t>(value / 100000u);
+    const auto low = static_cast<std::uint32_t>(value % 100000u);
+    out[0] = static_cast<char>('0' + high / 10000u);
+    TwoDigits(out + 1, high % 10000u / 100u);
+    TwoDigits(out + 3, high % 100u);
+    out[5] = static_cast<char>('0' + low / 10000u);
+    TwoDigits(out + 6, low % 10000u / 100u);
+    TwoDigits(out + 8, low % 100u);
+}
+
+// |value| = mantissa * 2^exponent as `digits` in [10^19, 10^20) times 10^(decimalExponent - 19),
+// rounded. False outside the range this handles.
+bool TwentyDigits(std::uint64_t mantissa, int exponent, WTUInt128 &digits,
+                  int &decimalExponent) noexcept {
+    const WTUInt128 low = kTenPow19;
+    const WTUInt128 high = WTUInt128(kTenPow19) * 10u;
+    if (exponent >= 0) {
+        if (exponent > 74)
+            return false;
+        const WTUInt128 whole = WTUInt128(mantissa) << exponent;
+        int count = 1;
+        WTUInt128 power = 10;
+        while (count < 39 && whole >= power) {
+            power *= 10u;
+            ++count;
+        }
+        decimalExponent = count - 1;
+        if (count <= 20) {
+            digits = whole;
+            for (int i = count; i < 20; ++i)
+                digits *= 10u;
+            return true;
+        }
+        std::uint64_t divisor = 1;
+        for (int i = 20; i < count; ++i)
+            divisor *= 10u;
+        WTUInt128 quotient = whole / divisor;
+        const WTUInt128 twice = (whole % divisor) * 2u;
+        if (twice > divisor || (twice == divisor && (quotient & 1u) != 0))
+            ++quotient;
+        if (quotient == high) {
+            quotient = low;
+            ++decimalExponent;
+        }
+        digits = quotient;
+        return true;
+    }
+    const int shift = -exponent;
+    // floor(log10) of the value or one off, from its binary exponent; corrected below.
+    const int binaryExponent = 63 - __builtin_clzll(mantissa) - shift;
+    int estimate = (binaryExponent * 78913) >> 18;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const int power = 19 - estimate;
+        if (power < 0 || power > kMaxPow5)
+            return false;
+        // value * 10^power = mantissa * 5^power / 2^(shift - power).
+        const WTUInt128 product = WTUInt128(mantissa) * kPowersOf5.m_Value[power];
+        const int drop = shift - power;
+        WTUInt128 quotient;
+        bool roundUp = false;
+        if (drop <= 0) {
+            if (-drop >= 60)
+                return false;
+            quotient = product << -drop;
+        } else {
+            if (drop >= 127)
+                return false;
+            quotient = product >> drop;
+            const WTUInt128 rest = product - (quotient << drop);
+            const WTUInt128 half = WTUInt128(1) << (drop - 1);
+            roundUp = rest > half || (rest == half && (quotient & 1u) != 0);
+        }
+        if (quotient >= high) {
+            ++estimate;
+            continue;
+        }
+        if (quotient < low) {
+            --estimate;
+            continue;
+        }
+        if (roundUp)
+            ++quotient;
+        if (quotient == high) {
+            quotient = low;
+            ++estimate;
+        }
+        digits = quotient;
+        decimalExponent = estimate;
+        return true;
+    }
+    return false;
+}
+
+// Writes "%.20g" of `value` at `out`, which has kMaxValueText + kValueTextSlack bytes; returns
+// the end of the text.
+char *PrintValue(char *out, double value) noexcept {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    const int biased = static_cast<int>((bits >> 52) & 0x7FFu);
+    const std::uint64_t fraction = bits & ((std::uint64_t(1) << 52) - 1);
+    WTUInt128 digits = 0;
+    int exponent = 0;
+    // Zeros, subnormals and non-finite values are left to the library.
+    if (biased == 0 || biased == 0x7FF ||
+        !TwentyDigits(fraction | (std::uint64_t(1) << 52), biased - 1075, digits, exponent))
+        return std::to_chars(out, out + kMaxValueText, value, std::chars_format::general, 20).ptr;
+    char *p = out;
+    if ((bits >> 63) != 0)
+        *p++ = '-';
+    char text[20];
+    const std::uint64_t top = static_cast<std::uint64_t>(digits >> 10) / 9765625u; // / 10^10
+    const std::uint64_t bottom = static_cast<std::uint64_t>(digits - WTUInt128(top) * kTenPow10);
+    TenDigits(text, top);
+    TenDigits(text + 10, bottom);
+    int last = bottom == 0 ? 9 : 19;
+    while (text[last] == '0')
+        --last;
+    // Fixed-size copies: the caller's buffer has room, and only [out, end) counts.
+    if (exponent < -4 || exponent >= 20) {
+        *p++ = text[0];
+        if (last > 0) {
+            *p++ = '.';
+            std::memcpy(p, text + 1, 19);
+            p += last;
+        }
+        *p++ = 'e';
+        *p++ = exponent < 0 ? '-' : '+';
+        const int magnitude = exponent < 0 ? -exponent : exponent;
+        if (magnitude >= 100)
+            *p++ = static_cast<char>('0' + magnitude / 100);
+        TwoDigits(p, static_cast<std::uint32_t>(magnitude % 100));
+        return p + 2;
+    }
+    if (exponent >= 0) {
+        std::memcpy(p, text, 20);
+        p += exponent + 1;
+        if (last > exponent) {
+            *p++ = '.';
+            std::memcpy(p, text + exponent + 1, 19);
+            p += last - exponent;
+        }
+        return p;
+    }
+    std::memcpy(p, "0.0000", 6);
+    p += 1 - exponent;
+    std::memcpy(p, text, 20);
+    return p + last + 1;
 }
 
 // "*" and "R" name no value; anything else is a value.
@@ -65,57 +305,36 @@ long WUAtol(const char *text) noexcept {
 double WUAtof_Obsolete(const char *text) noexcept {
     if (text == nullptr)
         return 0.0;
-    const char *p = text;
-    while (*p == ' ' || *p == '\t' || *p == '\n' || *p == '\r')
-        ++p;
-    bool negative = false;
-    if (*p == '+' || *p == '-')
-        negative = *p++ == '-';
-    double value = 0.0;
-    for (; IsDigit(*p); ++p)
-        value = value * 10.0 + (*p - '0');
-    if (*p == '.') {
-        double scale = 0.1;
-        for (++p; IsDigit(*p); ++p) {
-            value += (*p - '0') * scale;
-            scale *= 0.1;
-        }
-    }
-    if (*p == 'e' || *p == 'E') {
-        ++p;
-        bool negativeExponent = false;
-        if (*p == '+' || *p == '-')
-            negativeExponent = *p++ == '-';
-        int exponent = 0;
-        // Past 400 every double has run to zero or infinity; stop counting there.
-        for (; IsDigit(*p); ++p)
-            exponent = exponent < 400 ? exponent * 10 + (*p - '0') : exponent;
-        for (int i = 0; i < exponent; ++i)
-            value = negativeExponent ? value / 10.0 : value * 10.0;
-    }
-    return negative ? -value : value;
+    return AtofObsolete(text, text + std::strlen(text));
 }
 
 std::string FormatRealWorldText(const std::vector<double> &values,
                                 const std::vector<unsigned int> &kinds, bool allAsNumbers) {
-    std::string text;
-    text.reserve(values.size() * 24);
-    // to_chars in the general form is "%.20g" in the C locale, whatever the process's locale.
-    char buffer[64] = "0";
-    std::size_t length = 1;
+    std::string text(values.size() * kMaxValueText + kValueTextSlack, '\0');
+    char *const begin = text.data();
+    char *p = begin;
+    // A kind 2 value repeats the text before it, so the last number's text is kept.
+    const char *previous = "0";
+    std::size_t previousLength = 1;
     for (std::size_t i = 0; i < values.size(); ++i) {
         const unsigned int kind = i < kinds.size() ? kinds[i] : ePresetValue;
+        char *const start = p;
         if (allAsNumbers || kind == ePresetValue) {
-            const auto result = std::to_chars(buffer, buffer + sizeof(buffer), values[i],
-                                              std::chars_format::general, 20);
-            length = static_cast<std::size_t>(result.ptr - buffer);
+            p = PrintValue(p, values[i]);
+            previous = start;
+            previousLength = static_cast<std::size_t>(p - start);
         } else if (kind == ePresetValueIgnore) {
-            buffer[0] = '*';
-            length = 1;
+            *p++ = '*';
+            previous = "*";
+            previousLength = 1;
+        } else {
+            std::memmove(p, previous, previousLength);
+            previous = start;
+            p += previousLength;
         }
-        text.append(buffer, length);
-        text += (i + 1) % 10 == 0 ? '\n' : ' ';
+        *p++ = (i + 1) % 10 == 0 ? '\n' : ' ';
     }
+    text.resize(static_cast<std::size_t>(p - begin));
     return text;
 }
 
@@ -130,12 +349,16 @@ void ParseRealWorldText(const char *text, bool obsolete, std::vector<double> &va
             values.push_back(0.0);
             return;
         }
-        std::string number(token.substr(0, kMaxRealWorldToken));
-        if (number.find_first_not_of("0123456789,.") == std::string::npos) {
-            for (char &ch : number)
-                ch = ch == ',' ? '.' : ch;
+        token = token.substr(0, kMaxRealWorldToken);
+        char decimalPoints[kMaxRealWorldToken];
+        if (token.find(',') != std::string_view::npos &&
+            token.find_first_not_of("0123456789,.") == std::string_view::npos) {
+            for (std::size_t i = 0; i < token.size(); ++i)
+                decimalPoints[i] = token[i] == ',' ? '.' : token[i];
+            token = std::string_view(decimalPoints, token.size());
         }
-        values.push_back(obsolete ? WUAtof_Obsolete(number.c_str()) : WUStod(number.c_str()));
+        const char *const last = token.data() + token.size();
+        values.push_back(obsolete ? AtofObsolete(token.data(), last) : WUStod(token.data(), last));
     });
 }
 

@@ -88,8 +88,12 @@ WTErr WUAtoi(const char *text, unsigned long long &out) noexcept {
 double WUStod(const char *text) noexcept {
     if (text == nullptr)
         return 0.0;
-    const char *first = text;
-    const char *last = text + std::strlen(text);
+    return WUStod(text, text + std::strlen(text));
+}
+
+double WUStod(const char *first, const char *last) noexcept {
+    if (first == nullptr || last < first)
+        return 0.0;
     while (first < last && IsBlank(*first))
         ++first;
     // from_chars takes no leading '+'; strip it by hand so "+1.5" reads as in C.

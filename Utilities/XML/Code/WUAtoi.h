@@ -26,5 +26,7 @@ WTErr WUAtoi(const char *text, unsigned long long &out) noexcept;
 // "C" notation whatever the process locale; gives 0 when there is none. It never fails, which is
 // what the float attribute readers rely on.
 double WUStod(const char *text) noexcept;
+// The same over the characters [first, last), which need no terminating zero.
+double WUStod(const char *first, const char *last) noexcept;
 
 MIREL_NAMESPACE_END
