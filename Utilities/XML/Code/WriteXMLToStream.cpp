@@ -1,6 +1,7 @@
 #include "Utilities/XML/Code/WriteXMLToStream.h"
 
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -24,24 +25,67 @@ struct WSStringSink {
     void put(char ch) { target.push_back(ch); }
 };
 
+// The characters written as entities.
+struct WSEntityTable {
+    bool m_Escaped[256] = {};
+    constexpr WSEntityTable() {
+        for (const unsigned char ch : {'&', '<', '>', '"', '\''})
+            m_Escaped[ch] = true;
+    }
+};
+constexpr WSEntityTable kEntities;
+
+// The index of the first character of `text` that needs an entity, or its size. Long texts (a
+// preset's values) are mostly plain, so sixteen bytes are tested at once where the compiler
+// offers vectors.
+std::uint64_t FindEscaped(std::string_view text) noexcept {
+    const char *const data = text.data();
+    const std::uint64_t size = text.size();
+    std::uint64_t i = 0;
+#if defined(__GNUC__)
+    using WTBytes = unsigned char __attribute__((vector_size(16)));
+    auto splat = [](unsigned char ch) {
+        WTBytes bytes = {};
+        for (int lane = 0; lane < 16; ++lane)
+            bytes[lane] = ch;
+        return bytes;
+    };
+    const WTBytes amp = splat('&'), lt = splat('<'), gt = splat('>'), quot = splat('"'),
+                  apos = splat('\'');
+    for (; i + 16 <= size; i += 16) {
+        WTBytes bytes;
+        std::memcpy(&bytes, data + i, 16);
+        const auto hits =
+            (bytes == amp) | (bytes == lt) | (bytes == gt) | (bytes == quot) | (bytes == apos);
+        std::uint64_t halves[2];
+        std::memcpy(halves, &hits, sizeof halves);
+        if ((halves[0] | halves[1]) != 0)
+            break;
+    }
+#endif
+    for (; i < size; ++i) {
+        if (kEntities.m_Escaped[static_cast<unsigned char>(data[i])])
+            return i;
+    }
+    return size;
+}
+
 template <typename Sink>
 void PutEscaped(Sink &sink, std::string_view text) {
-    std::uint64_t runStart = 0;
-    for (std::uint64_t i = 0; i < text.size(); ++i) {
-        std::string_view entity;
-        switch (text[i]) {
-        case '&': entity = "&amp;"; break;
-        case '<': entity = "&lt;"; break;
-        case '>': entity = "&gt;"; break;
-        case '"': entity = "&quot;"; break;
-        case '\'': entity = "&apos;"; break;
-        default: continue;
+    while (true) {
+        const std::uint64_t at = FindEscaped(text);
+        sink.put(text.substr(0, at));
+        if (at == text.size())
+            return;
+        switch (text[at]) {
+        case '&': sink.put("&amp;"); break;
+        case '<': sink.put("&lt;"); break;
+        case '>': sink.put("&gt;"); break;
+        case '"': sink.put("&quot;"); break;
+        default: sink.put("&apos;"); break;
         }
-        sink.put(text.substr(runStart, i - runStart));
-        sink.put(entity);
-        runStart = i + 1;
+        text.remove_prefix(at + 1);
     }
-    sink.put(text.substr(runStart));
 }
 
 template <typename Sink>
