@@ -7,6 +7,7 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Presets/CPresetsManager.h"
 #include "core/WUAssert.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -371,16 +372,28 @@ int UpdateHostTrackState(Request &request) {
 
 int GetCurrentPresetInfoHack(Request &request) {
     MIREL_REQUEST_ALG(request);
-    if (alg.GetPresetsManager() == nullptr)
-        return Finish(request, ePresetInfoNotFound, "GetCurrentPresetInfoHack returned error");
-    return Finish(request, eNotImplemented, "GetCurrentPresetInfoHack returned error");
+    constexpr const char *kError = "GetCurrentPresetInfoHack returned error";
+    Preset::CPresetsManager *manager = alg.GetPresetsManager();
+    if (manager == nullptr)
+        return Finish(request, ePresetInfoNotFound, kError);
+    auto *info = static_cast<Preset::CPresetInfo *>(request.m_pRawRequest->PayloadPtr());
+    if (info == nullptr)
+        return Finish(request, eMemNullPointer, kError);
+    *info = manager->GetCurrentPreset();
+    return Finish(request, eNoErr);
 }
 
 int SetCurrentPresetInfoHack(Request &request) {
     MIREL_REQUEST_ALG(request);
-    if (alg.GetPresetsManager() == nullptr)
-        return Finish(request, ePresetInfoNotFound, "SetCurrentPresetInfoHack returned error");
-    return Finish(request, eNotImplemented, "SetCurrentPresetInfoHack returned error");
+    constexpr const char *kError = "SetCurrentPresetInfoHack returned error";
+    Preset::CPresetsManager *manager = alg.GetPresetsManager();
+    if (manager == nullptr)
+        return Finish(request, ePresetInfoNotFound, kError);
+    auto const *info = static_cast<Preset::CPresetInfo const *>(request.m_pRawRequest->PayloadPtr());
+    if (info == nullptr)
+        return Finish(request, eMemNullPointer, kError);
+    manager->GetCurrentPreset() = *info;
+    return Finish(request, eNoErr);
 }
 
 int GetPresetCompatibleSubComps(Request &request) {
@@ -394,19 +407,36 @@ int GetPresetCompatibleSubComps(Request &request) {
 
 int LoadControlsFromPresetHack(Request &request) {
     MIREL_REQUEST_ALG(request);
-    (void)Index(request, "setup_num");
+    constexpr const char *kError = "LoadControlsFromPresetHack returned error";
+    const std::int64_t setup = Index(request, "setup_num");
     if (alg.GetPresetsManager() == nullptr)
-        return Finish(request, ePresetInfoNotFound, "LoadControlsFromPresetHack returned error");
-    return Finish(request, eNotImplemented, "LoadControlsFromPresetHack returned error");
+        return Finish(request, ePresetInfoNotFound, kError);
+    auto const *data = static_cast<Preset::sPresetData const *>(request.m_pRawRequest->PayloadPtr());
+    if (data == nullptr)
+        return Finish(request, eMemNullPointer, kError);
+    if (setup < -1 || setup > 1)
+        return Finish(request, eOutOfRangeNumber, kError);
+    const int err = alg.LoadControlsFromPreset(alg.GetCurrentPresetInfo(), *data,
+                                               static_cast<EPluginSetup>(setup));
+    return Finish(request, err, kError);
 }
 
 int PreparePresetChunkHack(Request &request) {
     MIREL_REQUEST_ALG(request);
-    (void)Boolean(request, "get_specific_chunk");
-    (void)Boolean(request, "is_midi");
-    if (alg.GetPresetsManager() == nullptr)
-        return Finish(request, ePresetInfoNotFound, "PreparePresetChunkHack returned error");
-    return Finish(request, eNotImplemented, "PreparePresetChunkHack returned error");
+    constexpr const char *kError = "PreparePresetChunkHack returned error";
+    const bool specific = Boolean(request, "get_specific_chunk");
+    const bool midi = Boolean(request, "is_midi");
+    Preset::CPresetsManager *manager = alg.GetPresetsManager();
+    if (manager == nullptr)
+        return Finish(request, ePresetInfoNotFound, kError);
+    const Preset::CPublicAlg face(alg);
+    Utils::WCStMemObj chunk;
+    const int err = specific ? manager->GetCurrentSetupPresetChunk(face, chunk)
+                             : Preset::CPresetsManager::PreparePresetChunk(face, chunk, true, midi);
+    if (err != eNoErr)
+        return Finish(request, err, kError);
+    Utils::WCStMemObj::Swap(request.m_pRawRequest->m_BinaryOutput, chunk);
+    return Finish(request, eNoErr);
 }
 
 #undef MIREL_REQUEST_ALG

@@ -26,6 +26,8 @@ public:
         return eOutOfRangeNumber;
     }
     void NotifyParamValue(std::uint64_t id, double value) {}
+    // Forgets the MIDI messages attached to controls; none are attached before the MIDI work.
+    void ClearMidiControlsAttachment() {}
     // Each control the host sees hears the state of its lead parameter in the new setup; with
     // no controls read there is no one to tell.
     void NotifyHostControlsOfSetup(int setup) {}

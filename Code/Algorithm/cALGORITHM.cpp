@@ -7,6 +7,7 @@
 
 #include "Code/Algorithm/WCStAlgLocker.h"
 #include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "Code/Presets/CPresetsManager.h"
 #include "files/WUFileSystemObjects.h"
 #include "resources/GetAndFilterXMLResource.h"
 #include "resources/WCNativeModule.h"
@@ -284,9 +285,25 @@ int cALGORITHM::InitData() {
 }
 
 int cALGORITHM::InitInstanceData() {
+    // The manager finds or makes the user's preset folders; one that cannot be made fails the
+    // instance's start here rather than a later save.
+    if (m_PresetsManager == nullptr) {
+        try {
+            m_PresetsManager = std::make_unique<Preset::CPresetsManager>(Preset::CPublicAlg(*this));
+        } catch (int code) {
+            return code;
+        } catch (const std::bad_alloc &) {
+            return eMemOutOfMemory;
+        }
+    }
     int err = InitInstanceDataSelf();
-    // The default preset loads through the presets manager; an instance without one starts from
-    // the parameters' initial values, the same in both setups.
+    if (!GetPluginValue_bool("DontLoadDefaultPreset", false)) {
+        if (err == eNoErr)
+            (void)m_PresetsManager->UserMenuPresets_LoadPresets(Preset::CPublicAlg(*this));
+        // No default anywhere is no error: the parameters keep their initial values.
+        (void)HandleLoadFactoryOrUserDefaultPreset();
+    }
+    // Both setups start from what the default gave the active one.
     CopySetup();
     m_InstanceReady = true;
     return err;
@@ -359,7 +376,7 @@ int cALGORITHM::Dispose() {
         return eNoErr;
     DisposeSelf();
     FreeBuffers(m_PendingMeterReads);
-    m_pPresetsManager = nullptr;
+    m_PresetsManager.reset();
     StopRedisReporting();
     m_Broadcaster.remove(&m_ShellListener);
     // Last: the filtered algorithm XML and whatever else the instance loaded go back to the

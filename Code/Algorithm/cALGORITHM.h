@@ -463,11 +463,27 @@ public:
     // Clears `info`'s data and fills the plug-in's identity and its setups: both with
     // "ActiveSetup" when allSetups (and not activeOnly), else the active one as CURRENT.
     int SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool allSetups) const;
-    // Each setup's data into its setup (CURRENT: the active one), names, side chain, then the
-    // active setup the preset names. -5011 for a preset without data, changing nothing.
+    // Under the process lock: the MIDI attachments cleared when both hooks agree; host-only
+    // parameters kept unless the preset is a host chunk or the default; a MIDI map loads only
+    // its controls; otherwise each setup's data in order (the plug-in's XML and blocks, the
+    // values, the controls, the setup name, the side chain), then the active setup the preset
+    // names, the listeners, and PostLoadFromPreset's answer. -5011 for a preset without data,
+    // changing nothing.
     virtual int LoadFromPreset(Preset::CPresetInfo const &info, bool update);
-    int LoadRealWorldFromPreset(Preset::sPresetData const &data, EPluginSetup setup);
-    int LoadStatesFromPreset(Preset::sPresetData const &data, EPluginSetup setup);
+    // One setup's values (-1: the active one); parameters past the stored ones take their
+    // defaults, those `extraKinds` marks 1 excepted. With `update` the host hears the setup.
+    int LoadRealWorldFromPreset(Preset::sPresetData const &data, EPluginSetup setup,
+                                bool update = false,
+                                std::vector<unsigned int> const &extraKinds = {});
+    int LoadStatesFromPreset(Preset::sPresetData const &data, EPluginSetup setup,
+                             bool update = false,
+                             std::vector<unsigned int> const &extraKinds = {});
+    // The MIDI attachments of one setup's data. They belong to the automation manager's MIDI
+    // work, which is not built: eNotImplemented for data that holds any, 0 for none.
+    virtual int LoadControlsFromPreset(Preset::CPresetInfo const &info,
+                                       Preset::sPresetData const &data, EPluginSetup setup);
+    // The plug-in's chance to bring an old preset's data up to date before it loads.
+    virtual void UpdatePresetDataBeforeLoad(Preset::sPresetData &) {}
     float GetMinOutInRatio() const { return m_MinOutInRatio; }
     float GetMaxOutInRatio() const { return m_MaxOutInRatio; }
     int GetActualOutInSize(std::int64_t inSize, int &outSize) const;
@@ -690,14 +706,21 @@ public:
     WCFixedStringBase const &GetTrackName() const { return m_TrackName; }
     double GetTrackVolume() const { return m_TrackVolume; }
 
-    // ---- presets (the presets work fills these) --------------------------------------------
-    virtual Preset::CPresetsManager *GetPresetsManager() { return m_pPresetsManager; }
+    // ---- presets: the instance's presets manager ---------------------------------------------
+    // Made by InitInstanceData; null before it and after Dispose. The forms below answer
+    // ePresetInfoNotFound without one.
+    virtual Preset::CPresetsManager *GetPresetsManager() { return m_PresetsManager.get(); }
+    Preset::CPresetsManager const *GetPresetsManager() const { return m_PresetsManager.get(); }
     int GetFactoryPresetName(std::int64_t index, WCFixedStringBase &out) const;
     int GetNumFactoryPresets(std::size_t &count) const;
     int LoadFactoryPresetToPluginByName(char const *name);
     int LoadFactoryPresetByIndex(std::size_t index);
     int ReadFactoryPresetFromFile(char const *path);
-    Preset::CPresetInfo const &GetCurrentPresetInfo() const { return m_CurrentPresetInfo; }
+    // The preset last loaded into the active setup; a blank one (type "????") when none was.
+    Preset::CPresetInfo const &GetCurrentPresetInfo() const;
+    // At start-up: the user's default preset, else the factory preset named "default..." (or
+    // the first one). ePresetInfoNotFound when neither exists.
+    int HandleLoadFactoryOrUserDefaultPreset();
 
     // ---- meters and automation --------------------------------------------------------------
     WCMeterManager &GetMeterManager() { return m_MeterManager; }
@@ -881,6 +904,45 @@ protected:
     virtual int PrepareDrawClassFactoryMapSelf() { return 0; }
     virtual int PrepareParamExtensionFactoryMapSelf() { return 0; }
     virtual int SetTrackNameSelf(char const *) { return 0; }
+
+    // ---- preset hooks, in the order a load or a save meets them -----------------------------
+    // Whether a load clears the MIDI attachments; both must agree.
+    virtual bool ShouldClearMidiControlsAttachment(Preset::CPresetInfo const &) { return true; }
+    virtual bool ShouldClearMidiControlsAttachmentSelf(Preset::CPresetInfo const &) {
+        return true;
+    }
+    virtual int PreLoadFromPreset(Preset::CPresetInfo const &) { return 0; }
+    // A MIDI map has loaded its controls.
+    virtual int LoadMidiFromPresetSelf(Preset::CPresetInfo const &) { return 0; }
+    // Whether the plug-in reads its own XML of a preset ("PluginSpecificXMLData").
+    virtual bool GetLoadSpecificXMLPreset() const { return false; }
+    virtual int LoadSpecificXMLFromPresetSelf(XML::CXMLElement const &, bool /*obsolete*/,
+                                              EPluginSetup) {
+        return 0;
+    }
+    // The plug-in's tagged blocks of one setup.
+    virtual int LoadFromPresetSelf(Preset::CPresetInfo const &, Preset::sPresetData const &,
+                                   EPluginSetup) {
+        return 0;
+    }
+    // Whether this setup's parameter values load.
+    virtual bool ShouldLoadParamsFromPresetSelf(Preset::sPresetData const &) { return true; }
+    // May refuse (or correct) a stored value before it loads; false leaves the parameter.
+    virtual bool ValidateRealWorldFromPresetSelf(std::uint64_t, EPluginSetup, double &) {
+        return true;
+    }
+    // The value a parameter the preset does not reach takes.
+    virtual double GetDefaultRealWorldForPreset(std::uint64_t id) const;
+    // The load is done; its answer is the load's.
+    virtual int PostLoadFromPreset(Preset::CPresetInfo const &) { return 0; }
+    virtual int PreSaveToPreset(Preset::CPresetInfo &) const { return 0; }
+    // Whether a setup's values go into the preset.
+    virtual bool ShouldSaveParamsToPresetSelf(EPluginSetup) const { return true; }
+    // The plug-in's part of one setup's data (tagged blocks, its XML).
+    virtual int SaveToPresetSelf(Preset::CPresetInfo &, Preset::sPresetData &, EPluginSetup) const {
+        return 0;
+    }
+
     // The text of the parameter XML: the "ParamXML" resource with the preset resource number.
     // A plug-in that carries its parameters another way overrides it.
     virtual int ReadParamXML(Utils::WCStMemObj &out) const;
@@ -925,7 +987,11 @@ protected:
     void StopRedisReporting();
     void Report(char const *key, char const *value);
     template <class Value>
-    int LoadValuesFromPreset(Preset::sPresetData const &data, EPluginSetup setup, Value value);
+    int LoadValuesFromPreset(Preset::sPresetData const &data, EPluginSetup setup, bool update,
+                             std::vector<unsigned int> const &extraKinds, Value value);
+    // The parameters a preset of `info`'s kind must not reach: those only a host chunk or the
+    // default preset may set. Kind 1 (kept) per parameter, 0 for the others.
+    std::vector<unsigned int> IgnoreHostOnlyParams(Preset::CPresetInfo const &info) const;
 
     // The plug-in supplies what no XML gave it yet.
     void SetAlgName(char const *name);
@@ -981,8 +1047,7 @@ private:
     BUFFER_HEADER *m_PendingMeterReads = nullptr;
     std::atomic<bool> m_RefreshMetersRequested = false;
     std::atomic<bool> m_ShellReadsMeters = false;
-    Preset::CPresetsManager *m_pPresetsManager = nullptr;
-    Preset::CPresetInfo m_CurrentPresetInfo;
+    std::unique_ptr<Preset::CPresetsManager> m_PresetsManager;
     MirelComponentInfo m_ComponentInfo;
     std::uint32_t m_OptimalRefreshRate = 80;
     WCAutomationManager m_AutomationManager;

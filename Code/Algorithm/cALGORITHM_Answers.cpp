@@ -160,28 +160,6 @@ int cALGORITHM::SetRedisKeyValue(char const *, char const *) {
     return m_pReporter == nullptr ? kErrRedisNotConnected : eNotImplemented;
 }
 
-// ---- presets --------------------------------------------------------------------------------
-
-int cALGORITHM::GetFactoryPresetName(std::int64_t, WCFixedStringBase &) const {
-    return ePresetInfoNotFound;
-}
-
-int cALGORITHM::GetNumFactoryPresets(std::size_t &) const {
-    return ePresetInfoNotFound;
-}
-
-int cALGORITHM::LoadFactoryPresetToPluginByName(char const *) {
-    return ePresetInfoNotFound;
-}
-
-int cALGORITHM::LoadFactoryPresetByIndex(std::size_t) {
-    return ePresetInfoNotFound;
-}
-
-int cALGORITHM::ReadFactoryPresetFromFile(char const *) {
-    return ePresetInfoNotFound;
-}
-
 // ---- meters and automation ------------------------------------------------------------------
 
 int cALGORITHM::GetAutomationControlIndexByName(char const *name) const {

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <clocale>
 #include <cmath>
+#include <strings.h>
 
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Algorithm/WCStAlgLocker.h"
 #include "Code/Presets/CPresetAPI.h"
+#include "Code/Presets/CPresetsManager.h"
 #include "Code/Presets/CPublicAlg.h"
 #include "Code/Presets/PresetDocuments.h"
 #include "Code/Presets/WUPresetParams.h"
@@ -19,8 +21,6 @@ namespace {
 
 // Parameters a preset never writes: display-only, not-in-preset, unused and bit 15.
 constexpr unsigned int kNotLoadedMask = 0x8844;
-// Parameters only a host chunk or the default file may set.
-constexpr unsigned int kLoadFromHostOnlyBit = 17;
 
 constexpr unsigned int eKindValue = Preset::ePresetValue;
 constexpr unsigned int eKindKeep = Preset::ePresetValueIgnore;
@@ -64,6 +64,8 @@ int cALGORITHM::SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool al
     info.m_SideChainActive = m_SideChainActive == 0 || m_SideChainActive == 1
                                  ? static_cast<std::uint8_t>(m_SideChainActive)
                                  : Preset::CPresetInfo::kSideChainNotStored;
+    if (const int err = PreSaveToPreset(info); err != eNoErr)
+        return err;
     const bool both = allSetups && !activeOnly;
     info.m_ActiveSetup = both ? SetupToSetupString(m_ActiveSetup) : "";
     const EPluginSetup setups[2] = {eSetupA, eSetupB};
@@ -71,8 +73,13 @@ int cALGORITHM::SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool al
         const EPluginSetup setup = both ? setups[i] : m_ActiveSetup;
         auto data = std::make_unique<Preset::sPresetData>();
         data->m_SetupName = m_SetupNames[SetupSlot(setup)];
-        SaveRealWorldToPreset(*data, setup, false);
+        if (ShouldSaveParamsToPresetSelf(setup))
+            SaveRealWorldToPreset(*data, setup, false);
+        else
+            data->m_DataType = Preset::ePresetDataNone;
         data->m_Setup = both ? setup : eCurrentSetup;
+        if (const int err = SaveToPresetSelf(info, *data, setup); err != eNoErr)
+            return err;
         info.m_Data.push_back(std::move(data));
     }
     return eNoErr;
@@ -80,37 +87,72 @@ int cALGORITHM::SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool al
 
 // ---- loading --------------------------------------------------------------------------------
 
+std::vector<unsigned int> cALGORITHM::IgnoreHostOnlyParams(Preset::CPresetInfo const &info) const {
+    std::vector<unsigned int> kinds(m_Params.size(), eKindValue);
+    if (info.IsLoadedFromHostOrDefaultPreset())
+        return kinds;
+    for (std::size_t id = 0; id < m_Params.size(); ++id)
+        if (m_Params[id].IsFlagSet(eParamFlag_LoadFromHostOnly))
+            kinds[id] = eKindKeep;
+    return kinds;
+}
+
+double cALGORITHM::GetDefaultRealWorldForPreset(std::uint64_t id) const {
+    return id < m_Params.size() ? m_Params[id].GetInitialValue() : 0.0;
+}
+
 template <class Value>
 int cALGORITHM::LoadValuesFromPreset(Preset::sPresetData const &data, EPluginSetup setup,
+                                     bool update, std::vector<unsigned int> const &extraKinds,
                                      Value value) {
-    const int which = SetupSlot(GetAbsoluteSetup(setup));
+    const EPluginSetup absolute = GetAbsoluteSetup(setup);
+    const int which = SetupSlot(absolute);
     const std::size_t stored = static_cast<std::size_t>(data.m_NumParams);
+    bool reported = false;
     for (std::size_t id = 0; id < m_Params.size(); ++id) {
         sCONTROL_PARAM &param = m_Params[id];
         param.SetUpdateFlags(WCParam_Base::kUpdateFlagsValueChanged);
         if ((param.GetFlags().GetBits() & kNotLoadedMask) != 0)
             continue;
-        const unsigned int kind =
-            id < data.m_ValueKinds.size() ? data.m_ValueKinds[id] : eKindValue;
-        if (kind == eKindKeep)
+        const unsigned int extra = id < extraKinds.size() ? extraKinds[id] : eKindValue;
+        const unsigned int kind = id >= stored                     ? eKindValue
+                                  : id < data.m_ValueKinds.size() ? data.m_ValueKinds[id]
+                                                                  : eKindValue;
+        if (kind == eKindKeep || extra == eKindKeep)
             continue;
-        double realWorld = param.GetInitialValue();
+        double realWorld = GetDefaultRealWorldForPreset(id);
         // A value past what the preset stored, or marked for the default, takes the default.
-        if (id < stored && kind == eKindValue && !value(id, param, realWorld))
-            continue;
+        if (id < stored && kind == eKindValue) {
+            if (!value(id, param, realWorld))
+                continue;
+            if (!ValidateRealWorldFromPresetSelf(id, absolute, realWorld))
+                continue;
+            if (!param.IsFlagSet(eParamFlag_AvoidValidation) &&
+                !ValidateRealWorld(id, realWorld)) {
+                // Said once per load: a plug-in under development learns its presets are stale.
+                if (!reported && GetPluginValue_bool("DevelopingPluginFirstTime", false))
+                    Report("preset", "a stored value failed validation");
+                reported = true;
+                continue;
+            }
+        }
         if (!std::isfinite(realWorld))
             continue;
-        (void)LimitRealWorld(id, realWorld);
+        if (!param.IsFlagSet(eParamFlag_AvoidValidation))
+            (void)LimitRealWorld(id, realWorld);
         const double state =
             std::clamp(param.RealWorldToState(realWorld), 0.0, WCParam_Base::kMaxState);
         param.SetRealWorldValue(which, realWorld);
         param.SetStateValue(which, param.IsDiscrete() ? param.QuantizeState(state) : state);
     }
+    if (update && GetPluginValue_bool("NotifyPresetLoadedToHost", true))
+        m_AutomationManager.NotifyHostControlsOfSetup(which);
     return eNoErr;
 }
 
-int cALGORITHM::LoadRealWorldFromPreset(Preset::sPresetData const &data, EPluginSetup setup) {
-    return LoadValuesFromPreset(data, setup,
+int cALGORITHM::LoadRealWorldFromPreset(Preset::sPresetData const &data, EPluginSetup setup,
+                                        bool update, std::vector<unsigned int> const &extraKinds) {
+    return LoadValuesFromPreset(data, setup, update, extraKinds,
                                 [&](std::size_t id, sCONTROL_PARAM const &, double &realWorld) {
                                     if (id >= data.m_RealWorld.size())
                                         return false;
@@ -119,9 +161,11 @@ int cALGORITHM::LoadRealWorldFromPreset(Preset::sPresetData const &data, EPlugin
                                 });
 }
 
-int cALGORITHM::LoadStatesFromPreset(Preset::sPresetData const &data, EPluginSetup setup) {
+int cALGORITHM::LoadStatesFromPreset(Preset::sPresetData const &data, EPluginSetup setup,
+                                     bool update, std::vector<unsigned int> const &extraKinds) {
     return LoadValuesFromPreset(
-        data, setup, [&](std::size_t id, sCONTROL_PARAM const &param, double &realWorld) {
+        data, setup, update, extraKinds,
+        [&](std::size_t id, sCONTROL_PARAM const &param, double &realWorld) {
             if (id >= data.m_States.size())
                 return false;
             realWorld = param.StateToRealWorld(
@@ -130,33 +174,64 @@ int cALGORITHM::LoadStatesFromPreset(Preset::sPresetData const &data, EPluginSet
         });
 }
 
+int cALGORITHM::LoadControlsFromPreset(Preset::CPresetInfo const &, Preset::sPresetData const &data,
+                                       EPluginSetup) {
+    return data.m_ControlData.empty() ? eNoErr : eNotImplemented;
+}
+
 int cALGORITHM::LoadFromPreset(Preset::CPresetInfo const &info, bool update) {
     if (info.m_Data.empty())
         return Preset::kErrPresetHasNoData;
+    int err = eNoErr;
     {
         WCStAlgLocker lock(*this);
-        const bool fromHost = info.IsLoadedFromHostOrDefaultPreset();
-        for (auto const &data : info.m_Data) {
-            if (data == nullptr || !data->LoadParams())
-                continue;
-            // A copy, so host-only parameters can be marked kept without touching the preset.
-            Preset::sPresetData loaded = *data;
-            if (!fromHost)
-                for (std::size_t id = 0; id < m_Params.size(); ++id)
-                    if (m_Params[id].IsFlagSet(kLoadFromHostOnlyBit))
-                        loaded.IgnoreParam(id);
-            const EPluginSetup setup = GetAbsoluteSetup(loaded.m_Setup);
-            if (loaded.m_DataType == Preset::ePresetDataStates)
-                LoadStatesFromPreset(loaded, setup);
-            else
-                LoadRealWorldFromPreset(loaded, setup);
-            if (setup == m_ActiveSetup || loaded.m_Setup == eCurrentSetup)
-                m_SetupNames[SetupSlot(setup)] = info.m_PresetName;
-            if (!loaded.m_SetupName.empty())
-                m_SetupNames[SetupSlot(setup)] = loaded.m_SetupName;
+        if (ShouldClearMidiControlsAttachment(info) && ShouldClearMidiControlsAttachmentSelf(info))
+            m_AutomationManager.ClearMidiControlsAttachment();
+        err = PreLoadFromPreset(info);
+        if (err != eNoErr)
+            return err;
+        const std::vector<unsigned int> hostOnly = IgnoreHostOnlyParams(info);
+        // A MIDI map carries controls only: no parameter moves.
+        if (info.IsMIDI()) {
+            if (info.m_Data.front() != nullptr)
+                (void)LoadControlsFromPreset(info, *info.m_Data.front(), eSetupA);
+            return LoadMidiFromPresetSelf(info);
         }
-        if (info.m_SideChainActive == 0 || info.m_SideChainActive == 1)
-            m_SideChainActive = static_cast<signed char>(info.m_SideChainActive);
+        const bool renameSetups = GetPluginValue_bool("UpdateToolbarName", true);
+        for (auto const &stored : info.m_Data) {
+            if (stored == nullptr)
+                continue;
+            // A copy, so a plug-in may bring old data up to date and host-only parameters can
+            // be kept without touching the preset.
+            Preset::sPresetData data = *stored;
+            UpdatePresetDataBeforeLoad(data);
+            const EPluginSetup setup = GetAbsoluteSetup(data.m_Setup);
+            if (GetLoadSpecificXMLPreset() && data.GetLoadSpecificXMLPreset() &&
+                LoadSpecificXMLFromPresetSelf(data.m_PluginSpecificXML,
+                                              info.IsStringToDoubleObsoleteVersion(),
+                                              setup) == eNoErr)
+                (void)LoadFromPresetSelf(info, data, setup);
+            if (ShouldLoadParamsFromPresetSelf(data) && data.LoadParams()) {
+                const bool hasValues = !data.m_RealWorld.empty() || !data.m_States.empty();
+                if (hasValues && data.m_DataType == Preset::ePresetDataStates)
+                    LoadStatesFromPreset(data, setup, update, hostOnly);
+                else if (hasValues && data.m_DataType == Preset::ePresetDataRealWorld)
+                    LoadRealWorldFromPreset(data, setup, update, hostOnly);
+                else if (!hasValues && data.m_DataType == Preset::ePresetDataReset)
+                    LoadRealWorldFromPreset(data, setup, update, hostOnly);
+            }
+            // The controls' MIDI attachments are not kept yet; a preset holding some still
+            // loads its values.
+            (void)LoadControlsFromPreset(info, data, setup);
+            if (renameSetups) {
+                if (setup == m_ActiveSetup || data.m_Setup == eCurrentSetup)
+                    m_SetupNames[SetupSlot(setup)] = info.m_PresetName;
+                if (!data.m_SetupName.empty())
+                    m_SetupNames[SetupSlot(setup)] = data.m_SetupName;
+            }
+            if (info.m_SideChainActive == 0 || info.m_SideChainActive == 1)
+                m_SideChainActive = static_cast<signed char>(info.m_SideChainActive);
+        }
         SetUpdateAlgRequired();
     }
     EPluginSetup active = eCurrentSetup;
@@ -165,43 +240,90 @@ int cALGORITHM::LoadFromPreset(Preset::CPresetInfo const &info, bool update) {
         ToggleActiveSetup(active);
     if (update)
         Broadcaster()->PresetLoaded(info);
-    return eNoErr;
+    // The GUIs of the map follow through the parameters' update flags and the listeners.
+    return PostLoadFromPreset(info);
 }
 
 // ---- host chunks ----------------------------------------------------------------------------
 
 int cALGORITHM::PreparePresetChunk(Utils::WCStMemObj &chunk, bool allSetups, bool midi) {
-    if (midi)
-        return eNotImplemented;
-    Preset::CPresetInfo info;
-    info.m_Section = Preset::ePresetSectionHostPresetChunk;
-    info.m_Category = m_CurrentPresetInfo.m_Category;
-    info.m_Format = Preset::ePresetsFormatXMLString;
-    info.m_PresetName = m_SetupNames[SetupSlot(m_ActiveSetup)];
-    info.m_Flags |= Preset::ePresetFlagReadOnly;
-    info.m_ExternalFilePath = m_CurrentPresetInfo.m_ExternalFilePath;
-    info.m_IndexInList = m_CurrentPresetInfo.m_IndexInList;
-    const int err = SaveToPreset(info, false, allSetups);
-    if (err != eNoErr)
-        return err;
-    return Preset::WritePresetChunk(info, chunk);
+    return Preset::CPresetsManager::PreparePresetChunk(Preset::CPublicAlg(*this), chunk, allSetups,
+                                                       midi);
 }
 
 int cALGORITHM::SetPresetChunk(Utils::WCStConstMemObj const &chunk) {
-    Preset::CPresetInfo info;
-    // Through the file API, so a chunk saved by a plug-in of another type is refused.
-    int err = Preset::CPresetAPI::SetPresetChunk(Preset::CPublicAlg(*this), info, chunk);
+    const int err = Preset::CPresetsManager::SetPresetChunk(Preset::CPublicAlg(*this), chunk);
     if (err != eNoErr)
         return err;
-    info.m_Section = Preset::ePresetSectionHostPresetChunk;
-    err = LoadFromPreset(info, true);
-    if (err != eNoErr)
-        return err;
-    if (info.m_Category != Preset::ePresetSectionNone)
-        m_CurrentPresetInfo.m_Category = info.m_Category;
     // The new values reach the process side as whole images.
     UpdateDSPCoefs(true);
     return eNoErr;
+}
+
+// ---- the presets manager --------------------------------------------------------------------
+
+Preset::CPresetInfo const &cALGORITHM::GetCurrentPresetInfo() const {
+    static const Preset::CPresetInfo none;
+    return m_PresetsManager != nullptr ? m_PresetsManager->GetCurrentPreset() : none;
+}
+
+int cALGORITHM::HandleLoadFactoryOrUserDefaultPreset() {
+    Preset::CPresetsManager *manager = GetPresetsManager();
+    if (manager == nullptr)
+        return ePresetInfoNotFound;
+    const Preset::CPublicAlg alg(*this);
+    if (manager->LoadDefaultPreset(alg) == eNoErr)
+        return eNoErr;
+    // A factory preset whose name begins "default" is the default one; else the first.
+    std::int64_t first = -1;
+    for (std::size_t i = 0; i < manager->GetNumFactoryPresets(); ++i) {
+        Preset::CPresetInfo const &info = *manager->GetFactoryPreset(i);
+        if (info.IsSeperator() || info.IsDummyTitle() || info.IsDisabled())
+            continue;
+        if (first < 0)
+            first = static_cast<std::int64_t>(i);
+        if (strncasecmp(info.m_PresetName.c_str(), "default", 7) == 0)
+            return manager->LoadFactoryPresetToPluginByIndex(alg, i);
+    }
+    if (first < 0)
+        return ePresetInfoNotFound;
+    return manager->LoadFactoryPresetToPluginByIndex(alg, static_cast<std::size_t>(first));
+}
+
+int cALGORITHM::GetFactoryPresetName(std::int64_t index, WCFixedStringBase &out) const {
+    if (m_PresetsManager == nullptr)
+        return ePresetInfoNotFound;
+    if (index < 0)
+        return eFactoryPresetNumOutOfRange;
+    return m_PresetsManager->GetFactoryPresetName(static_cast<std::size_t>(index), out);
+}
+
+int cALGORITHM::GetNumFactoryPresets(std::size_t &count) const {
+    if (m_PresetsManager == nullptr)
+        return ePresetInfoNotFound;
+    count = m_PresetsManager->GetNumFactoryPresets();
+    return eNoErr;
+}
+
+int cALGORITHM::LoadFactoryPresetToPluginByName(char const *name) {
+    if (m_PresetsManager == nullptr)
+        return ePresetInfoNotFound;
+    return m_PresetsManager->LoadFactoryPresetToPluginByName(Preset::CPublicAlg(*this), name);
+}
+
+int cALGORITHM::LoadFactoryPresetByIndex(std::size_t index) {
+    if (m_PresetsManager == nullptr)
+        return ePresetInfoNotFound;
+    return m_PresetsManager->LoadFactoryPresetToPluginByIndex(Preset::CPublicAlg(*this), index);
+}
+
+int cALGORITHM::ReadFactoryPresetFromFile(char const *path) {
+    if (m_PresetsManager == nullptr)
+        return ePresetInfoNotFound;
+    if (path == nullptr || *path == '\0')
+        return ePresetFileProblem;
+    return m_PresetsManager->ReadFactoryPresetFromFile(Preset::CPublicAlg(*this),
+                                                       FM::WCStPath(path));
 }
 
 int cALGORITHM::GetChunk(WCFourCC id, Utils::WCStMemObj &chunk, bool allSetups) {

@@ -7,6 +7,7 @@
 
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Algorithm/WCStAlgLocker.h"
+#include "Code/Presets/CPresetsManager.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -94,7 +95,9 @@ EPluginSetup cALGORITHM::ToggleActiveSetup(EPluginSetup setup) {
     m_AutomationManager.NotifyHostControlsOfSetup(setup);
     CallExecCallBack(eExecBatch, reinterpret_cast<void *>(std::intptr_t(0)), nullptr, nullptr);
     Broadcaster()->ActiveSetupChanged(setup);
-    Broadcaster()->PresetLoaded(m_CurrentPresetInfo);
+    if (m_PresetsManager != nullptr)
+        m_PresetsManager->SetActiveSetup(setup);
+    Broadcaster()->PresetLoaded(GetCurrentPresetInfo());
     RefreshAllParams();
     Report("active_setup", setup == eSetupB ? "1" : "0");
     return m_ActiveSetup;
@@ -110,6 +113,8 @@ int cALGORITHM::CopySetup() {
         m_ProcessMemory.CopyImages(from, to);
         m_SetupNames[to] = m_SetupNames[from];
     }
+    if (m_PresetsManager != nullptr)
+        m_PresetsManager->CopySetup(static_cast<EPluginSetup>(from), static_cast<EPluginSetup>(to));
     CopySetupSelf(static_cast<EPluginSetup>(from), static_cast<EPluginSetup>(to));
     Broadcaster()->PresetModified(static_cast<EPluginSetup>(to));
     return eNoErr;

@@ -32,6 +32,24 @@ std::vector<WCFourCC> CPublicAlg::GetPresetCompatibleTypes(WCFourCC) const {
     return m_Alg.GetPresetCompatibleTypes();
 }
 
+int CPublicAlg::LoadFromPreset(const CPresetInfo &info, bool update) const {
+    if (m_pMutableAlg == nullptr)
+        return eMemNullPointer;
+    return m_pMutableAlg->LoadFromPreset(info, update);
+}
+
+int CPublicAlg::SaveToPreset(CPresetInfo &info, bool activeOnly, bool allSetups) const {
+    return m_Alg.SaveToPreset(info, activeOnly, allSetups);
+}
+
+int CPublicAlg::SaveToMidiMap(CPresetInfo &) const {
+    return eNotImplemented;
+}
+
+bool CPublicAlg::GetSaveAllSetups() const {
+    return m_Alg.GetPluginValue_bool("SaveAllSetups", true);
+}
+
 } // namespace Preset
 
 MIREL_NAMESPACE_END

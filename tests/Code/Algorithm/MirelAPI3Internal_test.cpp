@@ -158,12 +158,36 @@ TEST_F(NamedRequests, NumberValueGoesToThePayloadWhenItFits) {
     EXPECT_FLOAT_EQ(Result()["value"].get<float>(), 0.75f);
 }
 
-TEST_F(NamedRequests, PresetRequestsWithoutPresetsManager) {
-    EXPECT_EQ(API::PreparePresetChunkHack(With("{}")), ml::ePresetInfoNotFound);
-    EXPECT_STREQ(m_Request.m_ErrorText.c_str(), "PreparePresetChunkHack returned error");
-    EXPECT_EQ(API::GetCurrentPresetInfoHack(With("{}")), ml::ePresetInfoNotFound);
+TEST_F(NamedRequests, PresetRequestsReachThePresetsManagerOrAnswerItsAbsence) {
+    EXPECT_EQ(API::PreparePresetChunkHack(With("{}")), 0);
+    const std::string chunk(static_cast<char const *>(m_Raw.m_BinaryOutput.GetPtr()),
+                            m_Raw.m_BinaryOutput.GetSize());
+    EXPECT_EQ(chunk.rfind("<PresetChunkXMLTree", 0), 0u) << chunk;
+
+    ml::Preset::CPresetInfo info;
+    info.m_PresetName = "Mine";
+    m_Raw.SetPayloadPtr(&info);
+    EXPECT_EQ(API::SetCurrentPresetInfoHack(With("{}")), 0);
+    ml::Preset::CPresetInfo read;
+    m_Raw.SetPayloadPtr(&read);
+    EXPECT_EQ(API::GetCurrentPresetInfoHack(With("{}")), 0);
+    EXPECT_STREQ(read.m_PresetName.c_str(), "Mine");
+
+    // MIDI attachments are not kept yet: data holding one is refused, data without is loaded.
+    ml::Preset::sPresetData data;
+    m_Raw.SetPayloadPtr(&data);
+    EXPECT_EQ(API::LoadControlsFromPresetHack(With(R"({"params":{"setup_num":0}})")), 0);
+    data.m_ControlData.emplace_back();
+    EXPECT_EQ(API::LoadControlsFromPresetHack(With(R"({"params":{"setup_num":0}})")),
+              ml::eNotImplemented);
+    m_Raw.SetPayloadPtr(nullptr);
+    EXPECT_EQ(API::GetCurrentPresetInfoHack(With("{}")), ml::eMemNullPointer);
+
     EXPECT_EQ(API::GetPresetCompatibleSubComps(With("{}")), 0);
     EXPECT_EQ(Result()["sub_comps"], json::array({"TsAl"}));
+    m_Alg->Dispose();
+    EXPECT_EQ(API::PreparePresetChunkHack(With("{}")), ml::ePresetInfoNotFound);
+    EXPECT_STREQ(m_Request.m_ErrorText.c_str(), "PreparePresetChunkHack returned error");
 }
 
 TEST_F(NamedRequests, ViewRectNeedsEightBytes) {

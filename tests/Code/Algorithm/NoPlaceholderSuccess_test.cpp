@@ -434,11 +434,9 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
     Request(rows, "UpdateHostTrackState", &API::UpdateHostTrackState,
             {R"({"params":{"monitoring":true}})", R"({"params":{"monitoring":false}})"},
             [=] { return text(alg->GetHostTrackMonitoring()); });
-    Request(rows, "GetCurrentPresetInfoHack", &API::GetCurrentPresetInfoHack, same("{}"));
-    Request(rows, "SetCurrentPresetInfoHack", &API::SetCurrentPresetInfoHack, same("{}"));
+    // The requests whose payload is a preset object are walked with real objects among the
+    // named requests' own tests.
     Request(rows, "GetPresetCompatibleSubComps", &API::GetPresetCompatibleSubComps, same("{}"));
-    Request(rows, "LoadControlsFromPresetHack", &API::LoadControlsFromPresetHack,
-            same(R"({"params":{"setup_num":0}})"));
     Request(rows, "PreparePresetChunkHack", &API::PreparePresetChunkHack, same("{}"));
 
     // ---- defaults of cALGORITHM that a plug-in may leave alone.

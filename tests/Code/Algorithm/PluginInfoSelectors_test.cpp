@@ -192,7 +192,7 @@ TEST_F(Selectors, TempoBuildsMusicInfoWithTheOtherFieldsNotGiven) {
 TEST_F(Selectors, FailedFactoryPresetLoadDoesNotUpdate) {
     const auto updates = m_Alg->GetNumUpdateAlgCalls();
     EXPECT_EQ(ml::SetPluginInfo_c_str(Instance(), WCFourCC("lfps"), "Factory 1", 0),
-              ml::ePresetInfoNotFound);
+              ml::eFactoryPresetNotFound);
     EXPECT_EQ(m_Alg->GetNumUpdateAlgCalls(), updates);
 }
 

@@ -366,9 +366,10 @@ TEST(AlgorithmPlaceholders, LaterServicesAnswerAsForSomethingAbsent) {
     WCRecordingShell shell;
     WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
     ASSERT_EQ(shell.Start(), 0);
+    // A plug-in without a bundle has a presets manager but no factory presets.
     std::size_t count = 99;
-    EXPECT_EQ(alg->GetNumFactoryPresets(count), ml::ePresetInfoNotFound);
-    EXPECT_EQ(count, 99u);
+    EXPECT_EQ(alg->GetNumFactoryPresets(count), 0);
+    EXPECT_EQ(count, 0u);
     EXPECT_EQ(alg->GetAutomationControlIndexByName("Gain"), -1);
     EXPECT_EQ(alg->CreateGuiAndAddToMap(nullptr, "Primary", "Primary"), ml::eNotImplemented);
     EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Primary"), ml::kErrNoGUI);
