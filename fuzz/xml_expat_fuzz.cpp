@@ -1,6 +1,6 @@
 // Feeds arbitrary bytes to the expat tree builder, whole and in two chunks. A document it accepts
 // whole is written and read back, and must give the same tree; writing that again must give the
-// same text. Nothing may crash, hang or grow without bound.
+// same text. What the plain reader accepts must be what expat reads, to the same tree. Nothing may crash, hang or grow without bound.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -11,6 +11,8 @@
 
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
+#include "Utilities/XML/Code/WCExpatXMLParser.h"
+#include "Utilities/XML/Code/WUPlainXMLReader.h"
 #include "Utilities/XML/Code/WCXMLLog.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
 
@@ -104,6 +106,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const WTErr err = builder.BuildFromSingleBuffer(text, size);
     if (size < 4 && err != eMemNullPointer)
         std::abort();
+
+    // What the plain reader accepts, expat must accept too, and build the same tree from.
+    XML::CXMLElement plain;
+    if (XML::ReadPlainXML(text, size, XML::WCExpatXMLParser::kDefaultDepthLimit, plain)) {
+        XML::CXMLElement parsed;
+        XML::WCExpatXMLParser parser(&parsed);
+        bool closed = false;
+        if (parser.Parse(text, size, closed) != eNoErr || !closed || !parsed.IsValid() ||
+            !plain.IsValid() || !SameTree(plain, parsed))
+            std::abort();
+    } else if (!plain.GetName().empty() || !plain.GetSubElements().empty()) {
+        std::abort();
+    }
 
     // Fed in two chunks, the same bytes must give the same tree. Only the tree: a parse that is
     // never final may see an error in what follows the root later or not at all.

@@ -157,7 +157,7 @@ void WCExpatXMLParser::EndElement(void *data, const char *) {
     }
     CXMLElement *element = self->m_current;
     element->SetError(eNoErr);
-    TrimText(element->GetText());
+    CloseElementText(*element);
     self->m_current = element->GetParent();
     element->SetParent(nullptr);
     --self->m_depth;
@@ -170,14 +170,23 @@ void WCExpatXMLParser::CharacterData(void *data, const char *text, int length) {
     CXMLElement *element = self->m_current;
     if (self->m_depth > self->m_depthLimit || element == nullptr || length <= 0)
         return;
-    if (element->GetText().empty()) {
+    AppendElementText(*element, text, static_cast<std::uint64_t>(length));
+}
+
+void WCExpatXMLParser::AppendElementText(CXMLElement &element, const char *text,
+                                         std::uint64_t length) {
+    if (element.GetText().empty()) {
         while (length > 0 && IsLeadingSpace(*text)) {
             ++text;
             --length;
         }
     }
     if (length > 0)
-        element->AppendText(text, static_cast<std::uint64_t>(length));
+        element.AppendText(text, length);
+}
+
+void WCExpatXMLParser::CloseElementText(CXMLElement &element) {
+    TrimText(element.GetText());
 }
 
 void WCExpatXMLParser::StartCDATA(void *data) {

@@ -48,6 +48,12 @@ public:
     const WCFixedString<31> &GetXMLEncoding() const noexcept { return m_encoding; }
     CXMLElement *GetRoot() const noexcept { return m_root; }
 
+    // The text rules above, shared with the plain reader so both build the same tree: a piece of
+    // character data, whose leading white space is dropped while the element has no text yet,
+    // and the trimming (and quote removal) when the element closes.
+    static void AppendElementText(CXMLElement &element, const char *text, std::uint64_t length);
+    static void CloseElementText(CXMLElement &element);
+
 private:
     static void StartRootElement(void *self, const char *name, const char **attributes);
     static void StartElement(void *self, const char *name, const char **attributes);
