@@ -55,8 +55,9 @@ void ForEachToken(const char *text, Visit visit) {
     }
 }
 
-// The old conversion over [first, last), which a C string reads up to its zero.
-double AtofObsolete(const char *p, const char *last) noexcept {
+// The old conversion over [first, last), which a C string reads up to its zero; `stop` gets
+// where the reading ended.
+double AtofObsolete(const char *p, const char *last, const char **stop = nullptr) noexcept {
     while (p < last && (*p == ' ' || *p == '\t' || *p == '\n' || *p == '\r'))
         ++p;
     bool negative = false;
@@ -90,7 +91,26 @@ double AtofObsolete(const char *p, const char *last) noexcept {
         for (int i = 0; i < exponent; ++i)
             value = negativeExponent ? value / 10.0 : value * 10.0;
     }
+    if (stop != nullptr)
+        *stop = p;
     return negative ? -value : value;
+}
+
+// WUStod's reading of a number that starts with a sign or a digit; false (and the caller reads
+// the token the long way) for a second sign or a text from_chars does not take whole.
+bool ReadNumber(const char *p, const char *last, double &value, const char *&stop) noexcept {
+    bool negative = false;
+    if (p < last && (*p == '+' || *p == '-'))
+        negative = *p++ == '-';
+    if (p < last && (*p == '+' || *p == '-'))
+        return false;
+    double read = 0.0;
+    const auto [end, ec] = std::from_chars(p, last, read, std::chars_format::general);
+    if (end == p || ec != std::errc())
+        return false;
+    value = negative ? -read : read;
+    stop = end;
+    return true;
 }
 
 // ---- "%.20g" ----
@@ -342,12 +362,41 @@ void ParseRealWorldText(const char *text, bool obsolete, std::vector<double> &va
                         std::vector<unsigned int> &kinds) {
     values.clear();
     kinds.clear();
-    ForEachToken(text, [&](std::string_view token) {
+    if (text == nullptr)
+        return;
+    const char *const end = text + std::strlen(text);
+    const char *p = text;
+    while (true) {
+        while (kSeparators.m_Separator[static_cast<unsigned char>(*p)])
+            ++p;
+        if (p == end)
+            break;
+        // Most tokens are a number that ends at a separator: read in the same pass that finds
+        // the token's end. No number crosses a separator, so reading on to the text's end gives
+        // what reading the token alone gives.
+        const char first = *p;
+        if (IsDigit(first) || first == '-' || first == '+' || first == '.') {
+            double value = 0.0;
+            const char *stop = p;
+            const bool read = obsolete ? (value = AtofObsolete(p, end, &stop), true)
+                                       : ReadNumber(p, end, value, stop);
+            if (read && kSeparators.m_TokenEnd[static_cast<unsigned char>(*stop)] &&
+                static_cast<std::size_t>(stop - p) <= kMaxRealWorldToken) {
+                kinds.push_back(ePresetValue);
+                values.push_back(value);
+                p = stop;
+                continue;
+            }
+        }
+        const char *const start = p;
+        while (!kSeparators.m_TokenEnd[static_cast<unsigned char>(*p)])
+            ++p;
+        std::string_view token(start, static_cast<std::size_t>(p - start));
         const unsigned int kind = KindOf(token);
         kinds.push_back(kind);
         if (kind != ePresetValue) {
             values.push_back(0.0);
-            return;
+            continue;
         }
         token = token.substr(0, kMaxRealWorldToken);
         char decimalPoints[kMaxRealWorldToken];
@@ -359,7 +408,7 @@ void ParseRealWorldText(const char *text, bool obsolete, std::vector<double> &va
         }
         const char *const last = token.data() + token.size();
         values.push_back(obsolete ? AtofObsolete(token.data(), last) : WUStod(token.data(), last));
-    });
+    }
 }
 
 void ParseStatesText(const char *text, std::vector<int> &states, std::vector<unsigned int> &kinds) {

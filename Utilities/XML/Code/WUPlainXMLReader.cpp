@@ -237,7 +237,8 @@ private:
         }
     }
 
-    // Text bytes that need no look: sixteen at a time where the compiler offers vectors.
+    // Text bytes that need no look: sixteen at a time where the compiler offers vectors, so a
+    // block with a line feed is walked byte by byte and the next one is tested whole again.
     void SkipPlainText() {
 #if defined(__GNUC__)
         using WTBytes = unsigned char __attribute__((vector_size(16)));
@@ -247,17 +248,23 @@ private:
                 bytes[lane] = ch;
             return bytes;
         };
-        const WTBytes space = splat(0x20), del = splat(0x7E), lt = splat('<'), amp = splat('&'),
+        const WTBytes space = splat(0x20), tilde = splat(0x7E), lt = splat('<'), amp = splat('&'),
                       bracket = splat(']');
         while (m_end - m_p >= 16) {
             WTBytes bytes;
             std::memcpy(&bytes, m_p, 16);
-            const auto odd = (bytes < space) | (bytes > del) | (bytes == lt) | (bytes == amp) |
+            const auto odd = (bytes < space) | (bytes > tilde) | (bytes == lt) | (bytes == amp) |
                              (bytes == bracket);
             std::uint64_t halves[2];
             std::memcpy(halves, &odd, sizeof halves);
-            if ((halves[0] | halves[1]) != 0)
-                break;
+            if ((halves[0] | halves[1]) != 0) {
+                const char *const block = m_p + 16;
+                while (m_p != block && kTables.m_Text[static_cast<unsigned char>(*m_p)])
+                    ++m_p;
+                if (m_p != block)
+                    return;
+                continue;
+            }
             m_p += 16;
         }
 #endif
