@@ -25,7 +25,9 @@ constexpr int kPresetFileMode = 0644;
 // The checks every change of an existing file passes: locked first, then a file that is there
 // and may be written.
 WTErr CheckWritableFile(const CPresetInfo &file) {
-    if (file.IsLocked())
+    // A file is rewritten by a new file renamed over it, so a folder that takes no new file
+    // locks the presets in it as much as a read-only file does.
+    if (file.IsLocked() || (file.IsExist() && !file.GetParent().IsWritable()))
         return ePresetLockedProblem;
     if (!file.IsValidPresetFile() || !file.IsWritable())
         return ePresetFileProblem;

@@ -53,16 +53,15 @@ const CPresetInfo *FindByName(const WTPresetList &list, const char *name) {
     return nullptr;
 }
 
-// The stored data of a listed preset, read from its file into a copy.
+// The stored data of a listed preset, read from its file into a copy. A list holds headers and
+// at most the setups' shells, so the file is read again: what loads is what the file holds now.
 WTErr ReadWithData(const CPublicAlg &alg, const CPresetInfo &listed, CPresetInfo &out) {
     CPresetInfo read(listed);
-    if (read.m_Data.empty()) {
-        if (const WTErr error = CPresetAPI::ReadPresetInfo(alg, read); error != eNoErr)
-            return error;
-        read.m_IndexInList = listed.m_IndexInList;
-        read.m_Section = listed.m_Section;
-        read.m_Category = listed.m_Category;
-    }
+    if (const WTErr error = CPresetAPI::ReadPresetInfo(alg, read); error != eNoErr)
+        return error;
+    read.m_IndexInList = listed.m_IndexInList;
+    read.m_Section = listed.m_Section;
+    read.m_Category = listed.m_Category;
     out = std::move(read);
     return eNoErr;
 }
@@ -665,8 +664,8 @@ void CPresetsManager::CopySetup(EPluginSetup from, EPluginSetup to) {
 }
 
 bool CPresetsManager::IsChangedPresetExists(const CPublicAlg &alg, const CPresetInfo &info) {
-    // "????" marks a current preset that was never loaded.
-    if (info.m_GenericType == WCFourCC::Unreadable() || info.m_Data.empty())
+    // A current preset that was never loaded holds no data.
+    if (info.m_Data.empty())
         return false;
     const bool oneSetup = info.m_Data.size() == 1 && info.m_Data.front()->m_Setup == eCurrentSetup;
     CPresetInfo state;

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <linux/capability.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -18,6 +17,7 @@
 #include "Code/Presets/CPresetAPI.h"
 #include "Code/Presets/PresetDocuments.h"
 #include "tests/Code/Presets/WCPresetTestAlgorithm.h"
+#include "tests/Code/Presets/WUDropPermissions.h"
 #include "tests/support/WCTestHome.h"
 
 namespace {
@@ -25,6 +25,7 @@ namespace {
 namespace ml = MIREL_NAMESPACE_NAME;
 namespace fs = std::filesystem;
 using namespace ml::Preset;
+using mirel_test::DropFilePermissionOverrides;
 using mirel_test::WCPresetTestAlgorithm;
 using ml::WCFourCC;
 
@@ -190,22 +191,6 @@ TEST_F(CPresetAPIWrite, ChunksOfAnotherTypeAreRefusedUnlessTheTypeIsCompatible) 
 }
 
 // ---- failures half-way ----------------------------------------------------------------------
-
-// Root writes anywhere; a child that is to meet a read-only folder gives up the capabilities
-// that let it.
-bool DropFilePermissionOverrides() {
-    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct data[_LINUX_CAPABILITY_U32S_3] = {};
-    if (syscall(SYS_capget, &header, data) != 0)
-        return false;
-    for (const int cap : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER}) {
-        const unsigned int bit = 1u << (cap % 32);
-        data[cap / 32].effective &= ~bit;
-        data[cap / 32].permitted &= ~bit;
-        data[cap / 32].inheritable &= ~bit;
-    }
-    return syscall(SYS_capset, &header, data) == 0;
-}
 
 void KillSelf(int) {
     raise(SIGKILL);
