@@ -40,11 +40,20 @@ TEST(GainFilterModule, LoadsWalksTheLifeCycleAndTearsDownClean) {
     std::int32_t coefs = 0;
     EXPECT_EQ(ml::GetPluginInfo_int32_t(shell.Instance(), ml::WCFourCC("gncf"), coefs, 0), 0);
     EXPECT_EQ(coefs, 4);
+    // The bundle's factory presets: "Default" loaded at start-up, "Quiet" by name.
+    std::size_t presets = 0;
+    EXPECT_EQ(ml::GetPluginInfo_size_t(shell.Instance(), ml::WCFourCC("FcPC"), presets, 0), 0);
+    EXPECT_EQ(presets, 8u);
+    EXPECT_STREQ(shell.Algorithm()->GetCurrentPresetInfo().m_PresetName.c_str(), "Default");
 
     // Unity gain and a 1 kHz pole at 44.1 kHz reached the process memory.
     EXPECT_FLOAT_EQ(shell.CoefAsFloat(0), 1.0f);
     const double a1 = std::exp(-2.0 * M_PI * 1000.0 / 44100.0);
     EXPECT_NEAR(shell.CoefAsFloat(2), a1, 1e-6);
+
+    EXPECT_EQ(ml::SetPluginInfo_c_str(shell.Instance(), ml::WCFourCC("lfps"), "Quiet", 0), 0);
+    EXPECT_EQ(shell.Update(), 0);
+    EXPECT_NEAR(shell.CoefAsFloat(0), std::pow(10.0, -18.0 / 20.0), 1e-6);
 
     EXPECT_EQ(shell.Idle(0, 3), 0);
     EXPECT_EQ(shell.Algorithm()->GetNumDoIdleCalls(), 3u);

@@ -5,7 +5,6 @@
 //   mirel-host preset print FILE / preset convert [--index N] IN OUT
 //                               shows a preset file, or writes it in the other form
 
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
@@ -19,14 +18,14 @@
 
 #include "Code/Algorithm/MirelAPI3Internal.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
-#include "Code/Presets/PresetDocuments.h"
 #include "Code/Process/WUNativeProcess.h"
 #include "Code/Process/WUProcessorSpec.h"
 #include "core/MirelNamespace.h"
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
-#include "tools/mirel-host/PresetCommand.h"
 #include "resources/ResourceManager.h"
+#include "tools/mirel-host/DemoPresets.h"
+#include "tools/mirel-host/PresetCommand.h"
 #include "tools/shell/WCRecordingShell.h"
 
 namespace {
@@ -310,52 +309,6 @@ void PrintBundleResources(ml::cALGORITHM &alg) {
 
 // Saves both setups as a preset file, moves the gain, then loads the file back and sends the
 // recomputed coefficients; the host's chunk of the same state is shown by its size.
-void SaveAndLoadPreset(mirel_shell::WCRecordingShell &shell) {
-    ml::cALGORITHM &alg = *shell.Algorithm();
-    auto gainText = [&alg] {
-        alg.GetParam(0)->UpdateValueString(alg.GetActiveSetup());
-        return std::string(alg.GetParam(0)->GetValueString().c_str());
-    };
-    std::printf("presets:\n");
-    char const *tmp = std::getenv("TMPDIR");
-    std::string pattern = std::string(tmp != nullptr && tmp[0] != '\0' ? tmp : "/tmp") +
-                          "/mirel-host-XXXXXX";
-    std::vector<char> folder(pattern.begin(), pattern.end());
-    folder.push_back('\0');
-    if (mkdtemp(folder.data()) == nullptr) {
-        std::printf("  no temporary folder for the preset file\n");
-        return;
-    }
-    const std::string path = std::string(folder.data()) + "/Demo.xps";
-    ml::Preset::CPresetInfo saved;
-    saved.m_PresetName = "Demo";
-    int err = alg.SaveToPreset(saved, false, true);
-    if (err == ml::eNoErr)
-        err = ml::Preset::WritePresetsFile(ml::FM::WCStPath(path), {&saved});
-    std::printf("  saved \"Demo\" (both setups, gain %s) to %s -> %d\n", gainText().c_str(),
-                path.c_str(), err);
-    ml::BUFFER_HEADER *chain = alg.UpdateParamRequestRealWorld(0, 6.0);
-    alg.SendAndFreeBuffers(chain, ml::eExecSendBuffers, true);
-    std::printf("  gain moved to %s\n", gainText().c_str());
-    ml::Preset::WTPresetList list;
-    err = ml::Preset::ReadPresetsFile(
-        ml::Preset::CPresetsFileInfo(ml::FM::WCStPath(path), ml::Preset::ePresetsFormatXMLFile), list,
-        true);
-    if (err == ml::eNoErr && !list.empty())
-        err = alg.LoadFromPreset(*list.front(), true);
-    if (err == ml::eNoErr)
-        err = shell.Update();
-    std::printf("  loaded \"Demo\" back -> %d: gain %s, process side holds gain %.4f\n", err,
-                gainText().c_str(), shell.CoefAsFloat(0));
-    ml::Utils::WCStMemObj chunk;
-    err = alg.GetChunk(ml::WCFourCC("XPst"), chunk, true);
-    std::printf("  host chunk 'XPst' -> %d: %llu bytes of preset text\n", err,
-                static_cast<unsigned long long>(chunk.GetSize()));
-    std::remove(path.c_str());
-    rmdir(folder.data());
-    std::printf("\n");
-}
-
 int Demo(char const *modulePath) {
     PrintVersion();
     mirel_shell::WCRecordingShell shell;
@@ -406,7 +359,7 @@ int Demo(char const *modulePath) {
     std::printf("\n");
     ChangeParameters(shell);
     std::printf("\n");
-    SaveAndLoadPreset(shell);
+    mirel_host::TourPresets(shell);
     RunAudio(shell);
 
     std::printf("\nidle:\n");
