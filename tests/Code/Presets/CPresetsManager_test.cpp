@@ -337,6 +337,25 @@ TEST_F(PresetsManager, AReadOnlyUserFolderOrFileRefusesTheSaveAndLosesNoPreset) 
     EXPECT_STREQ(Manager().GetUserMenuPresets().front()->m_PresetName.c_str(), "Mine");
 }
 
+TEST_F(PresetsManager, InstalledPresetsAreDynamicFactoryPresetsInListOrder) {
+    const fs::path folder = m_Home.path() / "usr/share/Mirel Audio/Gain/Presets";
+    WriteText(folder / "Drums.xps", "<PresetXMLTree>" + Preset("Kick", "1") + "</PresetXMLTree>");
+    WriteText(folder / "Bass.xps",
+              "<PresetXMLTree>" + Preset("Sub", "2") + Preset("Sub", "3") + "</PresetXMLTree>");
+    WriteText(folder / "Broken.xps", "<PresetXMLTree><Preset Name=");
+    WriteText(folder / "List Order.txt", "List Order: [Drums.xps, Bass.xps]\n");
+    ASSERT_EQ(Manager().ScanForDynamicFactoryPresets(Public()), 0);
+    std::vector<std::string> names;
+    for (const auto &info : Manager().GetDynamicFactoryPresets())
+        names.push_back(std::string(info->m_PresetName.c_str()) + (info->IsDisabled() ? "-" : ""));
+    // A broken file hides nothing else; a duplicate within a file is listed disabled.
+    EXPECT_EQ(names, (std::vector<std::string>{"Kick", "Sub", "Sub-"}));
+    EXPECT_EQ(Manager().GetDynamicFactoryGroups().size(), 2u);
+    ASSERT_EQ(Manager().LoadFactoryPresetToPluginByName(Public(), "Sub"), 0);
+    EXPECT_EQ(m_Alg->Value(0), 2.0);
+    EXPECT_EQ(m_Alg->GetCurrentPresetInfo().m_Section, ePresetSectionDynamicFactory);
+}
+
 TEST(PresetsManagerNames, CountersCountOnAndNamesStayUnique) {
     const std::pair<const char *, const char *> cases[] = {
         {"Name", "Name 1"}, {"Name 7", "Name 8"}, {"Take 09", "Take 10"}, {"99", "100"}};
