@@ -145,16 +145,22 @@ void TwoDigits(char *out, std::uint32_t value) noexcept {
     std::memcpy(out, kDigitPairs + 2 * value, 2);
 }
 
-// The ten digits of `value` < 10^10, leading zeros included.
-void TenDigits(char *out, std::uint64_t value) noexcept {
-    const auto high = static_cast<std::uint32_t>(value / 100000u);
-    const auto low = static_cast<std::uint32_t>(value % 100000u);
-    out[0] = static_cast<char>('0' + high / 10000u);
-    TwoDigits(out + 1, high % 10000u / 100u);
-    TwoDigits(out + 3, high % 100u);
-    out[5] = static_cast<char>('0' + low / 10000u);
-    TwoDigits(out + 6, low % 10000u / 100u);
-    TwoDigits(out + 8, low % 100u);
+// The ten digits of `value` < 10^10, leading zeros included, as five two-digit numbers.
+void TenDigits(std::uint32_t *pairs, std::uint64_t value) noexcept {
+    const auto first = static_cast<std::uint32_t>(value / 100000000u);
+    const auto rest = static_cast<std::uint32_t>(value % 100000000u);
+    pairs[0] = first;
+    pairs[1] = rest / 1000000u;
+    pairs[2] = rest / 10000u % 100u;
+    pairs[3] = rest / 100u % 100u;
+    pairs[4] = rest % 100u;
+}
+
+// Writes `count` pairs from pair `first` on. Each pair is read from the table: digits written
+// to memory and read back wider would wait for the stores to drain.
+void WritePairs(char *to, const std::uint32_t *pairs, int first, int count) noexcept {
+    for (int i = 0; i < count; ++i)
+        TwoDigits(to + 2 * i, pairs[first + i]);
 }
 
 // |value| = mantissa * 2^exponent as `digits` in [10^19, 10^20) times 10^(decimalExponent - 19),
@@ -256,21 +262,25 @@ char *PrintValue(char *out, double value) noexcept {
     char *p = out;
     if ((bits >> 63) != 0)
         *p++ = '-';
-    char text[20];
+    std::uint32_t pairs[10];
     const std::uint64_t top = static_cast<std::uint64_t>(digits >> 10) / 9765625u; // / 10^10
-    const std::uint64_t bottom = static_cast<std::uint64_t>(digits - WTUInt128(top) * kTenPow10);
-    TenDigits(text, top);
-    TenDigits(text + 10, bottom);
-    int last = bottom == 0 ? 9 : 19;
-    while (text[last] == '0')
-        --last;
-    // Fixed-size copies: the caller's buffer has room, and only [out, end) counts.
+    TenDigits(pairs, top);
+    TenDigits(pairs + 5, static_cast<std::uint64_t>(digits - WTUInt128(top) * kTenPow10));
+    // The index of the last digit that is not 0 (the first one never is).
+    int lastPair = 9;
+    while (pairs[lastPair] == 0)
+        --lastPair;
+    const int last = 2 * lastPair + (pairs[lastPair] % 10u != 0 ? 1 : 0);
+    // The digits go out in pairs, past the end of the text where a pair overhangs: the caller's
+    // buffer has room, and only [out, end) counts. A point is put in after the digits around it.
     if (exponent < -4 || exponent >= 20) {
-        *p++ = text[0];
+        WritePairs(p + 1, pairs, 0, 10);
+        WritePairs(p, pairs, 0, 1);
         if (last > 0) {
-            *p++ = '.';
-            std::memcpy(p, text + 1, 19);
-            p += last;
+            p[1] = '.';
+            p += last + 2;
+        } else {
+            p += 1;
         }
         *p++ = 'e';
         *p++ = exponent < 0 ? '-' : '+';
@@ -281,18 +291,17 @@ char *PrintValue(char *out, double value) noexcept {
         return p + 2;
     }
     if (exponent >= 0) {
-        std::memcpy(p, text, 20);
-        p += exponent + 1;
+        WritePairs(p + 1, pairs, 0, 10);
+        WritePairs(p, pairs, 0, exponent / 2 + 1);
         if (last > exponent) {
-            *p++ = '.';
-            std::memcpy(p, text + exponent + 1, 19);
-            p += last - exponent;
+            p[exponent + 1] = '.';
+            return p + last + 2;
         }
-        return p;
+        return p + exponent + 1;
     }
     std::memcpy(p, "0.0000", 6);
     p += 1 - exponent;
-    std::memcpy(p, text, 20);
+    WritePairs(p, pairs, 0, 10);
     return p + last + 1;
 }
 
