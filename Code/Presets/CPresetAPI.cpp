@@ -30,12 +30,12 @@ bool IsPresetRoot(const pugi::xml_node &root) {
            std::strcmp(root.name(), kPresetChunkRoot) == 0;
 }
 
-WTErr BuildTree(const std::string &text, XML::CXMLElement &root) {
-    if (text.empty())
+WTErr BuildTree(const char *text, std::uint64_t length, XML::CXMLElement &root) {
+    if (text == nullptr || length == 0)
         return ePresetFileProblem;
     XML::CXMLElement read;
     XML::CXMLTreeBuilder builder(read);
-    if (builder.BuildFromSingleBuffer(text.data(), text.size()) != eNoErr || !read.IsValid() ||
+    if (builder.BuildFromSingleBuffer(text, length) != eNoErr || !read.IsValid() ||
         !IsPresetRoot(read))
         return ePresetFileProblem;
     root = std::move(read);
@@ -134,7 +134,7 @@ WTErr CPresetAPI::LoadPresetTree(const CPublicAlg *alg, const CPresetsFileInfo &
     if (const WTErr error = LoadPresetText(alg, file, resType, resID, text); error != eNoErr)
         return error;
     try {
-        return BuildTree(text, root);
+        return BuildTree(text.data(), text.size(), root);
     } catch (const std::bad_alloc &) {
         return eMemOutOfMemory;
     }
@@ -442,8 +442,9 @@ WTErr CPresetAPI::SetPresetChunk(const CPublicAlg &alg, CPresetInfo &info,
         return ePresetFileProblem;
     try {
         XML::CXMLElement root;
-        const std::string text(static_cast<const char *>(chunk.GetPtr()), chunk.GetSize());
-        if (const WTErr error = BuildTree(text, root); error != eNoErr)
+        if (const WTErr error =
+                BuildTree(static_cast<const char *>(chunk.GetPtr()), chunk.GetSize(), root);
+            error != eNoErr)
             return error;
         for (const XML::CXMLElement *child : root.GetSubElements()) {
             if (child->GetName() != "Preset")
