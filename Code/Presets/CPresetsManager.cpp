@@ -72,7 +72,7 @@ WTErr ReadWithData(const CPublicAlg &alg, const CPresetInfo &listed, CPresetInfo
 
 CPresetsManager::CPresetsManager(const CPublicAlg &alg) {
     FM::WCStPath factory;
-    // A plug-in without a bundle simply has no factory presets.
+    // A plug-in without a bundle has no factory presets.
     if (CreatePathToFactoryPresetFile(alg, factory) != eNoErr)
         factory.Clear();
     if (const WTErr error = CreatePathToUserMenuPresetFile(alg, m_UserMenuFile); error != eNoErr)
@@ -85,14 +85,14 @@ CPresetsManager::CPresetsManager(const CPublicAlg &alg) {
     if (const WTErr error = OpenOrCreateUserMenuSettingsFile(); error != eNoErr)
         throw error;
 
-    static_cast<FM::WCStPath &>(m_FactoryPresetsFile) = factory;
-    m_FactoryPresetsFile.m_Section = ePresetSectionFactory;
+    m_FactoryPresetsFile = CPresetsFileInfo(factory, ePresetsFormatUnknown, ePresetSectionFactory);
     m_FactoryPresetsFile.m_Category = ePresetSectionFactory;
-    if (factory.IsValid() && !factory.GetPathString().empty()) {
+    if (!factory.GetPathString().empty()) {
         m_FactoryPresetsFile.m_Format = CPresetAPI::GetPresetFileFormat(alg, factory);
         if (CPresetsFileInfo::IsValidFormat(m_FactoryPresetsFile.m_Format) &&
             !m_FactoryPresetsFile.IsFileFormatSupported())
             (void)CPresetAPI::ConvertFileToCurrFormat(alg, m_FactoryPresetsFile);
+        // A bundle without a "Presets" resource simply has no factory presets.
         (void)MenuPresetsFile_LoadPresets(alg);
     }
     InitializePresetFileTemplate(alg);
@@ -357,27 +357,19 @@ WTErr CPresetsManager::LoadStartupMidiPreset(const CPublicAlg &alg) {
 
 WTErr CPresetsManager::LoadPresetsFromUserPath(const CPublicAlg &alg, const FM::WCStPath &path,
                                                std::size_t selection) {
-    WTPresetList list;
-    if (const WTErr error = GetPresetsFromPath(list, path, alg, ePresetSectionExternalFile);
-        error != eNoErr)
+    if (const WTErr error = UserExternalPresetFile_Open(alg, path, false); error != eNoErr)
         return error;
     std::size_t seen = 0;
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        if (!IsSelectable(*list[i]))
-            continue;
-        if (seen++ != selection)
+    for (const auto &listed : m_ExternalPresets) {
+        if (!IsSelectable(*listed) || seen++ != selection)
             continue;
         CPresetInfo info;
-        if (const WTErr error = ReadWithData(alg, *list[i], info); error != eNoErr)
-            return error;
-        if (const WTErr error = LoadPresetToPlugin(alg, info, true); error != eNoErr)
-            return error;
-        static_cast<FM::WCStPath &>(m_ExternalFile) = path;
-        m_ExternalFile.m_Format = CPresetAPI::GetPresetFileFormat(alg, path);
-        m_ExternalFile.m_Section = ePresetSectionExternalFile;
-        m_ExternalFile.m_Category = ePresetSectionExternalFile;
-        m_ExternalPresets = std::move(list);
-        return eNoErr;
+        WTErr error = ReadWithData(alg, *listed, info);
+        if (error == eNoErr)
+            error = LoadPresetToPlugin(alg, info, true);
+        if (error != eNoErr && m_CloseExternalOnFailedLoad)
+            UserExternalPresetFile_Close();
+        return error;
     }
     return ePresetInfoNotFound;
 }
@@ -536,9 +528,8 @@ WTErr CPresetsManager::UserExternalPresetFile_Open(const CPublicAlg &alg, const 
     for (std::size_t i = 0; i < list.size(); ++i)
         list[i]->m_IndexInList = static_cast<std::int64_t>(i);
     m_ExternalPresets = std::move(list);
-    static_cast<FM::WCStPath &>(m_ExternalFile) = path;
-    m_ExternalFile.m_Format = CPresetAPI::GetPresetFileFormat(alg, path);
-    m_ExternalFile.m_Section = ePresetSectionExternalFile;
+    m_ExternalFile = CPresetsFileInfo(path, CPresetAPI::GetPresetFileFormat(alg, path),
+                                      ePresetSectionExternalFile);
     m_ExternalFile.m_Category = ePresetSectionExternalFile;
     return eNoErr;
 }
@@ -639,8 +630,7 @@ const CPresetInfo &CPresetsManager::GetCurrentPreset(EPluginSetup setup) const {
 
 void CPresetsManager::UpdatePluginSetup(const CPublicAlg &alg, const CPresetInfo &info) {
     m_ActiveSetup = alg.GetAlg().GetActiveSetup();
-    CPresetInfo current(static_cast<const CPresetsFileInfo &>(info));
-    current = info;
+    CPresetInfo current(info);
     // The data kept is the state the load produced, so values the plug-in limited and
     // parameters an older preset lacks do not read as changes later.
     current.ClearData();

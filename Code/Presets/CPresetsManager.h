@@ -96,8 +96,8 @@ public:
     // The first preset of the default file; ePresetInfoNotFound when there is none.
     virtual WTErr LoadDefaultPreset(const CPublicAlg &alg);
     virtual WTErr LoadStartupMidiPreset(const CPublicAlg &alg);
-    // Opens `path` (a file or a folder of presets) as the external file and loads its first
-    // preset; the `selection`-th with a selection.
+    // Opens `path` (a file or a folder of presets) as the external file and loads its
+    // `selection`-th preset; a failed load closes the file again.
     virtual WTErr LoadPresetsFromUserPath(const CPublicAlg &alg, const FM::WCStPath &path,
                                           std::size_t selection = 0);
 

@@ -294,7 +294,6 @@ WTErr CPresetsManager::SetPresetChunk(const CPublicAlg &alg,
     CPresetsManager *manager = owner != nullptr ? owner->GetPresetsManager() : nullptr;
     if (manager == nullptr)
         return eNoErr;
-    manager->SetActiveSetup(owner->GetActiveSetup());
     if (info.m_Category != ePresetSectionNone)
         manager->GetCurrentPreset().m_Category = info.m_Category;
     return manager->LoadPresetsOnChunkSet(alg, info);
