@@ -39,6 +39,21 @@ WTErr MakeFolder(FM::WCStPath &folder) {
     return eNoErr;
 }
 
+// An .xps file of the plug-in's settings folder, "<plug-in name><suffix>"; `file` changes on
+// success only.
+WTErr SettingsFile(const CPublicAlg &alg, const char *suffix, EPresetSection section,
+                   CPresetsFileInfo &file) {
+    FM::WCStPath folder;
+    if (const WTErr error = CPresetsManager::CreatePathToPluginSettingsFolder(folder);
+        error != eNoErr)
+        return error;
+    CPresetsFileInfo made(FM::WCStPath(folder, NamePlus(alg, suffix).c_str()),
+                          ePresetsFormatXMLFile, section);
+    made.m_Category = section;
+    file = std::move(made);
+    return eNoErr;
+}
+
 bool IsSelectable(const CPresetInfo &info) {
     return !info.IsSeperator() && !info.IsDummyTitle() && !info.IsDisabled();
 }
@@ -63,6 +78,27 @@ WTErr ReadWithData(const CPublicAlg &alg, const CPresetInfo &listed, CPresetInfo
     read.m_Section = listed.m_Section;
     read.m_Category = listed.m_Category;
     out = std::move(read);
+    return eNoErr;
+}
+
+// The first preset of a settings file with its data: ePresetInfoNotFound for a missing file or
+// one without presets, -5011 for a preset without data.
+WTErr FirstPresetWithData(const CPublicAlg &alg, const CPresetsFileInfo &file, CPresetInfo &out) {
+    if (!file.IsExist())
+        return ePresetInfoNotFound;
+    WTPresetList list;
+    if (const WTErr error =
+            CPresetAPI::GetPresetList(alg, file, list, WCFourCC::Unreadable(),
+                                      WCFourCC::Unreadable(), CPresetAPI::kNoResourceID, true);
+        error != eNoErr)
+        return error;
+    const auto first = std::find_if(list.begin(), list.end(),
+                                    [](const auto &info) { return IsSelectable(*info); });
+    if (first == list.end())
+        return ePresetInfoNotFound;
+    if ((*first)->m_Data.empty())
+        return kErrPresetHasNoData;
+    out = std::move(**first);
     return eNoErr;
 }
 
@@ -134,26 +170,12 @@ WTErr CPresetsManager::CreatePathToFactoryPresetFile(const CPublicAlg &alg, FM::
 
 WTErr CPresetsManager::CreatePathToUserMenuPresetFile(const CPublicAlg &alg,
                                                       CPresetsFileInfo &file) {
-    FM::WCStPath folder;
-    if (const WTErr error = CreatePathToPluginSettingsFolder(folder); error != eNoErr)
-        return error;
-    CPresetsFileInfo made(FM::WCStPath(folder, NamePlus(alg, kUserMenuFileSuffix).c_str()),
-                          ePresetsFormatXMLFile, ePresetSectionUser);
-    made.m_Category = ePresetSectionUser;
-    file = std::move(made);
-    return eNoErr;
+    return SettingsFile(alg, kUserMenuFileSuffix, ePresetSectionUser, file);
 }
 
 WTErr CPresetsManager::CreatePathToDefaultPresetFile(const CPublicAlg &alg,
                                                      CPresetsFileInfo &file) {
-    FM::WCStPath folder;
-    if (const WTErr error = CreatePathToPluginSettingsFolder(folder); error != eNoErr)
-        return error;
-    CPresetsFileInfo made(FM::WCStPath(folder, NamePlus(alg, kDefaultFileSuffix).c_str()),
-                          ePresetsFormatXMLFile, ePresetSectionStartup);
-    made.m_Category = ePresetSectionStartup;
-    file = std::move(made);
-    return eNoErr;
+    return SettingsFile(alg, kDefaultFileSuffix, ePresetSectionStartup, file);
 }
 
 WTErr CPresetsManager::CreatePathToClipboardFile(FM::WCStPath &path) {
@@ -179,23 +201,13 @@ WTErr CPresetsManager::OpenOrCreateUserMenuSettingsFile() {
 }
 
 void CPresetsManager::InitializePresetFileTemplate(const CPublicAlg &alg) {
-    FM::WCStPath folder;
-    if (CreatePathToPluginSettingsFolder(folder) != eNoErr)
-        return;
-    m_PresetFileTemplate =
-        CPresetsFileInfo(FM::WCStPath(folder, NamePlus(alg, kPresetFileTemplateSuffix).c_str()),
-                         ePresetsFormatXMLFile, ePresetSectionExternalFile);
-    m_PresetFileTemplate.m_Category = ePresetSectionExternalFile;
+    (void)SettingsFile(alg, kPresetFileTemplateSuffix, ePresetSectionExternalFile,
+                       m_PresetFileTemplate);
 }
 
 void CPresetsManager::InitStartupMIDIPresetsFile(const CPublicAlg &alg) {
-    FM::WCStPath folder;
-    if (CreatePathToPluginSettingsFolder(folder) != eNoErr)
-        return;
-    m_StartupMidiFile =
-        CPresetsFileInfo(FM::WCStPath(folder, NamePlus(alg, kMidiMapStartupFileSuffix).c_str()),
-                         ePresetsFormatXMLFile, ePresetSectionExternalFile);
-    m_StartupMidiFile.m_Category = ePresetSectionExternalFile;
+    (void)SettingsFile(alg, kMidiMapStartupFileSuffix, ePresetSectionExternalFile,
+                       m_StartupMidiFile);
 }
 
 bool CPresetsManager::Ask(const char *title, const char *message, const char *okButton) const {
@@ -215,6 +227,16 @@ WTErr CPresetsManager::LoadPresetToPlugin(const CPublicAlg &alg, const CPresetIn
     return eNoErr;
 }
 
+WTErr CPresetsManager::LoadListed(const CPublicAlg &alg, const CPresetInfo *listed,
+                                  WTErr missing) {
+    if (listed == nullptr)
+        return missing;
+    CPresetInfo info;
+    if (const WTErr error = ReadWithData(alg, *listed, info); error != eNoErr)
+        return error;
+    return LoadPresetToPlugin(alg, info, true);
+}
+
 WTErr CPresetsManager::LoadFactoryPresetToPluginByIndex(const CPublicAlg &alg,
                                                         std::size_t index) {
     if (m_FactoryPresets.empty())
@@ -224,43 +246,23 @@ WTErr CPresetsManager::LoadFactoryPresetToPluginByIndex(const CPublicAlg &alg,
     const CPresetInfo &listed = *m_FactoryPresets[index];
     if (listed.IsSeperator() || listed.IsDummyTitle())
         return ePresetInfoNotFound;
-    CPresetInfo info;
-    if (const WTErr error = ReadWithData(alg, listed, info); error != eNoErr)
-        return error;
-    return LoadPresetToPlugin(alg, info, true);
+    return LoadListed(alg, &listed, ePresetInfoNotFound);
 }
 
 WTErr CPresetsManager::LoadFactoryPresetToPluginByName(const CPublicAlg &alg, const char *name) {
     const CPresetInfo *listed = FindByName(m_FactoryPresets, name);
     if (listed == nullptr)
         listed = FindByName(m_DynamicPresets, name);
-    if (listed == nullptr)
-        return eFactoryPresetNotFound;
-    CPresetInfo info;
-    if (const WTErr error = ReadWithData(alg, *listed, info); error != eNoErr)
-        return error;
-    return LoadPresetToPlugin(alg, info, true);
+    return LoadListed(alg, listed, eFactoryPresetNotFound);
 }
 
 WTErr CPresetsManager::LoadUserMenuPresetToPluginByName(const CPublicAlg &alg, const char *name) {
-    const CPresetInfo *listed = FindByName(m_UserPresets, name);
-    if (listed == nullptr)
-        return ePresetInfoNotFound;
-    CPresetInfo info;
-    if (const WTErr error = ReadWithData(alg, *listed, info); error != eNoErr)
-        return error;
-    return LoadPresetToPlugin(alg, info, true);
+    return LoadListed(alg, FindByName(m_UserPresets, name), ePresetInfoNotFound);
 }
 
 WTErr CPresetsManager::LoadUserExternalPresetToPluginByName(const CPublicAlg &alg,
                                                             const char *name) {
-    const CPresetInfo *listed = FindByName(m_ExternalPresets, name);
-    if (listed == nullptr)
-        return ePresetInfoNotFound;
-    CPresetInfo info;
-    if (const WTErr error = ReadWithData(alg, *listed, info); error != eNoErr)
-        return error;
-    return LoadPresetToPlugin(alg, info, true);
+    return LoadListed(alg, FindByName(m_ExternalPresets, name), ePresetInfoNotFound);
 }
 
 WTErr CPresetsManager::LoadPresetFromCurrentPresetSection(const CPublicAlg &alg, bool next) {
@@ -313,45 +315,21 @@ std::int64_t CPresetsManager::ComputePresetIndex(const WTPresetList &list, std::
 }
 
 WTErr CPresetsManager::LoadDefaultPreset(const CPublicAlg &alg) {
-    if (!m_DefaultFile.IsExist())
-        return ePresetInfoNotFound;
-    WTPresetList list;
-    if (const WTErr error = CPresetAPI::GetPresetList(alg, m_DefaultFile, list,
-                                                      WCFourCC::Unreadable(),
-                                                      WCFourCC::Unreadable(),
-                                                      CPresetAPI::kNoResourceID, true);
-        error != eNoErr)
+    CPresetInfo info;
+    if (const WTErr error = FirstPresetWithData(alg, m_DefaultFile, info); error != eNoErr)
         return error;
-    const auto firstAt = std::find_if(list.begin(), list.end(),
-                                      [](const auto &info) { return IsSelectable(*info); });
-    if (firstAt == list.end())
-        return ePresetInfoNotFound;
-    const CPresetInfo *first = firstAt->get();
-    CPresetInfo info(*first);
-    if (info.m_Data.empty() && CPresetAPI::ReadPresetInfo(alg, info) != eNoErr)
-        return ePresetInfoNotFound;
-    if (info.m_Data.empty())
-        return kErrPresetHasNoData;
     info.m_Section = ePresetSectionStartup;
     info.m_Category = ePresetSectionStartup;
     return LoadPresetToPlugin(alg, info, true);
 }
 
 WTErr CPresetsManager::LoadStartupMidiPreset(const CPublicAlg &alg) {
-    if (!m_StartupMidiFile.IsExist())
-        return ePresetInfoNotFound;
-    WTPresetList list;
-    if (const WTErr error = CPresetAPI::GetPresetList(alg, m_StartupMidiFile, list,
-                                                      WCFourCC::Unreadable(),
-                                                      WCFourCC::Unreadable(),
-                                                      CPresetAPI::kNoResourceID, true);
-        error != eNoErr)
+    CPresetInfo info;
+    if (const WTErr error = FirstPresetWithData(alg, m_StartupMidiFile, info); error != eNoErr)
         return error;
-    if (list.empty())
-        return ePresetInfoNotFound;
-    if (const int error = alg.LoadFromPreset(*list.front(), false); error != eNoErr)
+    if (const int error = alg.LoadFromPreset(info, false); error != eNoErr)
         return error;
-    UpdatePluginSetup(alg, *list.front());
+    UpdatePluginSetup(alg, info);
     return eNoErr;
 }
 

@@ -249,6 +249,8 @@ protected:
     // Whether the browser takes next/previous itself; none does here.
     virtual bool NextPrevForwardedToLocalSearch(bool) { return false; }
     bool Ask(const char *title, const char *message, const char *okButton) const;
+    // Reads a listed preset's data from its file and loads it; `missing` for a null one.
+    WTErr LoadListed(const CPublicAlg &alg, const CPresetInfo *listed, WTErr missing);
     void InitializePresetFileTemplate(const CPublicAlg &alg);
     void InitStartupMIDIPresetsFile(const CPublicAlg &alg);
     WTErr OpenOrCreateUserMenuSettingsFile();

@@ -118,12 +118,12 @@ WTErr CPresetsManager::SaveMenu_SaveAsUserMenuPreset(const CPublicAlg &alg, cons
     return UserMenuPresets_LoadPresets(alg);
 }
 
+// A path empty means the user was to choose one in a dialog, which the view layer does not offer.
 WTErr CPresetsManager::SaveMenu_SaveToFileAs(const CPublicAlg &alg, const FM::WCStPath &path) {
     if (path.GetPathString().empty())
         return eNotImplemented;
-    CPresetsFileInfo file(path, CPresetAPI::GetPresetFileFormat(alg, path),
-                          ePresetSectionExternalFile);
-    return SaveStateToFile(alg, file, nullptr, false, ePresetSectionExternalFile);
+    return SaveStateToFile(alg, CPresetsFileInfo(path), nullptr, false,
+                           ePresetSectionExternalFile);
 }
 
 WTErr CPresetsManager::SaveMenu_SaveToNewFile(const CPublicAlg &alg, const FM::WCStPath &path,
@@ -132,18 +132,14 @@ WTErr CPresetsManager::SaveMenu_SaveToNewFile(const CPublicAlg &alg, const FM::W
         return eNotImplemented;
     if (path.IsExist())
         return ePresetFileProblem;
-    CPresetsFileInfo file(path, CPresetAPI::GetPresetFileFormat(alg, path),
-                          ePresetSectionExternalFile);
-    return SaveStateToFile(alg, file, name, false, ePresetSectionExternalFile);
+    return SaveStateToFile(alg, CPresetsFileInfo(path), name, false, ePresetSectionExternalFile);
 }
 
 WTErr CPresetsManager::SaveMenu_SaveActiveSetup(const CPublicAlg &alg, const FM::WCStPath &path,
                                                 const char *name) {
     if (path.GetPathString().empty())
         return eNotImplemented;
-    CPresetsFileInfo file(path, CPresetAPI::GetPresetFileFormat(alg, path),
-                          ePresetSectionExternalFile);
-    return SaveStateToFile(alg, file, name, true, ePresetSectionExternalFile);
+    return SaveStateToFile(alg, CPresetsFileInfo(path), name, true, ePresetSectionExternalFile);
 }
 
 WTErr CPresetsManager::SaveMenu_CopyPreset(const CPublicAlg &alg) {
