@@ -1,6 +1,10 @@
 #include "bench/support/WCBenchRatios.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 namespace mirel_bench {
 
@@ -43,9 +47,38 @@ void WCBenchRatios::PrintRatio(std::string_view subject, double subjectTime, std
     std::printf("\n");
 }
 
+namespace {
+
+// The user folders of the run (preferences, presets, caches) in a temporary folder removed at
+// the end, so a benchmark that starts plug-ins leaves nothing in the real user's home.
+class WCBenchHome {
+public:
+    WCBenchHome() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "mirel-bench-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr)
+            return;
+        m_Path = pattern;
+        for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+            setenv(name, (m_Path / name).c_str(), 1);
+    }
+    ~WCBenchHome() {
+        std::error_code ignored;
+        if (!m_Path.empty())
+            std::filesystem::remove_all(m_Path, ignored);
+    }
+    WCBenchHome(const WCBenchHome &) = delete;
+    WCBenchHome &operator=(const WCBenchHome &) = delete;
+
+private:
+    std::filesystem::path m_Path;
+};
+
+} // namespace
+
 int RunBenchmarksWithRatios(int argc, char **argv,
                             const std::function<void(const WCBenchRatios &)> &printRatios,
                             WCBenchRatios::WEClock clock) {
+    const WCBenchHome home;
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
