@@ -344,6 +344,8 @@ BUFFER_HEADER *cALGORITHM::UpdateAlg() {
 
 int cALGORITHM::DoIdle(short level) {
     ++m_NumDoIdleCalls;
+    if (m_PresetsManager != nullptr)
+        m_PresetsManager->ApplyChunkSetWork(Preset::CPublicAlg(*this));
     if (m_RefreshMetersRequested)
         (void)RefreshMetersBuffers();
     // Idle reads the meters unless the shell's meter thread took that over; a failed read leaves

@@ -138,10 +138,12 @@ int cALGORITHM::LoadValuesFromPreset(Preset::sPresetData const &data, EPluginSet
         }
         if (!std::isfinite(realWorld))
             continue;
-        if (!param.IsFlagSet(eParamFlag_AvoidValidation))
-            (void)LimitRealWorld(id, realWorld);
-        const double state =
-            std::clamp(param.RealWorldToState(realWorld), 0.0, WCParam_Base::kMaxState);
+        // A value past the scale's ends is brought to the end it passed: through the state,
+        // which costs one scale evaluation for a value in range instead of two for the ends.
+        const double unclamped = param.RealWorldToState(realWorld);
+        const double state = std::clamp(unclamped, 0.0, WCParam_Base::kMaxState);
+        if (state != unclamped && !param.IsFlagSet(eParamFlag_AvoidValidation))
+            realWorld = param.StateToRealWorld(state);
         param.SetRealWorldValue(which, realWorld);
         param.SetStateValue(which, param.IsDiscrete() ? param.QuantizeState(state) : state);
     }

@@ -257,17 +257,20 @@ WTErr CPresetsManager::LoadFactoryPresetToPluginByName(const CPublicAlg &alg, co
 }
 
 WTErr CPresetsManager::LoadUserMenuPresetToPluginByName(const CPublicAlg &alg, const char *name) {
+    ApplyChunkSetWork(alg);
     return LoadListed(alg, FindByName(m_UserPresets, name), ePresetInfoNotFound);
 }
 
 WTErr CPresetsManager::LoadUserExternalPresetToPluginByName(const CPublicAlg &alg,
                                                             const char *name) {
+    ApplyChunkSetWork(alg);
     return LoadListed(alg, FindByName(m_ExternalPresets, name), ePresetInfoNotFound);
 }
 
 WTErr CPresetsManager::LoadPresetFromCurrentPresetSection(const CPublicAlg &alg, bool next) {
     if (NextPrevForwardedToLocalSearch(next))
         return eNoErr;
+    ApplyChunkSetWork(alg);
     const CPresetInfo &current = GetCurrentPreset();
     const WTPresetList *list = GetSectionList(current.m_Section);
     std::int64_t from = current.m_IndexInList;
@@ -617,6 +620,9 @@ void CPresetsManager::UpdatePluginSetup(const CPublicAlg &alg, const CPresetInfo
     if (alg.SaveToPreset(state, oneSetup, !oneSetup) == eNoErr)
         current.m_Data = std::move(state.m_Data);
     current.m_ActiveSetup = state.m_ActiveSetup;
+    // A preset of the external file names it, so a host session that keeps the chunk reopens it.
+    if (info.m_Section == ePresetSectionExternalFile && !info.GetPathString().empty())
+        current.m_ExternalFilePath = info;
     GetCurrentPreset() = std::move(current);
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -153,8 +154,12 @@ public:
     static WTErr SetPresetChunk(const CPublicAlg &alg, const Utils::WCStConstMemObj &chunk);
     // The active setup alone (section and category 6).
     WTErr GetCurrentSetupPresetChunk(const CPublicAlg &alg, Utils::WCStMemObj &chunk);
-    // After a chunk: reopens the external file the chunk names, and reloads the user list.
+    // After a chunk: the external file the chunk names is to be reopened and the user list
+    // reloaded, on the main thread. [any-thread]
     virtual WTErr LoadPresetsOnChunkSet(const CPublicAlg &alg, const CPresetInfo &info);
+    // [main-thread] Does what a chunk set left to do; the algorithm's idle tick calls it, and
+    // so does every load from the user and external lists.
+    void ApplyChunkSetWork(const CPublicAlg &alg);
 
     // ---- lists ------------------------------------------------------------------------------
     const CPresetInfo *GetFactoryPreset(std::size_t index) const;
@@ -277,6 +282,9 @@ private:
     CPresetsFileInfo m_StartupMidiFile;
     FM::WCStPath m_LastSavingPath;
     WTAlertResponder m_Alert;
+    std::mutex m_ChunkSetMutex;
+    bool m_ChunkSetReloadUser = false;
+    FM::WCStPath m_ChunkSetExternal;
 };
 
 } // namespace Preset

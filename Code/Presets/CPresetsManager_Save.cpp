@@ -307,13 +307,31 @@ WTErr CPresetsManager::GetCurrentSetupPresetChunk(const CPublicAlg &alg,
     return WritePresetChunk(info, chunk);
 }
 
-WTErr CPresetsManager::LoadPresetsOnChunkSet(const CPublicAlg &alg, const CPresetInfo &info) {
-    const FM::WCStPath &external = info.m_ExternalFilePath;
+WTErr CPresetsManager::LoadPresetsOnChunkSet(const CPublicAlg &, const CPresetInfo &info) {
+    // The host calls on its own thread, and the lists belong to the main thread: the reopening
+    // and the reload wait for it (ApplyChunkSetWork), which also keeps file reading out of the
+    // host's restore.
+    std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
+    m_ChunkSetReloadUser = true;
+    m_ChunkSetExternal = info.m_ExternalFilePath;
+    return eNoErr;
+}
+
+void CPresetsManager::ApplyChunkSetWork(const CPublicAlg &alg) {
+    FM::WCStPath external;
+    {
+        std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
+        if (!m_ChunkSetReloadUser)
+            return;
+        m_ChunkSetReloadUser = false;
+        external = std::move(m_ChunkSetExternal);
+        m_ChunkSetExternal = FM::WCStPath();
+    }
     // A session that had an external file open reopens it; one that has gone away is no error
     // of the chunk, whose values are in place already.
     if (external.IsValid() && !external.GetPathString().empty() && external.IsExist())
         (void)UserExternalPresetFile_Open(alg, external, false);
-    return UserMenuPresets_LoadPresets(alg);
+    (void)UserMenuPresets_LoadPresets(alg);
 }
 
 } // namespace Preset

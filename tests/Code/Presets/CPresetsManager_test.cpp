@@ -292,6 +292,19 @@ TEST_F(PresetsManager, FactoryUserAndExternalPresetsLoadAndSaveInTheirSections) 
     EXPECT_STREQ(Manager().GetUserExternalPresets().front()->m_PresetName.c_str(), "Elsewhere");
     EXPECT_EQ(m_Alg->Value(0), 5.0);
     EXPECT_EQ(m_Alg->GetCurrentPresetInfo().m_Section, ePresetSectionExternalFile);
+
+    // A host session restores the state on its own thread; the external file it names reopens
+    // on the main thread's next idle tick.
+    ml::Utils::WCStMemObj chunk;
+    ASSERT_EQ(m_Alg->GetChunk(ml::WCFourCC("XPst"), chunk, true), 0);
+    WCPresetsPlugin *restored = Start();
+    ASSERT_EQ(restored->SetChunk(ml::WCFourCC("XPst"), chunk), 0);
+    EXPECT_EQ(restored->Value(0), 5.0);
+    EXPECT_TRUE(restored->GetPresetsManager()->GetUserExternalPresets().empty());
+    restored->DoIdle(0);
+    EXPECT_EQ(restored->GetPresetsManager()->GetUserExternalPresets().size(), 1u);
+    EXPECT_EQ(restored->GetPresetsManager()->GetUserMenuPresets().size(), 2u);
+    Stop(restored);
 }
 
 TEST_F(PresetsManager, NextAndPreviousWrapAndSkipTitlesAndSeparators) {
