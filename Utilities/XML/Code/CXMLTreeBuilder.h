@@ -25,10 +25,10 @@ class CXMLElement;
 // can be fed once, in one buffer or in chunks. A whole buffer fed first into an empty root is
 // tried with ReadPlainXML, which builds the same tree much faster for the plain documents the
 // writer makes and declines the others. After such a read there is no parser: more bytes fed
-// are fine when they are blanks, and refused with eXMLParserFailed otherwise. A document cut short returns 0 and leaves the root
-// eXMLElementIncomplete; callers that need a whole document test the root's IsValid. Writing
-// puts the declaration that was read (if any) before the tree, so a document written after being
-// read keeps its declaration, while a tree built in memory gets none.
+// are fine when they are blanks, and refused with eXMLParserFailed otherwise. A document cut short
+// returns 0 and leaves the root eXMLElementIncomplete; callers that need a whole document test the
+// root's IsValid. Writing puts the declaration that was read (if any) before the tree, so a
+// document written after being read keeps its declaration, while a tree built in memory gets none.
 // The root element must outlive the builder.
 // [any-thread] one object per thread.
 class CXMLTreeBuilder {
