@@ -1,6 +1,7 @@
 // Feeds arbitrary bytes to the expat tree builder, whole and in two chunks. A document it accepts
 // whole is written and read back, and must give the same tree; writing that again must give the
-// same text. What the plain reader accepts must be what expat reads, to the same tree. Nothing may crash, hang or grow without bound.
+// same text. What the plain reader accepts must be what expat reads, to the same tree. Nothing may
+// crash, hang or grow without bound.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -12,8 +13,8 @@
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/WCExpatXMLParser.h"
-#include "Utilities/XML/Code/WUPlainXMLReader.h"
 #include "Utilities/XML/Code/WCXMLLog.h"
+#include "Utilities/XML/Code/WUPlainXMLReader.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
 
 using namespace MIREL_NAMESPACE_NAME;
