@@ -392,7 +392,7 @@ int SetCurrentPresetInfoHack(Request &request) {
     auto const *info = static_cast<Preset::CPresetInfo const *>(request.m_pRawRequest->PayloadPtr());
     if (info == nullptr)
         return Finish(request, eMemNullPointer, kError);
-    manager->GetCurrentPreset() = *info;
+    manager->SetCurrentPreset(*info);
     return Finish(request, eNoErr);
 }
 

@@ -95,9 +95,13 @@ EPluginSetup cALGORITHM::ToggleActiveSetup(EPluginSetup setup) {
     m_AutomationManager.NotifyHostControlsOfSetup(setup);
     CallExecCallBack(eExecBatch, reinterpret_cast<void *>(std::intptr_t(0)), nullptr, nullptr);
     Broadcaster()->ActiveSetupChanged(setup);
-    if (m_PresetsManager != nullptr)
+    // A host's chunk switches setups on its own thread: the preset announced is a copy.
+    Preset::CPresetInfo current;
+    if (m_PresetsManager != nullptr) {
         m_PresetsManager->SetActiveSetup(setup);
-    Broadcaster()->PresetLoaded(GetCurrentPresetInfo());
+        current = m_PresetsManager->GetCurrentPresetCopy();
+    }
+    Broadcaster()->PresetLoaded(current);
     RefreshAllParams();
     Report("active_setup", setup == eSetupB ? "1" : "0");
     return m_ActiveSetup;

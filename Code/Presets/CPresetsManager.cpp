@@ -601,16 +601,28 @@ WTPresetList *CPresetsManager::MutableSectionList(EPresetSection section) {
 
 // ---- state ----------------------------------------------------------------------------------
 
-CPresetInfo &CPresetsManager::GetCurrentPreset(EPluginSetup setup) {
-    return m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup : setup)];
-}
-
 const CPresetInfo &CPresetsManager::GetCurrentPreset(EPluginSetup setup) const {
     return m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup : setup)];
 }
 
+void CPresetsManager::SetCurrentPreset(CPresetInfo info, EPluginSetup setup) {
+    std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
+    m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup : setup)] = std::move(info);
+}
+
+CPresetInfo CPresetsManager::GetCurrentPresetCopy() const {
+    std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
+    return GetCurrentPreset();
+}
+
+CPresetsManager::WSChunkOrigin CPresetsManager::GetChunkOrigin() const {
+    std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
+    const CPresetInfo &current = GetCurrentPreset();
+    return {current.m_Category, current.m_ExternalFilePath, current.m_IndexInList};
+}
+
 void CPresetsManager::UpdatePluginSetup(const CPublicAlg &alg, const CPresetInfo &info) {
-    m_ActiveSetup = alg.GetAlg().GetActiveSetup();
+    SetActiveSetup(alg.GetAlg().GetActiveSetup());
     CPresetInfo current(info);
     // The data kept is the state the load produced, so values the plug-in limited and
     // parameters an older preset lacks do not read as changes later.
@@ -623,10 +635,11 @@ void CPresetsManager::UpdatePluginSetup(const CPublicAlg &alg, const CPresetInfo
     // A preset of the external file names it, so a host session that keeps the chunk reopens it.
     if (info.m_Section == ePresetSectionExternalFile && !info.GetPathString().empty())
         current.m_ExternalFilePath = info;
-    GetCurrentPreset() = std::move(current);
+    SetCurrentPreset(std::move(current));
 }
 
-void CPresetsManager::SetActiveSetup(EPluginSetup setup) noexcept {
+void CPresetsManager::SetActiveSetup(EPluginSetup setup) {
+    std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
     if (setup == eSetupA || setup == eSetupB)
         m_ActiveSetup = setup;
 }
@@ -634,7 +647,7 @@ void CPresetsManager::SetActiveSetup(EPluginSetup setup) noexcept {
 void CPresetsManager::CopySetup(EPluginSetup from, EPluginSetup to) {
     if (from == to)
         return;
-    GetCurrentPreset(to) = GetCurrentPreset(from);
+    SetCurrentPreset(GetCurrentPreset(from), to);
 }
 
 bool CPresetsManager::IsChangedPresetExists(const CPublicAlg &alg, const CPresetInfo &info) {

@@ -223,13 +223,23 @@ public:
     bool FindChangedPreset(const CPublicAlg &alg);
     // `info` becomes the current preset of the active setup.
     virtual void UpdatePluginSetup(const CPublicAlg &alg, const CPresetInfo &info);
-    void SetActiveSetup(EPluginSetup setup) noexcept;
+    void SetActiveSetup(EPluginSetup setup);
     EPluginSetup GetActiveSetup() const noexcept { return m_ActiveSetup; }
     // The current preset of `from` becomes that of `to`.
     void CopySetup(EPluginSetup from, EPluginSetup to);
-    // The current preset of `setup` (the active one for eCurrentSetup).
-    CPresetInfo &GetCurrentPreset(EPluginSetup setup = eCurrentSetup);
+    // The current preset of `setup` (the active one for eCurrentSetup). [main-thread]
     const CPresetInfo &GetCurrentPreset(EPluginSetup setup = eCurrentSetup) const;
+    // The only writer of the current presets, so the host's thread reads them whole.
+    void SetCurrentPreset(CPresetInfo info, EPluginSetup setup = eCurrentSetup);
+    // What a host chunk records of the active setup's current preset. [any-thread]
+    struct WSChunkOrigin {
+        EPresetSection m_Category = ePresetSectionNone;
+        FM::WCStPath m_ExternalFilePath;
+        std::int64_t m_IndexInList = -1;
+    };
+    WSChunkOrigin GetChunkOrigin() const;
+    // A copy of the active setup's current preset, taken whole. [any-thread]
+    CPresetInfo GetCurrentPresetCopy() const;
     // The index next to `from` in `list` (from -1: the start or end), wrapping and skipping
     // separators, titles and disabled entries; -1 when the list has none to offer.
     static std::int64_t ComputePresetIndex(const WTPresetList &list, std::int64_t from, bool next);
@@ -282,9 +292,12 @@ private:
     CPresetsFileInfo m_StartupMidiFile;
     FM::WCStPath m_LastSavingPath;
     WTAlertResponder m_Alert;
-    std::mutex m_ChunkSetMutex;
+    // Guards what the host's thread reads or leaves: the current presets and the active setup
+    // (written on the main thread), and the work a chunk set leaves for the main thread.
+    mutable std::mutex m_ChunkSetMutex;
     bool m_ChunkSetReloadUser = false;
     FM::WCStPath m_ChunkSetExternal;
+    EPresetSection m_ChunkSetCategory = ePresetSectionNone;
 };
 
 } // namespace Preset

@@ -242,10 +242,13 @@ WTErr CPresetsManager::RenamePreset(const CPublicAlg &alg, const CPresetInfo &in
     if (const WTErr error = RenamePresetInFile(alg, info, info.m_PresetName.c_str(), newName);
         error != eNoErr)
         return error;
-    for (CPresetInfo &current : m_CurrentPreset) {
+    for (const EPluginSetup setup : {eSetupA, eSetupB}) {
+        CPresetInfo current = GetCurrentPreset(setup);
         if (current.m_PresetName == info.m_PresetName &&
-            current.GetPathString() == info.GetPathString())
+            current.GetPathString() == info.GetPathString()) {
             current.m_PresetName = newName;
+            SetCurrentPreset(std::move(current), setup);
+        }
     }
     if (WTPresetList *list = MutableSectionList(info.m_Section)) {
         for (auto &entry : *list) {
@@ -261,7 +264,8 @@ WTErr CPresetsManager::RenamePreset(const CPublicAlg &alg, const CPresetInfo &in
 
 WTErr CPresetsManager::PreparePresetChunk(const CPublicAlg &alg, Utils::WCStMemObj &chunk,
                                           bool allSetups, bool midi) {
-    const CPresetInfo &current = alg.GetAlg().GetCurrentPresetInfo();
+    const CPresetsManager *manager = alg.GetAlg().GetPresetsManager();
+    const WSChunkOrigin current = manager != nullptr ? manager->GetChunkOrigin() : WSChunkOrigin();
     CPresetInfo info;
     info.m_Section = ePresetSectionHostPresetChunk;
     info.m_Category = current.m_Category;
@@ -288,11 +292,7 @@ WTErr CPresetsManager::SetPresetChunk(const CPublicAlg &alg,
         return error;
     cALGORITHM *owner = alg.GetMutableAlg();
     CPresetsManager *manager = owner != nullptr ? owner->GetPresetsManager() : nullptr;
-    if (manager == nullptr)
-        return eNoErr;
-    if (info.m_Category != ePresetSectionNone)
-        manager->GetCurrentPreset().m_Category = info.m_Category;
-    return manager->LoadPresetsOnChunkSet(alg, info);
+    return manager != nullptr ? manager->LoadPresetsOnChunkSet(alg, info) : eNoErr;
 }
 
 WTErr CPresetsManager::GetCurrentSetupPresetChunk(const CPublicAlg &alg,
@@ -308,17 +308,19 @@ WTErr CPresetsManager::GetCurrentSetupPresetChunk(const CPublicAlg &alg,
 }
 
 WTErr CPresetsManager::LoadPresetsOnChunkSet(const CPublicAlg &, const CPresetInfo &info) {
-    // The host calls on its own thread, and the lists belong to the main thread: the reopening
-    // and the reload wait for it (ApplyChunkSetWork), which also keeps file reading out of the
+    // The host calls on its own thread, and the lists belong to the main thread: the category,
+    // the reopening and the reload wait for it (ApplyChunkSetWork), which also keeps file reading out of the
     // host's restore.
     std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
     m_ChunkSetReloadUser = true;
     m_ChunkSetExternal = info.m_ExternalFilePath;
+    m_ChunkSetCategory = info.m_Category;
     return eNoErr;
 }
 
 void CPresetsManager::ApplyChunkSetWork(const CPublicAlg &alg) {
     FM::WCStPath external;
+    EPresetSection category = ePresetSectionNone;
     {
         std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
         if (!m_ChunkSetReloadUser)
@@ -326,6 +328,13 @@ void CPresetsManager::ApplyChunkSetWork(const CPublicAlg &alg) {
         m_ChunkSetReloadUser = false;
         external = std::move(m_ChunkSetExternal);
         m_ChunkSetExternal = FM::WCStPath();
+        category = m_ChunkSetCategory;
+    }
+    // The category the chunk was saved from becomes the current preset's.
+    if (category != ePresetSectionNone) {
+        CPresetInfo current = GetCurrentPreset();
+        current.m_Category = category;
+        SetCurrentPreset(std::move(current));
     }
     // A session that had an external file open reopens it; one that has gone away is no error
     // of the chunk, whose values are in place already.
