@@ -135,6 +135,13 @@ protected:
                             return WSOutcome{code, observe() != before};
                         }});
     }
+    // A typed setter given `one` in the first run and `two` in the second.
+    template <typename T>
+    std::function<int(unsigned int, int)>
+    Setter(int (*set)(ml::PluginInstance &, unsigned int, T, std::int64_t), T one, T two) {
+        return
+            [=, this](unsigned int s, int v) { return set(Instance(), s, v == 0 ? one : two, 0); };
+    }
     // A named request: the response, binary output and payload start as sentinels, and
     // `observe` adds the algorithm's state the request should change, which `prepare` first
     // puts where the request will change it.
@@ -248,197 +255,148 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
     for (char const *s : {"MInf", "caui", "prvt", "zzzz"})
         GetStruct<Record>(rows, s, fillRecord, recordDiffers);
 
-    // ---- SetPluginInfo_*: each is given two values and its target watched.
-    auto none = [] { return std::string(); };
+    // ---- SetPluginInfo_*: each is given two values and its target watched; every type also
+    // meets the private channel and an unknown selector.
+    using Observe = std::function<std::string()>;
+    const Observe none = [] { return std::string(); };
     auto text = [](auto const &value) { return ::testing::PrintToString(value); };
-    auto setBool = [&](char const *s, std::function<std::string()> observe) {
-        Act(
-            rows, std::string("Set bool ") + s,
-            [=, this](int v) { return ml::SetPluginInfo_bool(Instance(), Sel(s), v == 0, 0); },
-            observe);
+    // Unwatched selectors (the private channel, an unknown one, those whose target is not built)
+    // need only not answer 0; watched ones must change what they observe.
+    auto setters = [&](char const *kind, std::function<int(unsigned int, int)> call,
+                       std::vector<char const *> unwatched,
+                       std::vector<std::pair<char const *, Observe>> watched = {}) {
+        unwatched.insert(unwatched.end(), {"prvt", "zzzz"});
+        for (char const *s : unwatched)
+            watched.emplace_back(s, none);
+        for (auto const &[s, observe] : watched)
+            Act(
+                rows, std::string("Set ") + kind + " " + s,
+                [call, s](int v) { return call(Sel(s), v); }, observe);
     };
-    for (char const *s : {"prvt", "sofp", "gued", "gemc", "gerc", "ghom", "dsac", "stxt", "zzzz"})
-        setBool(s, none);
-    setBool("hufp", [=] { return text(alg->GetPluginValue_bool("HostUsesFirstPreset", false)); });
-    setBool("nlpc", [=] { return text(alg->GetNotifyOnLinkedParams()); });
-    setBool("utfm", [=] { return text(alg->m_ShellFlag_utfm); });
-    setBool("stsm", [=] { return text(alg->IsShowMode()); });
-    setBool("rsip", [=] { return text(alg->m_ShellFlag_rsip); });
-    setBool("spcl", [=] { return text(alg->m_ShellFlag_spcl); });
-
-    auto setText = [&](char const *s, std::int64_t arg, std::function<std::string()> observe) {
-        Act(
-            rows, std::string("Set c_str ") + s,
-            [=, this](int v) {
-                return ml::SetPluginInfo_c_str(Instance(), Sel(s), v == 0 ? "Dark" : "Light", arg);
-            },
-            observe);
-    };
-    for (char const *s : {"prvt", "lfps", "rfcp", "zzzz"})
-        setText(s, 0, none);
-    setText("dskn", 0, [=] { return std::string(alg->GetDefaultSkin().c_str()); });
-    setText("sacs", 0, none);
-
-    auto setDouble = [&](char const *s, std::function<std::string()> observe) {
-        Act(
-            rows, std::string("Set double ") + s,
-            [=, this](int v) { return ml::SetPluginInfo_double(Instance(), Sel(s), 90.0 + v, 0); },
-            observe);
-    };
-    setDouble("prvt", none);
-    setDouble("zzzz", none);
-    setDouble("raba", [=] { return text(alg->GetTrimModeRatio()); });
-    setDouble("temp", [=] { return text(alg->GetMusicInfo().m_Tempo); });
-
-    auto setInt = [&](char const *s, std::function<std::string()> observe) {
-        Act(
-            rows, std::string("Set int32_t ") + s,
-            [=, this](int v) { return ml::SetPluginInfo_int32_t(Instance(), Sel(s), 30 + v, 0); },
-            observe);
-    };
-    setInt("prvt", none);
-    setInt("zzzz", none);
-    setInt("sdly", [=] { return text(alg->GetDelay()); });
-    setInt("sofs", [=] { return text(alg->GetStatesOfs()); });
-    setInt("cofs", [=] { return text(alg->GetCoefsOfs()); });
-    setInt("dhip", [=] { return text(alg->GetDisableHostInterruptPtr()); });
-    setInt("ehip", [=] { return text(alg->GetEnableHostInterruptPtr()); });
-
-    for (char const *s : {"prvt", "lfpi", "zzzz"})
-        Act(
-            rows, std::string("Set size_t ") + s,
-            [=, this](int v) { return ml::SetPluginInfo_size_t(Instance(), Sel(s), v, 0); }, none);
-
-    for (char const *s : {"prvt", "sctr", "zzzz"})
-        Act(
-            rows, std::string("Set uint32_t ") + s,
-            [=, this](int v) { return ml::SetPluginInfo_uint32_t(Instance(), Sel(s), v, 0); },
-            none);
-    Act(
-        rows, "Set uint32_t side",
-        [this](int v) { return ml::SetPluginInfo_uint32_t(Instance(), Sel("side"), 3 + v, 0); },
-        [=] { return text(alg->GetSideChainNum()); });
-
-    auto setStruct = [&](char const *s, std::function<int(int)> act,
-                         std::function<std::string()> observe) {
-        Act(rows, std::string("Set struct ") + s, std::move(act), observe);
-    };
-    for (char const *s : {"prvt", "tfms", "adGp", "zzzz"})
-        setStruct(
-            s,
-            [=, this](int) {
+    setters("bool", Setter(&ml::SetPluginInfo_bool, true, false),
+            {"sofp", "gued", "gemc", "gerc", "ghom", "dsac", "stxt"},
+            {{"hufp", [=] { return text(alg->GetPluginValue_bool("HostUsesFirstPreset", false)); }},
+             {"nlpc", [=] { return text(alg->GetNotifyOnLinkedParams()); }},
+             {"utfm", [=] { return text(alg->m_ShellFlag_utfm); }},
+             {"stsm", [=] { return text(alg->IsShowMode()); }},
+             {"rsip", [=] { return text(alg->m_ShellFlag_rsip); }},
+             {"spcl", [=] { return text(alg->m_ShellFlag_spcl); }}});
+    setters("c_str", Setter<char const *>(&ml::SetPluginInfo_c_str, "Dark", "Light"),
+            {"lfps", "rfcp", "sacs"},
+            {{"dskn", [=] { return std::string(alg->GetDefaultSkin().c_str()); }}});
+    setters("double", Setter(&ml::SetPluginInfo_double, 90.0, 91.0), {},
+            {{"raba", [=] { return text(alg->GetTrimModeRatio()); }},
+             {"temp", [=] { return text(alg->GetMusicInfo().m_Tempo); }}});
+    setters("int32_t", Setter(&ml::SetPluginInfo_int32_t, 30, 31), {},
+            {{"sdly", [=] { return text(alg->GetDelay()); }},
+             {"sofs", [=] { return text(alg->GetStatesOfs()); }},
+             {"cofs", [=] { return text(alg->GetCoefsOfs()); }},
+             {"dhip", [=] { return text(alg->GetDisableHostInterruptPtr()); }},
+             {"ehip", [=] { return text(alg->GetEnableHostInterruptPtr()); }}});
+    setters("size_t", Setter<std::size_t>(&ml::SetPluginInfo_size_t, 0, 1), {"lfpi"});
+    setters("uint32_t", Setter<std::uint32_t>(&ml::SetPluginInfo_uint32_t, 3, 4), {"sctr"},
+            {{"side", [=] { return text(alg->GetSideChainNum()); }}});
+    setters("struct",
+            [this](unsigned int s, int) {
                 Record record{};
-                return ml::SetPluginInfo_struct(Instance(), Sel(s), &record, Arg("Primary"));
+                return ml::SetPluginInfo_struct(Instance(), s, &record, Arg("Primary"));
             },
-            none);
+            {"tfms", "adGp"});
+    // The struct setters with a record of their own, made from the run's variant.
+    auto setStruct = [&](char const *s, auto make, Observe observe) {
+        Act(
+            rows, std::string("Set struct ") + s,
+            [=, this](int v) {
+                auto record = make(v);
+                return ml::SetPluginInfo_struct(Instance(), Sel(s), &record, 0);
+            },
+            observe);
+    };
     setStruct(
-        "exbf",
-        [this](int v) {
-            MemRequest request;
-            request.extBuffs.resize(1 + v);
-            return ml::SetPluginInfo_struct(Instance(), Sel("exbf"), &request, 0);
-        },
+        "exbf", [](int v) { return MemRequest{.extBuffs = decltype(MemRequest::extBuffs)(1 + v)}; },
         [=] { return text(alg->GetExtBuffInfo().size()); });
     setStruct(
-        "musp",
-        [this](int v) {
-            ml::WCMusicInfo info;
-            info.m_TimeSigNum = 3 + v;
-            return ml::SetPluginInfo_struct(Instance(), Sel("musp"), &info, 0);
-        },
+        "musp", [](int v) { return ml::WCMusicInfo{.m_TimeSigNum = 3.0 + v}; },
         [=] { return text(alg->GetMusicInfo().m_TimeSigNum); });
     setStruct(
         "prss",
-        [this](int v) {
-            ml::SProcessorSpec spec{2, 40 + v};
-            return ml::SetPluginInfo_struct(Instance(), Sel("prss"), &spec, 0);
+        [](int v) {
+            return ml::SProcessorSpec{2, 40 + v};
         },
         [=] { return text(alg->GetCurrentProcessor().specific); });
     setStruct(
-        "tcda",
-        [this](int v) {
-            std::int64_t timeCode = 48000 + v;
-            return ml::SetPluginInfo_struct(Instance(), Sel("tcda"), &timeCode, 0);
-        },
+        "tcda", [](int v) { return std::int64_t{48000 + v}; },
         [=] { return text(alg->GetTimeCodeData()); });
 
-    // ---- every named request.
+    // ---- every named request: first those given the same parameters twice.
+#define MIREL_REQUEST(name) #name, &API::name
+    const struct {
+        char const *name;
+        int (*request)(API::Request &);
+        char const *params;
+    } sameTwice[] = {
+        {MIREL_REQUEST(GetAutomationControlIndexByName), R"({"params":{"control_name":"Gain"}})"},
+        {MIREL_REQUEST(GetAutomationRefCons), R"({"params":{"control_index":0}})"},
+        {MIREL_REQUEST(GetAutomationControlResetState), R"({"params":{"control_index":0}})"},
+        {MIREL_REQUEST(GetAutomationControlByNameHack), R"({"params":{"control_name":"Gain"}})"},
+        {MIREL_REQUEST(GetGuiControlPtrByNameHack),
+         R"({"params":{"control_name":"Gain","gui_name":"Primary"}})"},
+        {MIREL_REQUEST(GetPressedToolbarButtonHack), "{}"},
+        {MIREL_REQUEST(GetGuiLimitRectByIndex), R"({"params":{"limit_rect_index":0}})"},
+        {MIREL_REQUEST(InsideWhichControl), R"({"params":{"x":1,"y":2}})"},
+        {MIREL_REQUEST(IsToolbarControlUnderPoint), R"({"params":{"x":1,"y":2}})"},
+        {MIREL_REQUEST(IsSupportContentScale), "{}"},
+        {MIREL_REQUEST(UpdateDPIScalingFactor), R"({"params":{"ScalingFactor":2}})"},
+        {MIREL_REQUEST(SetViewRect), "{}"},
+        {MIREL_REQUEST(FileDragOver), "{}"},
+        {MIREL_REQUEST(FileDrop), "{}"},
+        {MIREL_REQUEST(NotifyAutomation), R"({"params":{"param_index":0}})"},
+        {MIREL_REQUEST(NotifyAutomationAllParams), "{}"},
+        {MIREL_REQUEST(GetPluginValue_c_str), R"({"params":{"key":"GetNumParams"}})"},
+        {MIREL_REQUEST(GetPluginValue_double), R"({"params":{"key":"samplerate"}})"},
+        {MIREL_REQUEST(GetPluginValue_float), R"({"params":{"key":"samplerate"}})"},
+        {MIREL_REQUEST(SetRedisKeyValue), R"({"params":{"key":"a","value":"b"}})"},
+        {MIREL_REQUEST(GetMIDIControlID), R"({"params":{"control_index":0}})"},
+        {MIREL_REQUEST(SetMIDIControlID), R"({"params":{"control_index":0,"midi_control_id":7}})"},
+        {MIREL_REQUEST(GetMIDIEventControls), "{}"},
+        // The requests whose payload is a preset object are walked with real objects among the
+        // named requests' own tests.
+        {MIREL_REQUEST(GetPresetCompatibleSubComps), "{}"},
+        {MIREL_REQUEST(PreparePresetChunkHack), "{}"},
+    };
+    for (auto const &r : sameTwice)
+        Request(rows, r.name, r.request, {r.params, r.params});
     auto key = [&](char const *name) {
         return [alg, name] { return alg->GetPluginValue_c_str(name, "absent"); };
     };
-    auto same = [](char const *params) { return std::array<char const *, 2>{params, params}; };
-    Request(rows, "GetAutomationControlIndexByName", &API::GetAutomationControlIndexByName,
-            same(R"({"params":{"control_name":"Gain"}})"));
-    Request(rows, "GetAutomationRefCons", &API::GetAutomationRefCons,
-            same(R"({"params":{"control_index":0}})"));
-    Request(rows, "GetAutomationControlResetState", &API::GetAutomationControlResetState,
-            same(R"({"params":{"control_index":0}})"));
-    Request(rows, "GetAutomationControlByNameHack", &API::GetAutomationControlByNameHack,
-            same(R"({"params":{"control_name":"Gain"}})"));
-    Request(rows, "GetGuiControlPtrByNameHack", &API::GetGuiControlPtrByNameHack,
-            same(R"({"params":{"control_name":"Gain","gui_name":"Primary"}})"));
-    Request(rows, "GetPressedToolbarButtonHack", &API::GetPressedToolbarButtonHack, same("{}"));
-    Request(rows, "GetGuiLimitRectByIndex", &API::GetGuiLimitRectByIndex,
-            same(R"({"params":{"limit_rect_index":0}})"));
-    Request(rows, "InsideWhichControl", &API::InsideWhichControl,
-            same(R"({"params":{"x":1,"y":2}})"));
-    Request(rows, "IsToolbarControlUnderPoint", &API::IsToolbarControlUnderPoint,
-            same(R"({"params":{"x":1,"y":2}})"));
-    Request(rows, "IsSupportContentScale", &API::IsSupportContentScale, same("{}"));
-    Request(rows, "UpdateDPIScalingFactor", &API::UpdateDPIScalingFactor,
-            same(R"({"params":{"ScalingFactor":2}})"));
-    Request(rows, "SetViewRect", &API::SetViewRect, same("{}"));
-    Request(rows, "FileDragOver", &API::FileDragOver, same("{}"));
-    Request(rows, "FileDrop", &API::FileDrop, same("{}"));
-    Request(rows, "NotifyAutomation", &API::NotifyAutomation,
-            same(R"({"params":{"param_index":0}})"));
-    Request(rows, "NotifyAutomationAllParams", &API::NotifyAutomationAllParams, same("{}"));
-    Request(rows, "SetNoiseRatio", &API::SetNoiseRatio,
+    Request(rows, MIREL_REQUEST(SetNoiseRatio),
             {R"({"params":{"noise_ratio":0.5}})", R"({"params":{"noise_ratio":0.25}})"},
             [this] { return ::testing::PrintToString(m_Shell.Calls().size()); });
-    Request(rows, "GetPluginValue_c_str", &API::GetPluginValue_c_str,
-            same(R"({"params":{"key":"GetNumParams"}})"));
-    Request(rows, "GetPluginValue_double", &API::GetPluginValue_double,
-            same(R"({"params":{"key":"samplerate"}})"));
-    Request(rows, "GetPluginValue_float", &API::GetPluginValue_float,
-            same(R"({"params":{"key":"samplerate"}})"));
     Request(
-        rows, "SetPluginValue_bool", &API::SetPluginValue_bool,
+        rows, MIREL_REQUEST(SetPluginValue_bool),
         {R"({"params":{"key":"walk","value":true}})", R"({"params":{"key":"walk","value":false}})"},
         key("walk"));
-    Request(rows, "SetPluginValue_c_str", &API::SetPluginValue_c_str,
+    Request(rows, MIREL_REQUEST(SetPluginValue_c_str),
             {R"({"params":{"key":"walk","value":"one"}})",
              R"({"params":{"key":"walk","value":"two"}})"},
             key("walk"));
     Request(
-        rows, "SetPluginValue_double", &API::SetPluginValue_double,
+        rows, MIREL_REQUEST(SetPluginValue_double),
         {R"({"params":{"key":"walk","value":1.5}})", R"({"params":{"key":"walk","value":2.5}})"},
         key("walk"));
-    Request(rows, "SetRedisKeyValue", &API::SetRedisKeyValue,
-            same(R"({"params":{"key":"a","value":"b"}})"));
-    Request(rows, "GetMIDIControlID", &API::GetMIDIControlID,
-            same(R"({"params":{"control_index":0}})"));
-    Request(rows, "SetMIDIControlID", &API::SetMIDIControlID,
-            same(R"({"params":{"control_index":0,"midi_control_id":7}})"));
-    Request(rows, "GetMIDIEventControls", &API::GetMIDIEventControls, same("{}"));
-    Request(rows, "SetCanControlDAWMixer", &API::SetCanControlDAWMixer, same("{}"),
-            key("CanControlDAWMixer"),
+    Request(rows, MIREL_REQUEST(SetCanControlDAWMixer), {"{}", "{}"}, key("CanControlDAWMixer"),
             [alg] { alg->SetPluginValue_bool("CanControlDAWMixer", false); });
-    Request(rows, "TransportChange", &API::TransportChange,
+    Request(rows, MIREL_REQUEST(TransportChange),
             {R"({"params":{"playing":true,"loop_end_samples":10}})",
              R"({"params":{"playing":false,"loop_end_samples":20}})"},
             [=] {
                 return text(alg->GetTransportState().playing) +
                        text(alg->GetTransportState().loopEndSamples);
             });
-    Request(rows, "UpdateHostTrackState", &API::UpdateHostTrackState,
+    Request(rows, MIREL_REQUEST(UpdateHostTrackState),
             {R"({"params":{"monitoring":true}})", R"({"params":{"monitoring":false}})"},
             [=] { return text(alg->GetHostTrackMonitoring()); });
-    // The requests whose payload is a preset object are walked with real objects among the
-    // named requests' own tests.
-    Request(rows, "GetPresetCompatibleSubComps", &API::GetPresetCompatibleSubComps, same("{}"));
-    Request(rows, "PreparePresetChunkHack", &API::PreparePresetChunkHack, same("{}"));
-
+#undef MIREL_REQUEST
     // ---- defaults of cALGORITHM that a plug-in may leave alone.
     Act(
         rows, "cALGORITHM::ReadFromXML(CXMLElement)",
