@@ -196,21 +196,6 @@ TEST_F(Selectors, FailedFactoryPresetLoadDoesNotUpdate) {
     EXPECT_EQ(m_Alg->GetNumUpdateAlgCalls(), updates);
 }
 
-TEST_F(Selectors, SettersReachTheirTargets) {
-    EXPECT_EQ(ml::SetPluginInfo_int32_t(Instance(), WCFourCC("cofs"), 40, 0), 0);
-    EXPECT_EQ(m_Alg->GetCoefsOfs(), 40);
-    EXPECT_EQ(ml::SetPluginInfo_int32_t(Instance(), WCFourCC("sofs"), 41, 0), 0);
-    EXPECT_EQ(m_Alg->GetStatesOfs(), 41);
-    EXPECT_EQ(ml::SetPluginInfo_uint32_t(Instance(), WCFourCC("side"), 2, 0), 0);
-    EXPECT_EQ(m_Alg->GetSideChainNum(), 2u);
-    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), WCFourCC("stsm"), true, 0), 0);
-    EXPECT_TRUE(m_Alg->IsShowMode());
-    EXPECT_EQ(ml::SetPluginInfo_bool(Instance(), WCFourCC("hufp"), true, 0), 0);
-    EXPECT_TRUE(m_Alg->GetPluginValue_bool("HostUsesFirstPreset", false));
-    EXPECT_EQ(ml::SetPluginInfo_c_str(Instance(), WCFourCC("dskn"), "Dark", 0), 0);
-    EXPECT_STREQ(m_Alg->GetDefaultSkin().c_str(), "Dark");
-}
-
 TEST(SelectorBadInput, NullAlgorithmIsRefusedWithNullPointer) {
     WCRecordingAsserts asserts;
     ml::PluginInstance instance;
