@@ -15,6 +15,7 @@ namespace {
 
 using namespace mirel_test;
 using mirel_shell::WCRecordingShell;
+using StartedAlgorithm = WCStartedAlgorithm;
 
 TEST(AlgorithmLifeCycle, WalksTheRequiredOrderFromConstructionToDestruction) {
     WCTestHome home;
@@ -128,25 +129,21 @@ TEST(AlgorithmThreads, FirstMainThreadRefStaysAndAnyThreadIsMainBeforeOne) {
 
 // The process lock is recursive: UpdateAlg on another thread waits until the holder has released
 // it as often as it took it.
-TEST(AlgorithmThreads, UpdateAlgWaitsForTheProcessLock) {
-    WCRecordingShell shell;
-    CreateTestAlgorithm(shell);
-    ASSERT_EQ(shell.Start(), 0);
-    ml::cALGORITHM *alg = shell.Algorithm();
+TEST_F(StartedAlgorithm, UpdateAlgWaitsForTheProcessLock) {
     std::atomic<bool> updated{false};
-    alg->LockAlg();
-    EXPECT_TRUE(alg->TryLockAlg()) << "the holder takes it again";
+    m_Alg->LockAlg();
+    EXPECT_TRUE(m_Alg->TryLockAlg()) << "the holder takes it again";
     std::thread updater([&] {
-        ml::BUFFER_HEADER *chain = alg->UpdateAlg();
+        ml::BUFFER_HEADER *chain = m_Alg->UpdateAlg();
         updated = true;
-        alg->FreeBuffers(chain);
+        m_Alg->FreeBuffers(chain);
     });
-    alg->UnLockAlg();
+    m_Alg->UnLockAlg();
     // The updater cannot finish while the lock is held; give it every chance to.
     for (int i = 0; i < 50 && !updated; ++i)
         std::this_thread::yield();
     EXPECT_FALSE(updated) << "one release of two leaves it held";
-    alg->UnLockAlg();
+    m_Alg->UnLockAlg();
     updater.join();
     EXPECT_TRUE(updated);
 }
@@ -193,70 +190,57 @@ TEST(AlgorithmThreads, SecondLockExistsOnlyWhenAsked) {
     EXPECT_TRUE(safe->HasProcessLock());
 }
 
-TEST(AlgorithmSampleRate, AboveTheMaximumIsRefusedAndKeepsTheRate) {
-    WCRecordingShell shell;
-    WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
-    ASSERT_EQ(shell.Start(), 0);
-    EXPECT_EQ(alg->ChangeSampleRate(96001), ml::kErrSampleRateTooHigh);
-    EXPECT_EQ(alg->GetSampleRate(), 44100);
-    EXPECT_EQ(alg->ChangeSampleRate(96000), 0);
-    EXPECT_EQ(alg->GetSampleRate(), 96000);
-    alg->m_Hooks.clear();
-    EXPECT_EQ(alg->ChangeSampleRate(96000), 0);
-    EXPECT_TRUE(alg->m_Hooks.empty()) << "the same rate changes nothing";
-    EXPECT_EQ(alg->ChangeSampleRate(-1), ml::eOutOfRangeNumber);
-    EXPECT_EQ(alg->GetSampleRate(), 96000);
-    EXPECT_TRUE(alg->TryLockAlg()) << "every path released the lock";
-    alg->UnLockAlg();
+TEST_F(StartedAlgorithm, SampleRateAboveTheMaximumIsRefusedAndKeepsTheRate) {
+    EXPECT_EQ(m_Alg->ChangeSampleRate(96001), ml::kErrSampleRateTooHigh);
+    EXPECT_EQ(m_Alg->GetSampleRate(), 44100);
+    EXPECT_EQ(m_Alg->ChangeSampleRate(96000), 0);
+    EXPECT_EQ(m_Alg->GetSampleRate(), 96000);
+    m_Alg->m_Hooks.clear();
+    EXPECT_EQ(m_Alg->ChangeSampleRate(96000), 0);
+    EXPECT_TRUE(m_Alg->m_Hooks.empty()) << "the same rate changes nothing";
+    EXPECT_EQ(m_Alg->ChangeSampleRate(-1), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->GetSampleRate(), 96000);
+    EXPECT_TRUE(m_Alg->TryLockAlg()) << "every path released the lock";
+    m_Alg->UnLockAlg();
 }
 
-TEST(AlgorithmSideChain, MinusOneOnlyStoresAndUpdateAlgRepeatsTheValue) {
-    WCRecordingShell shell;
-    CreateTestAlgorithm(shell);
-    ASSERT_EQ(shell.Start(), 0);
-    ml::cALGORITHM *alg = shell.Algorithm();
-    shell.ClearLog();
-    alg->ChangeSideChainActive(-1);
-    EXPECT_TRUE(shell.Calls().empty());
-    EXPECT_EQ(alg->GetSideChainActive(), -1);
-    alg->ChangeSideChainActive(1);
-    ASSERT_EQ(shell.Calls().size(), 1u);
-    EXPECT_EQ(shell.Calls()[0].op, ml::eExecSideChain);
-    EXPECT_EQ(shell.Calls()[0].arg1, 1);
-    shell.ClearLog();
-    ASSERT_EQ(shell.Update(), 0);
+TEST_F(StartedAlgorithm, SideChainMinusOneOnlyStoresAndUpdateAlgRepeatsTheValue) {
+    m_Shell.ClearLog();
+    m_Alg->ChangeSideChainActive(-1);
+    EXPECT_TRUE(m_Shell.Calls().empty());
+    EXPECT_EQ(m_Alg->GetSideChainActive(), -1);
+    m_Alg->ChangeSideChainActive(1);
+    ASSERT_EQ(m_Shell.Calls().size(), 1u);
+    EXPECT_EQ(m_Shell.Calls()[0].op, ml::eExecSideChain);
+    EXPECT_EQ(m_Shell.Calls()[0].arg1, 1);
+    m_Shell.ClearLog();
+    ASSERT_EQ(m_Shell.Update(), 0);
     std::size_t repeats = 0;
-    for (auto const &call : shell.Calls())
+    for (auto const &call : m_Shell.Calls())
         if (call.op == ml::eExecSideChain && call.arg1 == 1)
             ++repeats;
     EXPECT_EQ(repeats, 1u);
 }
 
-TEST(AlgorithmMute, MuteChainIsSentAndFreed) {
-    WCRecordingShell shell;
-    CreateTestAlgorithm(shell);
-    ASSERT_EQ(shell.Start(), 0);
-    shell.ClearLog();
-    EXPECT_EQ(shell.Algorithm()->SetMute(true), 0);
-    EXPECT_TRUE(shell.Algorithm()->GetMute());
-    EXPECT_EQ(shell.Ops(), (std::vector<int>{5, 0, 4}));
-    shell.ClearLog();
-    EXPECT_EQ(shell.Algorithm()->SetMute(false), 0);
-    EXPECT_TRUE(shell.Ops().empty()) << "nothing to send when the hook builds nothing";
-    EXPECT_EQ(shell.LiveBuffers(), 0u);
+TEST_F(StartedAlgorithm, MuteChainIsSentAndFreed) {
+    m_Shell.ClearLog();
+    EXPECT_EQ(m_Alg->SetMute(true), 0);
+    EXPECT_TRUE(m_Alg->GetMute());
+    EXPECT_EQ(m_Shell.Ops(), (std::vector<int>{5, 0, 4}));
+    m_Shell.ClearLog();
+    EXPECT_EQ(m_Alg->SetMute(false), 0);
+    EXPECT_TRUE(m_Shell.Ops().empty()) << "nothing to send when the hook builds nothing";
+    EXPECT_EQ(m_Shell.LiveBuffers(), 0u);
 }
 
-TEST(AlgorithmIdle, CountsEveryTickAndTheHookDecides) {
-    WCRecordingShell shell;
-    WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
-    ASSERT_EQ(shell.Start(), 0);
-    EXPECT_EQ(shell.Idle(0, 3), 0);
-    EXPECT_EQ(alg->GetNumDoIdleCalls(), 3u);
+TEST_F(StartedAlgorithm, IdleCountsEveryTickAndTheHookDecides) {
+    EXPECT_EQ(m_Shell.Idle(0, 3), 0);
+    EXPECT_EQ(m_Alg->GetNumDoIdleCalls(), 3u);
     // The counter is in the store by function, so it always reads current.
-    EXPECT_EQ(alg->KeyValues().GetAs<std::uint64_t>("num_DoIdle_calls", 0), 3u);
-    alg->m_DoIdleResult = -7;
-    EXPECT_EQ(alg->DoIdle(0), -7);
-    EXPECT_EQ(alg->GetNumDoIdleCalls(), 4u);
+    EXPECT_EQ(m_Alg->KeyValues().GetAs<std::uint64_t>("num_DoIdle_calls", 0), 3u);
+    m_Alg->m_DoIdleResult = -7;
+    EXPECT_EQ(m_Alg->DoIdle(0), -7);
+    EXPECT_EQ(m_Alg->GetNumDoIdleCalls(), 4u);
 }
 
 TEST(AlgorithmExecCallBack, FixConvertersFallBackToTheFractionOnes) {
@@ -362,28 +346,25 @@ TEST(AlgorithmIdentity, MirelLibHandleIsTheModuleOfTheLibrary) {
     EXPECT_NE(handle, nullptr);
 }
 
-TEST(AlgorithmPlaceholders, LaterServicesAnswerAsForSomethingAbsent) {
-    WCRecordingShell shell;
-    WCTestAlgorithm *alg = CreateTestAlgorithm(shell);
-    ASSERT_EQ(shell.Start(), 0);
+TEST_F(StartedAlgorithm, LaterServicesAnswerAsForSomethingAbsent) {
     // A plug-in without a bundle has a presets manager but no factory presets.
     std::size_t count = 99;
-    EXPECT_EQ(alg->GetNumFactoryPresets(count), 0);
+    EXPECT_EQ(m_Alg->GetNumFactoryPresets(count), 0);
     EXPECT_EQ(count, 0u);
-    EXPECT_EQ(alg->GetAutomationControlIndexByName("Gain"), -1);
-    EXPECT_EQ(alg->CreateGuiAndAddToMap(nullptr, "Primary", "Primary"), ml::eNotImplemented);
-    EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Primary"), ml::kErrNoGUI);
+    EXPECT_EQ(m_Alg->GetAutomationControlIndexByName("Gain"), -1);
+    EXPECT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, "Primary", "Primary"), ml::eNotImplemented);
+    EXPECT_EQ(m_Alg->DisposeGuiAndRemoveFromMap("Primary"), ml::kErrNoGUI);
     // A GUI in the map cannot be disposed until the GUI layer exists: it stays, and nobody
     // claims to have disposed it.
     auto *gui = reinterpret_cast<ml::CStandardGUI_X *>(0x1000);
-    alg->SetGUIPointer("Primary", gui);
-    EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Primary"), ml::eNotImplemented);
-    EXPECT_EQ(alg->GetGUIPtr("Primary"), gui);
-    alg->SetGUIPointer("Primary", nullptr);
-    EXPECT_EQ(alg->SetRedisKeyValue("k", "v"), ml::kErrRedisNotConnected);
+    m_Alg->SetGUIPointer("Primary", gui);
+    EXPECT_EQ(m_Alg->DisposeGuiAndRemoveFromMap("Primary"), ml::eNotImplemented);
+    EXPECT_EQ(m_Alg->GetGUIPtr("Primary"), gui);
+    m_Alg->SetGUIPointer("Primary", nullptr);
+    EXPECT_EQ(m_Alg->SetRedisKeyValue("k", "v"), ml::kErrRedisNotConnected);
     double value = 0;
-    EXPECT_EQ(alg->GetParamRealWorld(0, value), ml::eOutOfRangeNumber);
-    EXPECT_TRUE(alg->GetPluginValue_bool("FinishCreateWasCalled", false));
+    EXPECT_EQ(m_Alg->GetParamRealWorld(0, value), ml::eOutOfRangeNumber);
+    EXPECT_TRUE(m_Alg->GetPluginValue_bool("FinishCreateWasCalled", false));
 }
 
 } // namespace
