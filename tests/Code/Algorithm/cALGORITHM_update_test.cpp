@@ -98,10 +98,18 @@ protected:
     }
 };
 
+// A plug-in whose chunk comes out empty.
+class WCEmptyChunkAlgorithm : public WCUpdateAlgorithm {
+public:
+    using WCUpdateAlgorithm::WCUpdateAlgorithm;
+    int PreparePresetChunk(ml::Utils::WCStMemObj &, bool, bool) override { return 0; }
+};
+
 // A started instance of the recording algorithm in its own shell.
 class UpdatePipeline : public ::testing::Test {
 protected:
     void SetUp() override { Restart(); }
+    template <typename Algorithm = WCUpdateAlgorithm>
     void Restart() {
         m_Shell = std::make_unique<mirel_shell::WCRecordingShell>();
         ml::MirelComponentInfo info;
@@ -109,7 +117,7 @@ protected:
         m_Shell->Create(
             info,
             [this](ml::MirelComponentInfo const &component, ml::WTResContainerType *&container) {
-                return m_Alg = new WCUpdateAlgorithm(component, container);
+                return m_Alg = new Algorithm(component, container);
             },
             [](ml::cALGORITHM *alg) { delete alg; });
         ASSERT_EQ(m_Shell->Start(), 0);
@@ -420,6 +428,8 @@ TEST_F(UpdatePipeline, ChunkIdsAndBrokenChunksChangeNothing) {
     EXPECT_EQ(m_Alg->SetChunk(ml::WCFourCC("abcd"), chunk), -1);
     EXPECT_TRUE(m_Alg->TryLockAlg()) << "every path released the lock";
     m_Alg->UnLockAlg();
+    Restart<WCEmptyChunkAlgorithm>();
+    EXPECT_EQ(m_Alg->GetChunk(ml::WCFourCC("XPst"), chunk, true), -5023) << "an empty chunk";
 }
 
 TEST_F(UpdatePipeline, SetupsAsAUserMeetsThemSurviveAChunkIntoAFreshInstance) {
@@ -453,29 +463,6 @@ TEST_F(UpdatePipeline, SetupsAsAUserMeetsThemSurviveAChunkIntoAFreshInstance) {
     m_Alg->GetSetupName(ml::eSetupB, b);
     EXPECT_STREQ(a.c_str(), "Verse");
     EXPECT_STREQ(b.c_str(), "Chorus");
-}
-
-// A plug-in whose chunk comes out empty.
-class WCEmptyChunkAlgorithm : public WCUpdateAlgorithm {
-public:
-    using WCUpdateAlgorithm::WCUpdateAlgorithm;
-    int PreparePresetChunk(ml::Utils::WCStMemObj &, bool, bool) override { return 0; }
-};
-
-TEST(AlgorithmChunks, AnEmptyChunkIsRefused) {
-    mirel_shell::WCRecordingShell shell;
-    ml::MirelComponentInfo info;
-    info.m_ComponentType = ml::WCFourCC("Nati");
-    WCEmptyChunkAlgorithm *alg = nullptr;
-    shell.Create(
-        info,
-        [&alg](ml::MirelComponentInfo const &component, ml::WTResContainerType *&container) {
-            return alg = new WCEmptyChunkAlgorithm(component, container);
-        },
-        [](ml::cALGORITHM *done) { delete done; });
-    ASSERT_EQ(shell.Start(), 0);
-    ml::Utils::WCStMemObj chunk;
-    EXPECT_EQ(alg->GetChunk(ml::WCFourCC("XPst"), chunk, true), -5023);
 }
 
 } // namespace
