@@ -2,7 +2,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,23 +17,18 @@
 #include "Code/Presets/PresetDocuments.h"
 #include "tests/Code/Presets/WCPresetTestAlgorithm.h"
 #include "tests/Code/Presets/WUDropPermissions.h"
+#include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCTestHome.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
 namespace fs = std::filesystem;
+using mirel_test::ReadFileText;
 using namespace ml::Preset;
 using mirel_test::DropFilePermissionOverrides;
 using mirel_test::WCPresetTestAlgorithm;
 using ml::WCFourCC;
-
-std::string FileText(const fs::path &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 void WriteText(const fs::path &path, const std::string &text) {
     std::ofstream(path, std::ios::binary) << text;
@@ -110,20 +104,20 @@ TEST_F(CPresetAPIWrite, SavingReplacesThePluginsSameNamedPresetLastAndKeepsEvery
     EXPECT_EQ(ValuesOf(m_Public, "Warm"), (std::vector<double>{5, 6}));
     EXPECT_EQ(ValuesOf(m_Other, "Warm"), (std::vector<double>{7}))
         << "the other plug-in's preset of that name is untouched";
-    EXPECT_NE(FileText(m_Path).find(R"(GenericType="Othr,Oth2")"), std::string::npos);
+    EXPECT_NE(ReadFileText(m_Path).find(R"(GenericType="Othr,Oth2")"), std::string::npos);
     struct stat info {};
     ASSERT_EQ(stat(m_Path.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0644u);
 }
 
 TEST_F(CPresetAPIWrite, ReadRemoveAndEditReachOnlyThePluginsPreset) {
-    const std::string before = FileText(m_Path);
+    const std::string before = ReadFileText(m_Path);
     CPresetInfo missing(m_File);
     missing.m_PresetName = "Nope";
     EXPECT_EQ(CPresetAPI::ReadPresetInfo(m_Public, missing), ml::ePresetInfoNotFound);
     EXPECT_TRUE(missing.m_Data.empty());
     EXPECT_EQ(CPresetAPI::RemovePresetInfo(m_Public, missing), ml::ePresetInfoNotFound);
-    EXPECT_EQ(FileText(m_Path), before);
+    EXPECT_EQ(ReadFileText(m_Path), before);
 
     // A plug-in block edited in place: the values and the place in the file stay.
     CPresetInfo edit(m_File);
@@ -163,7 +157,7 @@ TEST_F(CPresetAPIWrite, ConversionBringsOnlyThePluginsPresetsUpToDate) {
     EXPECT_EQ(ValuesOf(m_Public, "Warm"), (std::vector<double>{1, 2}));
     ASSERT_EQ(CPresetAPI::GetPresetList(m_Other, m_File, list), ml::eNoErr);
     EXPECT_TRUE(list[0]->m_PluginName.empty()) << "another plug-in's preset keeps its header";
-    EXPECT_NE(FileText(m_Path).find(R"(GenericType="Othr,Oth2")"), std::string::npos);
+    EXPECT_NE(ReadFileText(m_Path).find(R"(GenericType="Othr,Oth2")"), std::string::npos);
 }
 
 TEST_F(CPresetAPIWrite, ChunksOfAnotherTypeAreRefusedUnlessTheTypeIsCompatible) {
@@ -222,7 +216,7 @@ int RunWriterInChild(EFailure failure, const fs::path &folder, const std::functi
 }
 
 TEST_F(CPresetAPIWrite, AWriteThatFailsHalfWayLeavesTheOldFileWhole) {
-    const std::string before = FileText(m_Path);
+    const std::string before = ReadFileText(m_Path);
     // About 400 KB of text: far past the size limit of the children.
     CPresetInfo huge = Preset(m_File, "Huge", std::vector<double>(20000, 0.123456789012345));
     fs::permissions(m_Path, fs::perms(0666));
@@ -238,7 +232,7 @@ TEST_F(CPresetAPIWrite, AWriteThatFailsHalfWayLeavesTheOldFileWhole) {
             EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
         else
             EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-        EXPECT_EQ(FileText(m_Path), before);
+        EXPECT_EQ(ReadFileText(m_Path), before);
         EXPECT_EQ(AllNames(m_File), (std::vector<std::string>{"Warm", "Warm", "Mixing", "Any"}));
     }
     // Whatever a killed writer left behind does not stand in the way of the next save.

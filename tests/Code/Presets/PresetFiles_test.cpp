@@ -1,7 +1,6 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <sys/stat.h>
 
@@ -10,23 +9,18 @@
 #include "Code/Presets/PresetDocuments.h"
 #include "Code/Presets/PresetYAML.h"
 #include "files/WCStCachePath.h"
+#include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCTestHome.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
 namespace fs = std::filesystem;
+using mirel_test::ReadFileText;
 using namespace ml::Preset;
 
 std::string Text(const ml::Utils::WCStConstMemObj &data) {
     return std::string(static_cast<const char *>(data.GetPtr()), data.GetSize());
-}
-
-std::string FileText(const fs::path &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
 }
 
 CPresetInfo ChunkPreset() {
@@ -214,10 +208,10 @@ protected:
 
 TEST_F(PresetSideFiles, KeepsBlockDataBesideThePresetAndAFreshCacheInTheUserCache) {
     // The element stays empty; the data file takes the preset's base name for "data".
-    EXPECT_NE(FileText(m_FilePath).find("<Data file=\"data_table.txt\" cache=\"data.cache\"/>"),
+    EXPECT_NE(ReadFileText(m_FilePath).find("<Data file=\"data_table.txt\" cache=\"data.cache\"/>"),
               std::string::npos);
     const fs::path dataFile = m_Dir.path() / "Song_table.txt";
-    EXPECT_EQ(FileText(dataFile), "1 2 3");
+    EXPECT_EQ(ReadFileText(dataFile), "1 2 3");
     const fs::path cacheFile(
         ml::FM::WCStCachePath(ml::FM::WCStPath((m_Dir.path() / "Song.cache").string()))
             .GetPathString()
