@@ -22,18 +22,24 @@ namespace {
 namespace ml = MIREL_NAMESPACE_NAME;
 using mirel_shell::WCRecordingShell;
 
+// Loads the example module into `shell`, then creates and starts its one component.
+void StartGainFilter(WCRecordingShell &shell) {
+    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+    ml::MirelComponentInfo info;
+    ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
+    ASSERT_EQ(shell.Create(info), 0);
+    ASSERT_EQ(shell.Start(), 0);
+}
+
 TEST(GainFilterModule, LoadsWalksTheLifeCycleAndTearsDownClean) {
     mirel_test::WCTestHome home;
     WCRecordingShell shell;
-    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+    ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
     ml::MirelComponentInfo info;
     ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
     EXPECT_EQ(info.m_ComponentSubType, ml::WCFourCC("GnFl"));
     EXPECT_STREQ(info.m_ShortName.c_str(), "GainFilter");
     EXPECT_EQ(shell.GetModuleComponentInfo(1, info), ml::ePluginSubComponentNotFound);
-
-    ASSERT_EQ(shell.Create(info), 0);
-    ASSERT_EQ(shell.Start(), 0);
     ml::WCFixedString<63> name;
     EXPECT_EQ(ml::GetPluginInfo_WCFixedString(shell.Instance(), ml::WCFourCC("sAlN"), name, 0), 0);
     EXPECT_STREQ(name.c_str(), "GainFilter");
@@ -97,11 +103,7 @@ WSSentBuffer Coefs(int offset, std::vector<std::uint32_t> words) {
 TEST(GainFilterModule, ChangesTravelThroughThePipelineToTheSentWords) {
     mirel_test::WCTestHome home;
     WCRecordingShell shell;
-    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
-    ml::MirelComponentInfo info;
-    ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
-    ASSERT_EQ(shell.Create(info), 0);
-    ASSERT_EQ(shell.Start(), 0);
+    ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
     ml::cALGORITHM &alg = *shell.Algorithm();
     g_ShellRefcon = alg.GetExecRefcon();
     alg.SetExecCallBack(&RecordSends, g_ShellRefcon);
@@ -113,16 +115,20 @@ TEST(GainFilterModule, ChangesTravelThroughThePipelineToTheSentWords) {
         std::function<ml::BUFFER_HEADER *()> change;
         std::vector<WSSentBuffer> sent;
     } steps[] = {
-        {"gain state 500 is -6 dB", [&] { return alg.UpdateParamRequestState(0, 500.0); },
+        {"gain state 500 is -6 dB",
+         [&] { return alg.UpdateParamRequestState(0, 500.0); },
          {Coefs(0, {Word(std::pow(10.0, -6.0 / 20.0))})}},
         {"a repeat sends nothing", [&] { return alg.UpdateParamRequestState(0, 500.0); }, {}},
-        {"cutoff 500 Hz", [&] { return alg.UpdateParamRequestRealWorld(1, 500.0); },
+        {"cutoff 500 Hz",
+         [&] { return alg.UpdateParamRequestRealWorld(1, 500.0); },
          {Coefs(1, {Word(1.0 - a1(500.0)), Word(a1(500.0))})}},
-        {"cutoff typed 2k", [&] { return alg.UpdateParamFromText(1, "2k", ret); },
+        {"cutoff typed 2k",
+         [&] { return alg.UpdateParamFromText(1, "2k", ret); },
          {Coefs(1, {Word(1.0 - a1(2000.0)), Word(a1(2000.0))})}},
         {"garbage typed", [&] { return alg.UpdateParamFromText(1, "loud", ret); }, {}},
         {"filter off", [&] { return alg.UpdateParamRequestState(2, 0.0); }, {Coefs(3, {0})}},
-        {"AlwaysUpdate repeats", [&] { return alg.UpdateParamRequestState(2, 0.0); },
+        {"AlwaysUpdate repeats",
+         [&] { return alg.UpdateParamRequestState(2, 0.0); },
          {Coefs(3, {0})}},
         {"a drag step waits", [&] { return alg.DragParam(0, 1000.0); }, {}},
         {"the finished drag sends",
@@ -149,7 +155,7 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
     mirel_test::WCTestHome home;
     {
         WCRecordingShell shell;
-        ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+        ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
         ASSERT_NE(shell.Container(), nullptr);
         // The bundle describes the module it ships.
         ml::WCVersion internal, external;
@@ -160,10 +166,6 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
         EXPECT_EQ(
             ml::RM::GetResourceValueByName(shell.Container(), "DynamicPluginLibName", library), 0);
         EXPECT_STREQ(library.c_str(), "GainFilter.so");
-        ml::MirelComponentInfo info;
-        ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
-        ASSERT_EQ(shell.Create(info), 0);
-        ASSERT_EQ(shell.Start(), 0);
         ml::cALGORITHM &alg = *shell.Algorithm();
 
         // The algorithm XML, filtered for this component on this system.
@@ -204,11 +206,7 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
 TEST(GainFilterModule, FindsItsAudioCodeByDescriptionAndRunsItOverThePlacedWords) {
     mirel_test::WCTestHome home;
     WCRecordingShell shell;
-    ASSERT_EQ(shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
-    ml::MirelComponentInfo info;
-    ASSERT_EQ(shell.GetModuleComponentInfo(0, info), 0);
-    ASSERT_EQ(shell.Create(info), 0);
-    ASSERT_EQ(shell.Start(), 0);
+    ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
     ml::cALGORITHM &alg = *shell.Algorithm();
     // The needs come from the bundle's process description, not from the plug-in's code.
     EXPECT_EQ(shell.DSPReqRes().cycles, 40);

@@ -1,24 +1,16 @@
 // README.md's "Writing a plug-in" shows the class of examples/SimpleGain/SimpleGain.h, which the
 // build compiles; the snippet must be that class, line for line, and the class a working plug-in.
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "examples/SimpleGain/SimpleGain.h"
+#include "tests/support/WCGoldenFile.h"
 #include "tools/shell/WCRecordingShell.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
-
-std::string ReadText(const char *path) {
-    std::ifstream in(path);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 // The text between the line holding `begin` and the next line holding `end`, or "" without them.
 std::string Between(const std::string &text, const std::string &begin, const std::string &end) {
@@ -33,12 +25,12 @@ std::string Between(const std::string &text, const std::string &begin, const std
 }
 
 TEST(ReadmeSnippet, IsTheClassOfTheCompiledExample) {
-    const std::string readme = ReadText(MIREL_SOURCE_DIR "/README.md");
+    const std::string readme = mirel_test::ReadFileText(MIREL_SOURCE_DIR "/README.md");
     const std::string section = Between(readme, "## Writing a plug-in", "\n## ");
     const std::string snippet = Between(section, "```cpp", "```");
     const std::string example =
-        Between(ReadText(MIREL_SOURCE_DIR "/examples/SimpleGain/SimpleGain.h"), "// README: begin",
-                "// README: end");
+        Between(mirel_test::ReadFileText(MIREL_SOURCE_DIR "/examples/SimpleGain/SimpleGain.h"),
+                "// README: begin", "// README: end");
     ASSERT_FALSE(example.empty());
     EXPECT_EQ(snippet, example);
 }

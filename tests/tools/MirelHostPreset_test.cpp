@@ -2,26 +2,20 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <sys/wait.h>
 
 #include <gtest/gtest.h>
 
 #include "Code/Presets/PresetDocuments.h"
+#include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCTestHome.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
 namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
+using mirel_test::ReadFileText;
 
 std::string Quote(const fs::path &path) {
     return "'" + path.string() + "'";
@@ -56,7 +50,7 @@ protected:
 
 TEST_F(MirelHostPreset, PrintsNamesSetupsValuesAndBlocks) {
     ASSERT_EQ(RunPreset("print " + Quote(At("two_setups.xps")), At("out.txt")), 0);
-    const std::string text = ReadFile(At("out.txt"));
+    const std::string text = ReadFileText(At("out.txt"));
     for (const char *expected :
          {"1 preset(s)", "preset 0 \"Warm & Wide\"", "setup SETUP_A \"Verse\"", "0 500 1000",
           "-6.5 * 1e-05 440", "block       \"Doubles\", id 2, BufferDouble",
@@ -65,7 +59,7 @@ TEST_F(MirelHostPreset, PrintsNamesSetupsValuesAndBlocks) {
         EXPECT_NE(text.find(expected), std::string::npos) << expected << "\n" << text;
 
     ASSERT_EQ(RunPreset("print " + Quote(At("factory.xps")), At("out.txt")), 0);
-    EXPECT_NE(ReadFile(At("out.txt")).find("title \"Basics\"\npreset 0 \"Default\""),
+    EXPECT_NE(ReadFileText(At("out.txt")).find("title \"Basics\"\npreset 0 \"Default\""),
               std::string::npos);
 }
 
@@ -81,22 +75,22 @@ TEST_F(MirelHostPreset, ConvertsToYpsAndBackToTheSamePresets) {
     ASSERT_EQ(back.size(), 1u);
     EXPECT_TRUE(ml::Preset::CPresetInfo::IsSamePreset(*original[0], *back[0]));
     EXPECT_EQ(back[0]->m_Data.size(), 2u);
-    EXPECT_EQ(ReadFile(At("back.xps")), ReadFile(At("two_setups.xps")));
+    EXPECT_EQ(ReadFileText(At("back.xps")), ReadFileText(At("two_setups.xps")));
 
     // A .yps holds one preset: the second of a factory file on request, the first by default.
     ASSERT_EQ(RunPreset("convert --index 1 " + Quote(At("factory.xps")) + " " + Quote(At("f.yps")),
                         At("out.txt")),
               0);
     ASSERT_EQ(RunPreset("print " + Quote(At("f.yps")), At("out.txt")), 0);
-    EXPECT_NE(ReadFile(At("out.txt")).find("preset 0 \"Blocks only\""), std::string::npos);
+    EXPECT_NE(ReadFileText(At("out.txt")).find("preset 0 \"Blocks only\""), std::string::npos);
     ASSERT_EQ(
         RunPreset("convert " + Quote(At("factory.xps")) + " " + Quote(At("f.yps")), At("out.txt")),
         0);
-    EXPECT_NE(ReadFile(At("out.txt")).find("holds 2 presets"), std::string::npos);
+    EXPECT_NE(ReadFileText(At("out.txt")).find("holds 2 presets"), std::string::npos);
 }
 
 TEST_F(MirelHostPreset, BadInputWritesNothingAndBadArgumentsAreRefused) {
-    const std::string xps = ReadFile(At("two_setups.xps"));
+    const std::string xps = ReadFileText(At("two_setups.xps"));
     std::ofstream(At("cut.xps"), std::ios::binary) << xps.substr(0, xps.size() / 2);
     std::ofstream(At("foreign.yps")) << "VendorName: Other\nChunkData: |\n  <x/>\n";
     std::ofstream(At("broken.yps")) << "VendorName: Mirel\nChunkData: |\n  <PresetChunkXMLTree\n";
@@ -124,14 +118,15 @@ TEST_F(MirelHostPreset, BadInputWritesNothingAndBadArgumentsAreRefused) {
          nullptr},
     };
     for (const auto &entry : cases) {
-        EXPECT_EQ(RunPreset(entry.arguments, At("out.txt")), entry.code) << entry.arguments << "\n"
-                                                                         << ReadFile(At("out.txt"));
+        EXPECT_EQ(RunPreset(entry.arguments, At("out.txt")), entry.code)
+            << entry.arguments << "\n"
+            << ReadFileText(At("out.txt"));
         if (entry.output != nullptr) {
             EXPECT_FALSE(fs::exists(At(entry.output))) << entry.arguments;
         }
     }
-    EXPECT_EQ(ReadFile(At("kept.yps")), "kept\n");
-    EXPECT_EQ(ReadFile(At("file")), "a file, not a folder\n");
+    EXPECT_EQ(ReadFileText(At("kept.yps")), "kept\n");
+    EXPECT_EQ(ReadFileText(At("file")), "a file, not a folder\n");
 }
 
 } // namespace
