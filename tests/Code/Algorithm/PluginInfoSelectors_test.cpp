@@ -75,33 +75,33 @@ TEST(SelectorDefaults, PrivateChannelAnswersMinusOneUntilThePlugInTakesIt) {
     EXPECT_EQ(ml::GetPluginInfo_bool(instance, WCFourCC("prvt"), flag, 0), -1);
 }
 
-TEST_F(Selectors, ChunkIdSelectorFillsOnlyOnSuccess) {
-    ml::WCFixedString<15> id("before");
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("cost"), id, 0), 0);
-    EXPECT_STREQ(id.c_str(), "XPst");
-    id = "before";
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("cost"), id, 1),
-              ml::eIllegalChunkIndex);
-    EXPECT_STREQ(id.c_str(), "before");
-}
-
-TEST_F(Selectors, IdentityStrings) {
+TEST_F(Selectors, TextSelectorsFillTheirTextOnlyOnSuccess) {
     Instance().m_PluginFileName = "/plugins/Test.bundle";
-    ml::WCFixedString<1023> text;
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sPFN"), text, 0), 0);
-    EXPECT_STREQ(text.c_str(), "/plugins/Test.bundle");
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sAlN"), text, 0), 0);
-    EXPECT_STREQ(text.c_str(), "TestAlgorithm");
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sAlL"), text, 4), 0);
-    EXPECT_STREQ(text.c_str(), "Test");
-    // Without an "AlgType" element the algorithm type is "????", not the component's type.
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("algT"), text, 0), 0);
-    EXPECT_STREQ(text.c_str(), "????");
+    const struct {
+        char const *selector;
+        std::int64_t arg;
+        int code;
+        char const *text;
+    } cases[] = {
+        {"sPFN", 0, 0, "/plugins/Test.bundle"},
+        {"sAlN", 0, 0, "TestAlgorithm"},
+        {"sAlL", 4, 0, "Test"},
+        // Without an "AlgType" element the algorithm type is "????", not the component's type.
+        {"algT", 0, 0, "????"},
+        {"cost", 0, 0, "XPst"},
+        {"cost", 1, ml::eIllegalChunkIndex, "before"},
+        {"sPTP", 0, ml::eCantLoadProcessFunction, "before"},
+        {"icnf", 0, ml::kErrNoGUI, "before"},
+    };
+    for (auto const &c : cases) {
+        ml::WCFixedString<1023> text("before");
+        EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC::FromText(c.selector), text,
+                                                  c.arg),
+                  c.code)
+            << c.selector;
+        EXPECT_STREQ(text.c_str(), c.text) << c.selector << " " << c.arg;
+    }
     EXPECT_EQ(m_Alg->GetAlgSubType(), WCFourCC("????"));
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("sPTP"), text, 0),
-              ml::eCantLoadProcessFunction);
-    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(Instance(), WCFourCC("icnf"), text, 0),
-              ml::kErrNoGUI);
 }
 
 TEST_F(Selectors, KeyValueBooleansAreFalseUntilSet) {
