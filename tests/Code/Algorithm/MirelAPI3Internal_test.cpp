@@ -118,7 +118,7 @@ TEST_F(NamedRequests, GuiNameFallsBackToPrimary) {
     m_Alg->SetGUIPointer("Second", nullptr);
 }
 
-TEST_F(NamedRequests, GuiRequestsWithoutAGuiAnswerNoGuiAndTheirText) {
+TEST_F(NamedRequests, RequestsWithoutTheirGuiOrRedisAnswerTheirCodeAndText) {
     EXPECT_EQ(API::InsideWhichControl(With(R"({"params":{"x":1,"y":2.5}})")), ml::kErrNoGUI);
     EXPECT_EQ(m_Raw.m_Error, ml::kErrNoGUI);
     EXPECT_STREQ(m_Request.m_ErrorText.c_str(), "InsideWhichControl returned error");
@@ -126,6 +126,16 @@ TEST_F(NamedRequests, GuiRequestsWithoutAGuiAnswerNoGuiAndTheirText) {
     EXPECT_STREQ(m_Request.m_ErrorText.c_str(), "GetControlPtrByNameHack returned error");
     EXPECT_EQ(API::GetGuiLimitRectByIndex(With("{}")), ml::kErrNoGUI);
     EXPECT_TRUE(m_Request.m_ErrorText.empty()) << "this request has no error text";
+    // The view rectangle is checked for its eight bytes before the GUI is looked for.
+    short rect[4] = {0, 0, 100, 200};
+    m_Raw.SetPayloadPtr(rect);
+    m_Raw.m_PayloadSize = 6;
+    EXPECT_EQ(API::SetViewRect(With("{}")), ml::eMemBuffTooShort);
+    m_Raw.m_PayloadSize = sizeof rect;
+    EXPECT_EQ(API::SetViewRect(With("{}")), ml::kErrNoGUI);
+    EXPECT_EQ(API::SetRedisKeyValue(With(R"({"params":{"key":"a","value":"b"}})")),
+              ml::kErrRedisNotConnected);
+    EXPECT_STREQ(m_Request.m_ErrorText.c_str(), "SetRedisKeyValue returned error");
 }
 
 TEST_F(NamedRequests, ValueRequestsReportUnknownKeys) {
@@ -188,21 +198,6 @@ TEST_F(NamedRequests, PresetRequestsReachThePresetsManagerOrAnswerItsAbsence) {
     m_Alg->Dispose();
     EXPECT_EQ(API::PreparePresetChunkHack(With("{}")), ml::ePresetInfoNotFound);
     EXPECT_STREQ(m_Request.m_ErrorText.c_str(), "PreparePresetChunkHack returned error");
-}
-
-TEST_F(NamedRequests, ViewRectNeedsEightBytes) {
-    short rect[4] = {0, 0, 100, 200};
-    m_Raw.SetPayloadPtr(rect);
-    m_Raw.m_PayloadSize = 6;
-    EXPECT_EQ(API::SetViewRect(With("{}")), ml::eMemBuffTooShort);
-    m_Raw.m_PayloadSize = sizeof rect;
-    EXPECT_EQ(API::SetViewRect(With("{}")), ml::kErrNoGUI);
-}
-
-TEST_F(NamedRequests, RedisKeyWithoutReporter) {
-    EXPECT_EQ(API::SetRedisKeyValue(With(R"({"params":{"key":"a","value":"b"}})")),
-              ml::kErrRedisNotConnected);
-    EXPECT_STREQ(m_Request.m_ErrorText.c_str(), "SetRedisKeyValue returned error");
 }
 
 TEST(NamedRequestBadInput, MissingRecordInstanceOrAlgorithm) {
