@@ -13,19 +13,16 @@ using ml::WCFourCC;
 
 using Selectors = WCStartedAlgorithm;
 
-TEST_F(Selectors, PlugInAnswersItsOwnSelectorsThroughThePublicVirtual) {
+// A plug-in's own selector reaches the public virtual; 'prvt' each private one, with its argument.
+TEST_F(Selectors, OwnSelectorsAndPrvtReachThePlugInsVirtuals) {
     double number = 0;
     EXPECT_EQ(ml::GetPluginInfo_double(Instance(), WCFourCC("mine"), number, 0), 0);
     EXPECT_EQ(number, 42.0);
-}
-
-TEST_F(Selectors, PrvtReachesEveryPrivateVirtualWithItsArgument) {
     const unsigned int prvt = WCFourCC("prvt");
     bool flag = false;
     EXPECT_EQ(ml::GetPluginInfo_bool(Instance(), prvt, flag, 1), 101);
     EXPECT_TRUE(flag);
     EXPECT_EQ(m_Alg->m_PrivateArg, 1);
-    double number = 0;
     EXPECT_EQ(ml::GetPluginInfo_double(Instance(), prvt, number, 2), 102);
     EXPECT_EQ(number, 2.5);
     float ratio = 0;
