@@ -75,7 +75,7 @@ struct WSMade {
     ml::PluginInstance instance;
 };
 
-TEST(AlgorithmParameters, FinishCreateBuildsAndScalesTheList) {
+TEST(AlgorithmParameters, FinishCreateBuildsAndScalesTheListAndIdleWritesItsTexts) {
     WSMade made(kParamXML);
     EXPECT_EQ(made.alg.FinishCreate(), 0);
     auto &alg = made.alg;
@@ -103,15 +103,11 @@ TEST(AlgorithmParameters, FinishCreateBuildsAndScalesTheList) {
                                        reinterpret_cast<std::int64_t>("Nope")),
               0);
     EXPECT_EQ(alg.GetPluginValue_int32_t("GetNumParams", 0), 2);
-}
 
-TEST(AlgorithmParameters, IdleWritesTheValueTexts) {
-    WSMade made(kParamXML);
-    made.alg.FinishCreate();
-    EXPECT_EQ(made.alg.DoIdle(0), 0);
-    EXPECT_STREQ(made.alg.GetParam(0)->GetValueString().c_str(), "-6.0 dB");
-    EXPECT_STREQ(made.alg.GetParam(1)->GetValueString().c_str(), "10000 Hz");
-    EXPECT_EQ(made.alg.GetParam(0)->GetUpdateFlags(), 0u);
+    EXPECT_EQ(alg.DoIdle(0), 0);
+    EXPECT_STREQ(alg.GetParam(0)->GetValueString().c_str(), "-6.0 dB");
+    EXPECT_STREQ(alg.GetParam(1)->GetValueString().c_str(), "10000 Hz") << "the plug-in's display";
+    EXPECT_EQ(alg.GetParam(0)->GetUpdateFlags(), 0u);
 }
 
 TEST(AlgorithmParameters, MissingOrBrokenXMLLeavesNoParameters) {
