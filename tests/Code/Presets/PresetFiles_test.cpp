@@ -40,23 +40,7 @@ TEST(PresetChunk, CarriesThePresetAsTextWithoutDeclarationByChunkId) {
     const CPresetInfo info = ChunkPreset();
     ml::Utils::WCStMemObj chunk;
     ASSERT_EQ(GetChunkFromPreset(kChunkWholeState, info, chunk), ml::eNoErr);
-    EXPECT_EQ(Text(chunk), R"(<PresetChunkXMLTree version="2">
-
-    <Preset Name="Live">
-
-        <PresetHeader>
-
-            <ExternalPresetPath>/presets/Live.xps</ExternalPresetPath>
-            <LoadMenuCategory>User</LoadMenuCategory>
-            <ReadOnly>true</ReadOnly>
-        </PresetHeader>
-        <PresetData Setup="CURRENT">
-
-            <Parameters Type="RealWorld">0.5 -3 </Parameters>
-        </PresetData>
-    </Preset>
-</PresetChunkXMLTree>
-)");
+    mirel_test::ExpectGoldenFile(Text(chunk), MIREL_PRESET_TEST_DATA, "live_chunk.xml");
     for (const ml::WCFourCC id : {kChunkWholeState, kChunkCurrentSetup}) {
         CPresetInfo read;
         ASSERT_EQ(SetChunkToPreset(id, chunk, read), ml::eNoErr);
@@ -106,18 +90,7 @@ TEST(PresetYAML, WritesKeysInOrderWithTheChunkAsALiteralBlock) {
                               "</PresetChunkXMLTree>\n";
     std::string text;
     ASSERT_EQ(PrepareYAMLPresetString(header, chunk, text), ml::eNoErr);
-    EXPECT_EQ(text, R"(GenericType: XGai
-PluginName: GainFilter
-PluginSubComp: GnFl
-PluginVersion: 13.1.0.186
-VendorName: Mirel
-Colour: blue
-ChunkData: |
-  <PresetChunkXMLTree version="2">
-
-      <Preset Name="a"/>
-  </PresetChunkXMLTree>
-)");
+    mirel_test::ExpectGoldenFile(text, MIREL_PRESET_TEST_DATA, "keys_in_order.yps");
 
     std::string read;
     WSYAMLPresetHeader readHeader;

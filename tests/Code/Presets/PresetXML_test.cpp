@@ -21,11 +21,6 @@ std::string Write(const std::vector<const CPresetInfo *> &list,
     return text;
 }
 
-// A reviewed file of tests/data/presets, compared byte for byte with what the writer makes.
-std::string Golden(const char *name) {
-    return mirel_test::ReadFileText(std::string(MIREL_PRESET_TEST_DATA) + "/" + name);
-}
-
 WTPresetList Read(const std::string &text, bool withData = true) {
     WTPresetList list;
     EXPECT_EQ(ReadPresetsFromXMLText(text.data(), text.size(), CPresetsFileInfo(), list, withData),
@@ -93,7 +88,7 @@ CPresetInfo TwoSetupPreset() {
 TEST(PresetXML, WritesATwoSetupPresetByteForByteAndReadsItBack) {
     CPresetInfo info = TwoSetupPreset();
     const std::string text = Write({&info});
-    EXPECT_EQ(text, Golden("two_setups.xps"));
+    mirel_test::ExpectGoldenFile(text, MIREL_PRESET_TEST_DATA, "two_setups.xps");
     const WTPresetList list = Read(text);
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(Write({list[0].get()}), text);
@@ -113,7 +108,7 @@ TEST(PresetXML, WritesAFactoryFileWithTitlesAndSeparatorsAndListsThemInOrder) {
     none.m_SideChainActive = 0;
     none.GetOrAddData(ml::eSetupA).m_DataType = ePresetDataNone;
     const std::string text = Write({&title, &reset, &separator, &none});
-    EXPECT_EQ(text, Golden("factory.xps"));
+    mirel_test::ExpectGoldenFile(text, MIREL_PRESET_TEST_DATA, "factory.xps");
     const WTPresetList list = Read(text);
     ASSERT_EQ(list.size(), 4u);
     EXPECT_TRUE(list[0]->IsDummyTitle());
