@@ -407,7 +407,7 @@ public:
     EPluginSetup GetPassiveSetup() const { return m_ActiveSetup == eSetupB ? eSetupA : eSetupB; }
     // A or B as given; anything else is the active setup.
     EPluginSetup GetAbsoluteSetup(EPluginSetup setup) const {
-        return setup == eSetupA || setup == eSetupB ? setup : m_ActiveSetup;
+        return setup == eSetupA || setup == eSetupB ? setup : m_ActiveSetup.load();
     }
     static constexpr int GetSetupsNum() { return 2; }
     // -19 for a setup that is neither A, B nor -1.
@@ -444,8 +444,8 @@ public:
     signed char GetSideChainActive() const { return m_SideChainActive; }
     int GetNumChunks() const { return 1; }
     virtual int GetIndexedChunkID(int index, WCFourCC &id) const;
-    // 'XPst' the whole state as preset-chunk text (-5023 when it came out empty), 'pref' 0 with
-    // nothing, any other id -1. Read on the host's thread without the lock.
+    // [host thread, takes the process lock] 'XPst' the whole state as preset-chunk text (-5023
+    // when it came out empty), 'pref' 0 with nothing, any other id -1.
     virtual int GetChunk(WCFourCC id, Utils::WCStMemObj &chunk, bool allSetups);
     // [host thread] Under the process lock for the whole load: 'XPst' loads the state and sends
     // the images, 'pref' is ignored (0), any other id -1. A broken chunk changes nothing.
@@ -1018,7 +1018,8 @@ private:
     bool m_Bypass = false;
     bool m_BypassChanged = false;
     bool m_Mute = false;
-    EPluginSetup m_ActiveSetup = eSetupA;
+    // Read without the lock by idle and GUI code while a host's chunk may switch it on its thread.
+    std::atomic<EPluginSetup> m_ActiveSetup = eSetupA;
     float m_MinOutInRatio = 1.0f;
     float m_MaxOutInRatio = 1.0f;
     short m_PresetResourceNumber = 1000;

@@ -70,7 +70,7 @@ int cALGORITHM::SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool al
     info.m_ActiveSetup = both ? SetupToSetupString(m_ActiveSetup) : "";
     const EPluginSetup setups[2] = {eSetupA, eSetupB};
     for (int i = 0; i < (both ? 2 : 1); ++i) {
-        const EPluginSetup setup = both ? setups[i] : m_ActiveSetup;
+        const EPluginSetup setup = both ? setups[i] : m_ActiveSetup.load();
         auto data = std::make_unique<Preset::sPresetData>();
         data->m_SetupName = m_SetupNames[SetupSlot(setup)];
         if (ShouldSaveParamsToPresetSelf(setup))

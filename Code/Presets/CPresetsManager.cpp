@@ -602,12 +602,12 @@ WTPresetList *CPresetsManager::MutableSectionList(EPresetSection section) {
 // ---- state ----------------------------------------------------------------------------------
 
 const CPresetInfo &CPresetsManager::GetCurrentPreset(EPluginSetup setup) const {
-    return m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup : setup)];
+    return m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup.load() : setup)];
 }
 
 void CPresetsManager::SetCurrentPreset(CPresetInfo info, EPluginSetup setup) {
     std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
-    m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup : setup)] = std::move(info);
+    m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup.load() : setup)] = std::move(info);
 }
 
 CPresetInfo CPresetsManager::GetCurrentPresetCopy() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -276,7 +277,8 @@ protected:
 
 private:
     CPresetInfo m_CurrentPreset[2];
-    EPluginSetup m_ActiveSetup = eSetupA;
+    // A host's chunk switches setups on its thread.
+    std::atomic<EPluginSetup> m_ActiveSetup = eSetupA;
     CPresetsFileInfo m_FactoryPresetsFile;
     WTPresetList m_FactoryPresets;
     CPresetsFileInfo m_PresetFileTemplate;

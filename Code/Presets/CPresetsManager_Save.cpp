@@ -264,6 +264,8 @@ WTErr CPresetsManager::RenamePreset(const CPublicAlg &alg, const CPresetInfo &in
 
 WTErr CPresetsManager::PreparePresetChunk(const CPublicAlg &alg, Utils::WCStMemObj &chunk,
                                           bool allSetups, bool midi) {
+    // The host asks on its own thread: names and values are read under the process lock.
+    WCStAlgLocker lock(alg.GetAlg());
     const CPresetsManager *manager = alg.GetAlg().GetPresetsManager();
     const WSChunkOrigin current = manager != nullptr ? manager->GetChunkOrigin() : WSChunkOrigin();
     CPresetInfo info;
@@ -297,6 +299,7 @@ WTErr CPresetsManager::SetPresetChunk(const CPublicAlg &alg,
 
 WTErr CPresetsManager::GetCurrentSetupPresetChunk(const CPublicAlg &alg,
                                                   Utils::WCStMemObj &chunk) {
+    WCStAlgLocker lock(alg.GetAlg());
     CPresetInfo info;
     info.m_Section = ePresetSectionInternalPresetChunk;
     info.m_Category = ePresetSectionInternalPresetChunk;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstring>
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -42,7 +43,7 @@ public:
     struct WSOwnerFlags {
         bool const *processActive = nullptr;
         bool const *bypass = nullptr;
-        EPluginSetup const *activeSetup = nullptr;
+        std::atomic<EPluginSetup> const *activeSetup = nullptr;
         bool const *isNative = nullptr;
         bool const *isNetShell = nullptr;
     };
@@ -214,7 +215,8 @@ private:
     bool Active() const { return *m_Flags.processActive; }
     bool Bypassed() const { return *m_Flags.bypass; }
     int SetupIndex(EPluginSetup setup) const {
-        const int which = setup == eCurrentSetup ? *m_Flags.activeSetup : setup;
+        const int which =
+            setup == eCurrentSetup ? m_Flags.activeSetup->load(std::memory_order_relaxed) : setup;
         return which == eSetupA || which == eSetupB ? which : -1;
     }
     char *ImageWord(std::vector<char> &image, int index) const {

@@ -2,7 +2,9 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <sys/wait.h>
@@ -109,7 +111,12 @@ protected:
     int PostLoadFromPreset(CPresetInfo const &) override { return Log("PostLoad"), m_PostLoadResult; }
 
 private:
-    void Log(std::string hook) const { const_cast<WCPresetsPlugin *>(this)->m_Hooks.push_back(hook); }
+    // Hooks run on the host's thread too.
+    void Log(std::string hook) const {
+        std::lock_guard<std::mutex> lock(m_LogMutex);
+        const_cast<WCPresetsPlugin *>(this)->m_Hooks.push_back(std::move(hook));
+    }
+    mutable std::mutex m_LogMutex;
 };
 
 int RefusingExec(int op, std::int64_t, void *, void *, void *) {
@@ -367,6 +374,26 @@ TEST_F(PresetsManager, InstalledPresetsAreDynamicFactoryPresetsInListOrder) {
     ASSERT_EQ(Manager().LoadFactoryPresetToPluginByName(Public(), "Sub"), 0);
     EXPECT_EQ(m_Alg->Value(0), 2.0);
     EXPECT_EQ(m_Alg->GetCurrentPresetInfo().m_Section, ePresetSectionDynamicFactory);
+}
+
+// Run under ThreadSanitizer by the test script: the host saves and restores chunks on its
+// thread while the main thread loads presets and ticks.
+TEST_F(PresetsManager, HostChunksOnTheirThreadMeetMainThreadLoadsSafely) {
+    ml::Utils::WCStMemObj chunk;
+    ASSERT_EQ(m_Alg->GetChunk(ml::WCFourCC("XPst"), chunk, true), 0);
+    std::thread host([&] {
+        for (int i = 0; i < 40; ++i) {
+            ml::Utils::WCStMemObj saved;
+            EXPECT_EQ(m_Alg->SetChunk(ml::WCFourCC("XPst"), chunk), 0);
+            EXPECT_EQ(m_Alg->GetChunk(ml::WCFourCC("XPst"), saved, true), 0);
+        }
+    });
+    for (int i = 0; i < 40; ++i) {
+        EXPECT_EQ(Manager().LoadPresetFromCurrentPresetSection(Public(), true), 0);
+        m_Alg->ToggleActiveSetup(ml::eCurrentSetup);
+        m_Alg->DoIdle(0);
+    }
+    host.join();
 }
 
 TEST(PresetsManagerNames, CountersCountOnAndNamesStayUnique) {

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -296,7 +297,7 @@ TEST(ProcessMemoryExchange, AsksInOrderAndFallsBackForFixedSlots) {
         g_Ops.clear();
         g_SupplyFix = supply;
         bool active = false, bypass = false, native = true, net = false;
-        ml::EPluginSetup setup = ml::eSetupA;
+        std::atomic<ml::EPluginSetup> setup = ml::eSetupA;
         ml::WCProcessMemory memory({&active, &bypass, &setup, &native, &net});
         memory.SetExecCallBack(&Exchange, 1);
         EXPECT_EQ(g_Ops, (std::vector<int>{11, 12, 7, 8, 20, 9, 10, 21, 13, 14}));
