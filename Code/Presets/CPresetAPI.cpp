@@ -10,7 +10,6 @@
 #include "Code/Presets/PresetYAML.h"
 #include "Code/Presets/WUPresetFiles.h"
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/PugiXML.h"
 #include "resources/ResourceManager.h"
 #include "resources/WCStRes.h"
@@ -30,13 +29,10 @@ bool IsPresetRoot(const pugi::xml_node &root) {
            std::strcmp(root.name(), kPresetChunkRoot) == 0;
 }
 
+// A preset document's tree; any other root is ePresetFileProblem.
 WTErr BuildTree(const char *text, std::uint64_t length, XML::CXMLElement &root) {
-    if (text == nullptr || length == 0)
-        return ePresetFileProblem;
     XML::CXMLElement read;
-    XML::CXMLTreeBuilder builder(read);
-    if (builder.BuildFromSingleBuffer(text, length) != eNoErr || !read.IsValid() ||
-        !IsPresetRoot(read))
+    if (BuildPresetTree(text, length, read) != eNoErr || !IsPresetRoot(read))
         return ePresetFileProblem;
     root = std::move(read);
     return eNoErr;

@@ -37,6 +37,9 @@ WTErr WritePresetsToXMLString(const std::vector<const CPresetInfo *> &list, cons
 // with the root's "version" ("None" without one) as preset version and, unless the element set
 // one, its running index. With `withData` the values are read too. `list` is replaced on
 // success only.
+// The element tree of a preset document or chunk (any root), parsed by pugixml with the expat
+// builder's text rules; ePresetFileProblem for text that does not parse, `root` untouched.
+WTErr BuildPresetTree(const char *text, std::uint64_t length, XML::CXMLElement &root);
 WTErr ReadPresetsFromXMLText(const char *text, std::uint64_t length, const CPresetsFileInfo &file,
                              WTPresetList &list, bool withData);
 

@@ -1,7 +1,6 @@
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
 
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/WUPlainXMLReader.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "core/WUAssert.h"
 #include "files/WUOpenFile.h"
@@ -48,13 +47,6 @@ WTErr CXMLTreeBuilder::BuildFromWCStMemObj(const Utils::WCStConstMemObj &memObj)
 WTErr CXMLTreeBuilder::BuildFromSingleBuffer(const char *buffer, std::uint64_t length) {
     if (buffer == nullptr || length < 4)
         return eMemNullPointer;
-    // A whole document of the kind the writer makes (a preset, a chunk) is read without expat,
-    // which spends most of a large chunk's load on its tokenizer; anything else goes to expat.
-    if (!m_parser && !m_readPlain && m_root != nullptr &&
-        ReadPlainXML(buffer, length, m_depthLimit, *m_root)) {
-        m_readPlain = true;
-        return eNoErr;
-    }
     bool done = false;
     return BuildFromBuffer(buffer, length, done);
 }
@@ -62,15 +54,6 @@ WTErr CXMLTreeBuilder::BuildFromSingleBuffer(const char *buffer, std::uint64_t l
 WTErr CXMLTreeBuilder::BuildFromBuffer(const char *buffer, std::uint64_t length, bool &done) {
     done = false;
     MIREL_ASSERT_RETURN(m_root != nullptr, eMemNullPointer);
-    if (m_readPlain) {
-        // The document has closed: more blanks are fine, anything else is junk after it.
-        done = true;
-        for (std::uint64_t i = 0; i < length; ++i) {
-            if (buffer[i] != ' ' && buffer[i] != '\t' && buffer[i] != '\n' && buffer[i] != '\r')
-                return eXMLParserFailed;
-        }
-        return eNoErr;
-    }
     return Parser().Parse(buffer, length, done);
 }
 

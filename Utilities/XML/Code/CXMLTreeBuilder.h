@@ -22,13 +22,10 @@ class CXMLElement;
 //
 // Reading goes through one WCExpatXMLParser that the builder owns for its lifetime, made at the
 // first Build call (so a builder made only to write leaves the root's validity alone): a document
-// can be fed once, in one buffer or in chunks. A whole buffer fed first into an empty root is
-// tried with ReadPlainXML, which builds the same tree much faster for the plain documents the
-// writer makes and declines the others. After such a read there is no parser: more bytes fed
-// are fine when they are blanks, and refused with eXMLParserFailed otherwise. A document cut short
-// returns 0 and leaves the root eXMLElementIncomplete; callers that need a whole document test the
-// root's IsValid. Writing puts the declaration that was read (if any) before the tree, so a
-// document written after being read keeps its declaration, while a tree built in memory gets none.
+// can be fed once, in one buffer or in chunks. A document cut short returns 0 and leaves the root
+// eXMLElementIncomplete; callers that need a whole document test the root's IsValid. Writing
+// puts the declaration that was read (if any) before the tree, so a document written after being
+// read keeps its declaration, while a tree built in memory gets none.
 // The root element must outlive the builder.
 // [any-thread] one object per thread.
 class CXMLTreeBuilder {
@@ -79,8 +76,6 @@ private:
 
     CXMLElement *m_root;
     std::unique_ptr<WCExpatXMLParser> m_parser;
-    // The document was read whole by the plain reader; there is no parser.
-    bool m_readPlain = false;
     WTIdleCallBack m_idleCallBack = nullptr;
     void *m_idleContext = nullptr;
     std::int32_t m_depthLimit = WCExpatXMLParser::kDefaultDepthLimit;
