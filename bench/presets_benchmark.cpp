@@ -60,6 +60,8 @@ struct WSInstance {
     WSInstance() {
         ml::MirelComponentInfo info;
         info.m_ComponentType = ml::WCFourCC("Nati");
+        // A current version: an older one would read its own chunks with the obsolete reader.
+        info.m_ExternalVersion.ReadFromString("13.1.0");
         alg = new WCManyParamsAlgorithm(info, container);
         alg->SetMainThreadRef();
         alg->SetExecCallBack(&RefusingExec, 0);
