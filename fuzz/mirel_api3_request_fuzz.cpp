@@ -9,6 +9,7 @@
 
 #include "Code/Algorithm/MirelAPI3Internal.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Presets/CPresetInfo.h"
 #include "core/WUAssert.h"
 #include "tests/support/WCSilentAlgorithm.h"
 
@@ -105,9 +106,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     raw.m_pInstance = &world.instance;
     // A payload slot that is always big enough for the requests that write into it.
     alignas(8) unsigned char payload[512] = {};
+    // The preset requests take a pointer to a preset object, as a shell passes one: they get a
+    // real one of their type, never raw bytes.
+    ml::Preset::CPresetInfo info;
+    ml::Preset::sPresetData presetData;
     if (data[1] & 1) {
         raw.SetPayloadPtr(payload);
         raw.m_PayloadSize = data[1] >> 1;
+        if (request == &API::GetCurrentPresetInfoHack || request == &API::SetCurrentPresetInfoHack)
+            raw.SetPayloadPtr(&info);
+        else if (request == &API::LoadControlsFromPresetHack)
+            raw.SetPayloadPtr(&presetData);
     }
     ml::WCMirelAPI3_PluginSide_RequestAndResponse call;
     call.m_pRawRequest = &raw;

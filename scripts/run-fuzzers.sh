@@ -8,6 +8,11 @@ build=${1:-build/fuzz}
 seconds=${2:-20}
 root=$(cd "$(dirname "$0")/.." && pwd)
 
+# The targets that start a plug-in make its preset folders: they go to a temporary home.
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+export XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" XDG_CACHE_HOME="$home/cache"
+
 shopt -s nullglob
 targets=("$build"/fuzz/*_fuzz)
 if [ ${#targets[@]} -eq 0 ]; then
