@@ -25,9 +25,8 @@ public:
 
 } // namespace
 
-WTErr CDynamicPresetsScanner::ParseFolderContents(const CPublicAlg &alg,
-                                                  const FM::WCStPath &folder, WTPresetList &list,
-                                                  EPresetSection section) try {
+WTErr CDynamicPresetsScanner::ParseFolderContents(const CPublicAlg &alg, const FM::WCStPath &folder,
+                                                  WTPresetList &list, EPresetSection section) try {
     if (!folder.IsValid() || !folder.IsFolder())
         return ePresetFileProblem;
     FM::WCStFolderIterator::WTPathVector paths;

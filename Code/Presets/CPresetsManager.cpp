@@ -197,7 +197,7 @@ WTErr CPresetsManager::OpenOrCreateUserMenuSettingsFile() {
     if (m_UserMenuFile.IsExist())
         return eNoErr;
     return CPresetAPI::CreatePresetFile(m_UserMenuFile) == eNoErr ? eNoErr
-                                                                   : eCantCreateUserPrefFile;
+                                                                  : eCantCreateUserPrefFile;
 }
 
 void CPresetsManager::InitializePresetFileTemplate(const CPublicAlg &alg) {
@@ -227,8 +227,7 @@ WTErr CPresetsManager::LoadPresetToPlugin(const CPublicAlg &alg, const CPresetIn
     return eNoErr;
 }
 
-WTErr CPresetsManager::LoadListed(const CPublicAlg &alg, const CPresetInfo *listed,
-                                  WTErr missing) {
+WTErr CPresetsManager::LoadListed(const CPublicAlg &alg, const CPresetInfo *listed, WTErr missing) {
     if (listed == nullptr)
         return missing;
     CPresetInfo info;
@@ -237,8 +236,7 @@ WTErr CPresetsManager::LoadListed(const CPublicAlg &alg, const CPresetInfo *list
     return LoadPresetToPlugin(alg, info, true);
 }
 
-WTErr CPresetsManager::LoadFactoryPresetToPluginByIndex(const CPublicAlg &alg,
-                                                        std::size_t index) {
+WTErr CPresetsManager::LoadFactoryPresetToPluginByIndex(const CPublicAlg &alg, std::size_t index) {
     if (m_FactoryPresets.empty())
         return eNoFactoryPresets;
     if (index >= m_FactoryPresets.size())
@@ -279,9 +277,9 @@ WTErr CPresetsManager::LoadPresetFromCurrentPresetSection(const CPublicAlg &alg,
         from = -1;
     }
     // A preset whose place is unknown is looked up by name; not found, the walk starts at an end.
-    if (from >= 0 && (static_cast<std::size_t>(from) >= list->size() ||
-                      !((*list)[static_cast<std::size_t>(from)]->m_PresetName ==
-                        current.m_PresetName))) {
+    if (from >= 0 &&
+        (static_cast<std::size_t>(from) >= list->size() ||
+         !((*list)[static_cast<std::size_t>(from)]->m_PresetName == current.m_PresetName))) {
         from = -1;
         for (std::size_t i = 0; i < list->size(); ++i) {
             if ((*list)[i]->m_PresetName == current.m_PresetName) {
@@ -426,8 +424,7 @@ WTErr CPresetsManager::GetPresetsFromPath(WTPresetList &list, const FM::WCStPath
         file.m_Category = section;
         if (!file.IsFileFormatSupported())
             return ePresetFileProblem;
-        if (const WTErr error = CPresetAPI::GetPresetListWithPugi(alg, file, read);
-            error != eNoErr)
+        if (const WTErr error = CPresetAPI::GetPresetListWithPugi(alg, file, read); error != eNoErr)
             return error;
     }
     if (read.empty())
@@ -492,10 +489,9 @@ WTErr CPresetsManager::UserExternalPresetFile_Open(const CPublicAlg &alg, const 
         return ePresetFileProblem;
     if (const WTErr error = ReadWithData(alg, **firstAt, first); error != eNoErr)
         return error;
-    const bool onePreset =
-        std::count_if(list.begin(), list.end(), [](const auto &info) {
-            return !info->IsSeperator() && !info->IsDummyTitle();
-        }) == 1;
+    const bool onePreset = std::count_if(list.begin(), list.end(), [](const auto &info) {
+                               return !info->IsSeperator() && !info->IsDummyTitle();
+                           }) == 1;
     // A file of one preset is the preset: it shows under the file's name.
     if (onePreset && path.IsFile()) {
         const WCFixedString<255> base = path.GetBase();
@@ -568,8 +564,9 @@ WTErr CPresetsManager::WriteAllPresetsToXML(XML::CXMLElement &element) const try
     for (const WTPresetList *list :
          {&m_FactoryPresets, &m_DynamicPresets, &m_UserPresets, &m_ExternalPresets}) {
         for (const auto &info : *list) {
-            auto child = std::make_unique<XML::CXMLElement>(
-                info->IsSeperator() ? "Separator" : info->IsDummyTitle() ? "Title" : "Preset");
+            auto child = std::make_unique<XML::CXMLElement>(info->IsSeperator()    ? "Separator"
+                                                            : info->IsDummyTitle() ? "Title"
+                                                                                   : "Preset");
             if (info->IsDummyTitle())
                 child->SetText(info->m_PresetName.c_str());
             if (!info->IsSeperator() && !info->IsDummyTitle()) {
@@ -607,7 +604,8 @@ const CPresetInfo &CPresetsManager::GetCurrentPreset(EPluginSetup setup) const {
 
 void CPresetsManager::SetCurrentPreset(CPresetInfo info, EPluginSetup setup) {
     std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
-    m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup.load() : setup)] = std::move(info);
+    m_CurrentPreset[SetupSlot(setup == eCurrentSetup ? m_ActiveSetup.load() : setup)] =
+        std::move(info);
 }
 
 CPresetInfo CPresetsManager::GetCurrentPresetCopy() const {

@@ -47,8 +47,8 @@ public:
     // Asked before a file is overwritten, with a title, a message and the accepting button's
     // text; false cancels. Without one (the usual headless case) the caller's call is the
     // consent.
-    using WTAlertResponder = std::function<bool(const char *title, const char *message,
-                                                const char *okButton)>;
+    using WTAlertResponder =
+        std::function<bool(const char *title, const char *message, const char *okButton)>;
 
     static constexpr const char *kPluginSettingsFolderName = "Plug-In Settings";
     static constexpr const char *kUserMenuFileSuffix = " Settings.xps";
@@ -141,16 +141,15 @@ public:
                                   const CPresetsFileInfo &file);
     virtual WTErr RemovePresetFromFile(const CPublicAlg &alg, const CPresetInfo &info);
     // Renames the preset in its file and in the lists; the current preset follows.
-    virtual WTErr RenamePreset(const CPublicAlg &alg, const CPresetInfo &info,
-                               const char *newName);
+    virtual WTErr RenamePreset(const CPublicAlg &alg, const CPresetInfo &info, const char *newName);
     virtual WTErr RenamePresetInFile(const CPublicAlg &alg, const CPresetsFileInfo &file,
                                      const char *oldName, const char *newName);
 
     // ---- host chunks ------------------------------------------------------------------------
     // The state as chunk text (section 5, format 5, read-only), both setups when `allSetups`
     // and the plug-in saves all setups; a MIDI map with `midi`.
-    static WTErr PreparePresetChunk(const CPublicAlg &alg, Utils::WCStMemObj &chunk,
-                                    bool allSetups, bool midi);
+    static WTErr PreparePresetChunk(const CPublicAlg &alg, Utils::WCStMemObj &chunk, bool allSetups,
+                                    bool midi);
     // Loads a chunk made by PreparePresetChunk; a broken or foreign chunk changes nothing.
     static WTErr SetPresetChunk(const CPublicAlg &alg, const Utils::WCStConstMemObj &chunk);
     // The active setup alone (section and category 6).
@@ -186,8 +185,7 @@ public:
     // The user menu file's presets, then those of the files in the user folder.
     virtual WTErr UserMenuPresets_LoadPresets(const CPublicAlg &alg);
     virtual WTErr UserMenuPresets_LoadPresetsFromFile(const CPublicAlg &alg, WTPresetList &list);
-    virtual WTErr UserMenuPresets_LoadPresetsFromFolder(const CPublicAlg &alg,
-                                                        WTPresetList &list);
+    virtual WTErr UserMenuPresets_LoadPresetsFromFolder(const CPublicAlg &alg, WTPresetList &list);
     // Makes `path` the external file: its list replaces the external list. A file with one
     // preset shows under the file's name. With `loadFirst` the first preset loads at once, and
     // a failed load leaves the external file as it was. The list is unchanged on failure.

@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Algorithm/WCStAlgLocker.h"
+#include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Presets/CPresetAPI.h"
 #include "Code/Presets/CPresetsManager.h"
 #include "Code/Presets/WUPresetFiles.h"
@@ -24,7 +24,8 @@ FM::WCStPath ResolvePresetPath(const FM::WCStPath &userFolder, const char *prese
         return FM::WCStPath();
     std::string text(presetPath);
     FM::WCStPath::WindowsToPosixSlashes(text);
-    FM::WCStPath path = text.front() == '/' ? FM::WCStPath(text) : FM::WCStPath(userFolder, text.c_str());
+    FM::WCStPath path =
+        text.front() == '/' ? FM::WCStPath(text) : FM::WCStPath(userFolder, text.c_str());
     const auto extension = path.GetExtension();
     if (!(extension == "xps") && !(extension == "yps"))
         path.ExtendLeafName(".xps");
@@ -43,8 +44,7 @@ WTErr CPresetsManager::SaveMidiMapFromPlugin(const CPublicAlg &alg, CPresetInfo 
 }
 
 WTErr CPresetsManager::SaveStateToFile(const CPublicAlg &alg, CPresetsFileInfo file,
-                                       const char *name, bool activeOnly,
-                                       EPresetSection section) {
+                                       const char *name, bool activeOnly, EPresetSection section) {
     if (!file.IsValid() || file.GetPathString().empty())
         return ePresetFileProblem;
     if (file.m_Format == ePresetsFormatUnknown)
@@ -122,8 +122,7 @@ WTErr CPresetsManager::SaveMenu_SaveAsUserMenuPreset(const CPublicAlg &alg, cons
 WTErr CPresetsManager::SaveMenu_SaveToFileAs(const CPublicAlg &alg, const FM::WCStPath &path) {
     if (path.GetPathString().empty())
         return eNotImplemented;
-    return SaveStateToFile(alg, CPresetsFileInfo(path), nullptr, false,
-                           ePresetSectionExternalFile);
+    return SaveStateToFile(alg, CPresetsFileInfo(path), nullptr, false, ePresetSectionExternalFile);
 }
 
 WTErr CPresetsManager::SaveMenu_SaveToNewFile(const CPublicAlg &alg, const FM::WCStPath &path,
@@ -180,8 +179,8 @@ WTErr CPresetsManager::SavePresetFromHTML(const CPublicAlg &alg, const char *pre
     const FM::WCStPath path = ResolvePresetPath(m_UserMenuFolder, presetPath);
     if (path.GetPathString().empty())
         return ePresetFileProblem;
-    return SaveUserPresetToFile(alg, CPresetsFileInfo(path, ePresetsFormatUnknown,
-                                                      ePresetSectionExternalFile));
+    return SaveUserPresetToFile(
+        alg, CPresetsFileInfo(path, ePresetsFormatUnknown, ePresetSectionExternalFile));
 }
 
 WTErr CPresetsManager::SavePresetFromRedis(const CPublicAlg &alg, const char *presetPath) {
@@ -283,8 +282,7 @@ WTErr CPresetsManager::PreparePresetChunk(const CPublicAlg &alg, Utils::WCStMemO
     return WritePresetChunk(info, chunk);
 }
 
-WTErr CPresetsManager::SetPresetChunk(const CPublicAlg &alg,
-                                      const Utils::WCStConstMemObj &chunk) {
+WTErr CPresetsManager::SetPresetChunk(const CPublicAlg &alg, const Utils::WCStConstMemObj &chunk) {
     CPresetInfo info;
     // Through the file API, so a chunk saved by a plug-in of another type is refused.
     if (const WTErr error = CPresetAPI::SetPresetChunk(alg, info, chunk); error != eNoErr)
@@ -297,8 +295,7 @@ WTErr CPresetsManager::SetPresetChunk(const CPublicAlg &alg,
     return manager != nullptr ? manager->LoadPresetsOnChunkSet(alg, info) : eNoErr;
 }
 
-WTErr CPresetsManager::GetCurrentSetupPresetChunk(const CPublicAlg &alg,
-                                                  Utils::WCStMemObj &chunk) {
+WTErr CPresetsManager::GetCurrentSetupPresetChunk(const CPublicAlg &alg, Utils::WCStMemObj &chunk) {
     WCStAlgLocker lock(alg.GetAlg());
     CPresetInfo info;
     info.m_Section = ePresetSectionInternalPresetChunk;
@@ -312,8 +309,8 @@ WTErr CPresetsManager::GetCurrentSetupPresetChunk(const CPublicAlg &alg,
 
 WTErr CPresetsManager::LoadPresetsOnChunkSet(const CPublicAlg &, const CPresetInfo &info) {
     // The host calls on its own thread, and the lists belong to the main thread: the category,
-    // the reopening and the reload wait for it (ApplyChunkSetWork), which also keeps file reading out of the
-    // host's restore.
+    // the reopening and the reload wait for it (ApplyChunkSetWork), which also keeps file reading
+    // out of the host's restore.
     std::lock_guard<std::mutex> lock(m_ChunkSetMutex);
     m_ChunkSetReloadUser = true;
     m_ChunkSetExternal = info.m_ExternalFilePath;

@@ -54,7 +54,8 @@ namespace {
 class WCBenchHome {
 public:
     WCBenchHome() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "mirel-bench-XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "mirel-bench-XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr)
             return;
         m_Path = pattern;

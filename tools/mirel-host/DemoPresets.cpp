@@ -47,7 +47,8 @@ void TourPresets(mirel_shell::WCRecordingShell &shell) {
         return;
     }
     const mp::CPublicAlg face(alg);
-    std::printf("  factory presets of %s:\n", manager->GetFactoryPresetsFile().GetPathString().c_str());
+    std::printf("  factory presets of %s:\n",
+                manager->GetFactoryPresetsFile().GetPathString().c_str());
     for (std::size_t i = 0; i < manager->GetNumFactoryPresets(); ++i) {
         const mp::CPresetInfo &entry = *manager->GetFactoryPreset(i);
         std::printf("    %zu %s%s\n", i, entry.IsDummyTitle() ? "-- " : "   ",

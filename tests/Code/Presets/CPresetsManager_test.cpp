@@ -1,8 +1,8 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <mutex>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -102,13 +102,16 @@ protected:
     int LoadSpecificXMLFromPresetSelf(ml::XML::CXMLElement const &, bool, EPluginSetup s) override {
         return Log("SpecificXML " + std::to_string(s)), 0;
     }
-    int LoadFromPresetSelf(CPresetInfo const &, Preset::sPresetData const &, EPluginSetup) override {
+    int LoadFromPresetSelf(CPresetInfo const &, Preset::sPresetData const &,
+                           EPluginSetup) override {
         return Log("Blocks"), 0;
     }
     bool ShouldLoadParamsFromPresetSelf(Preset::sPresetData const &) override {
         return Log("LoadParams"), true;
     }
-    int PostLoadFromPreset(CPresetInfo const &) override { return Log("PostLoad"), m_PostLoadResult; }
+    int PostLoadFromPreset(CPresetInfo const &) override {
+        return Log("PostLoad"), m_PostLoadResult;
+    }
 
 private:
     // Hooks run on the host's thread too.
@@ -166,7 +169,8 @@ protected:
     }
     CPresetInfo Parsed(const std::string &preset) {
         CPresetInfo info;
-        const std::string text = "<PresetChunkXMLTree version=\"2\">" + preset + "</PresetChunkXMLTree>";
+        const std::string text =
+            "<PresetChunkXMLTree version=\"2\">" + preset + "</PresetChunkXMLTree>";
         ml::Utils::WCStMemObj chunk;
         chunk.Assign(text.data(), text.size());
         EXPECT_EQ(CPresetAPI::SetPresetChunk(Public(), info, chunk), 0);
@@ -189,7 +193,8 @@ TEST_F(PresetsManager, StartsWithTheDefaultInBothSetupsAndTheUserFilesInTheTempo
     EXPECT_EQ(Values(ml::eSetupB), Values(ml::eSetupA));
     EXPECT_STREQ(m_Alg->GetCurrentPresetInfo().m_PresetName.c_str(), "Default");
     EXPECT_TRUE(fs::is_regular_file(Settings(" Settings.xps")));
-    EXPECT_TRUE(fs::is_directory(m_Home.path() / ".local/share/Mirel Audio/Presets/Gain User Presets"));
+    EXPECT_TRUE(
+        fs::is_directory(m_Home.path() / ".local/share/Mirel Audio/Presets/Gain User Presets"));
 
     // The user's own default wins over the factory's at the next start, host-only values too.
     m_Alg->UpdateParamRealWorld(0, 9.0);
@@ -247,11 +252,17 @@ TEST_F(PresetsManager, WhatAPresetReachesDependsOnWhereItCameFrom) {
     };
     // Starting from the default: -6 40 1 2 8.
     const WSCase cases[] = {
-        {"a file keeps host-only and never-read values", "1 2 9 9 9", ePresetSectionExternalFile,
+        {"a file keeps host-only and never-read values",
+         "1 2 9 9 9",
+         ePresetSectionExternalFile,
          {1, 2, 1, 2, 9}},
-        {"a host chunk sets host-only values", "1 2 9 9 9", ePresetSectionHostPresetChunk,
+        {"a host chunk sets host-only values",
+         "1 2 9 9 9",
+         ePresetSectionHostPresetChunk,
          {1, 2, 9, 2, 9}},
-        {"an old preset's missing values take their defaults", "4", ePresetSectionExternalFile,
+        {"an old preset's missing values take their defaults",
+         "4",
+         ePresetSectionExternalFile,
          {4, 50, 1, 2, 3}},
         {"the default file sets host-only values", "4 5 6", ePresetSectionStartup, {4, 5, 6, 2, 3}},
     };
@@ -293,9 +304,9 @@ TEST_F(PresetsManager, FactoryUserAndExternalPresetsLoadAndSaveInTheirSections) 
               0);
     EXPECT_NE(Manager().SaveMenu_SaveToNewFile(Public(), ml::FM::WCStPath(external.string())), 0);
     m_Alg->UpdateParamRealWorld(0, 0.0);
-    ASSERT_EQ(Manager().UserExternalPresetFile_Open(Public(), ml::FM::WCStPath(external.string()),
-                                                    true),
-              0);
+    ASSERT_EQ(
+        Manager().UserExternalPresetFile_Open(Public(), ml::FM::WCStPath(external.string()), true),
+        0);
     EXPECT_STREQ(Manager().GetUserExternalPresets().front()->m_PresetName.c_str(), "Elsewhere");
     EXPECT_EQ(m_Alg->Value(0), 5.0);
     EXPECT_EQ(m_Alg->GetCurrentPresetInfo().m_Section, ePresetSectionExternalFile);
@@ -320,8 +331,8 @@ TEST_F(PresetsManager, NextAndPreviousWrapAndSkipTitlesAndSeparators) {
         const char *expected;
     };
     // From "Default": the list is Default, [Mixing], Warm, [separator], Bright.
-    const WSStep steps[] = {{true, "Warm"}, {true, "Bright"}, {true, "Default"},
-                            {false, "Bright"}, {false, "Warm"}};
+    const WSStep steps[] = {
+        {true, "Warm"}, {true, "Bright"}, {true, "Default"}, {false, "Bright"}, {false, "Warm"}};
     for (const WSStep &step : steps) {
         ASSERT_EQ(Manager().LoadPresetFromCurrentPresetSection(Public(), step.next), 0);
         EXPECT_STREQ(m_Alg->GetCurrentPresetInfo().m_PresetName.c_str(), step.expected);
