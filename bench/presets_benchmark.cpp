@@ -13,12 +13,13 @@
 
 #include "Code/Algorithm/cALGORITHM.h"
 #include "bench/support/WCBenchRatios.h"
+#include "tests/support/WCSilentAlgorithm.h"
+#include "tests/support/WCSilentAlgorithm.h"
 #include "core/WCStMemObj.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
-using ml::BUFFER_HEADER;
 
 constexpr int kParams = 500;
 
@@ -31,16 +32,11 @@ std::string ParamXML() {
     return xml + "</ParamXML>";
 }
 
-class WCManyParamsAlgorithm : public ml::cALGORITHM {
+class WCManyParamsAlgorithm : public mirel_test::WCSilentAlgorithm {
 public:
-    using cALGORITHM::cALGORITHM;
+    using WCSilentAlgorithm::WCSilentAlgorithm;
 
 protected:
-    BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override { return nullptr; }
-    BUFFER_HEADER *UpdateAlgSelf() override { return nullptr; }
-    BUFFER_HEADER *InitAlgSelf() override { return nullptr; }
-    int DoIdleSelf(short) override { return 0; }
-    BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
     void InitProcessCodeSelf() override {
         DSPReqRes().coefsWords = 4;
         DSPReqRes().cycles = 1;

@@ -19,6 +19,7 @@
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
 #include "Utilities/XML/Code/PugiXML.h"
 #include "Utilities/XML/Code/WCXMLLog.h"
+#include "tests/support/WCSilentAlgorithm.h"
 
 using namespace MIREL_NAMESPACE_NAME;
 
@@ -137,18 +138,11 @@ void FuzzYAML(const std::string &text) {
 }
 
 // A plug-in of type "XGai", sub-type "TsAl" that takes presets of "XGa2" too.
-class WCFuzzAlgorithm : public cALGORITHM {
+class WCFuzzAlgorithm : public mirel_test::WCSilentAlgorithm {
 public:
-    WCFuzzAlgorithm() : cALGORITHM(MirelComponentInfo(), NoContainer()) {
+    WCFuzzAlgorithm() : WCSilentAlgorithm(MirelComponentInfo(), NoContainer()) {
         SetAlgTypes(WCFourCC("XGai"), WCFourCC("TsAl"));
     }
-
-protected:
-    BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override { return nullptr; }
-    BUFFER_HEADER *UpdateAlgSelf() override { return nullptr; }
-    BUFFER_HEADER *InitAlgSelf() override { return nullptr; }
-    int DoIdleSelf(short) override { return 0; }
-    BUFFER_HEADER *ResetAudioBuffersSelf() override { return nullptr; }
 
 private:
     static WTResContainerType *&NoContainer() {
