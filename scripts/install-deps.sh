@@ -12,6 +12,7 @@ packages=(
   redis-server redis-tools
   clang libclang-rt-14-dev
   librsvg2-bin
+  libcairo2-dev fonts-dejavu-core
 )
 
 missing=()

@@ -1,0 +1,240 @@
+// mirel-make-images: draws the pictures of the GainFilter example and writes them as the bundle's
+// "PNG_" resources, <folder>/PNG_/<id>.png. The build runs it after copying the resources, so no
+// picture is kept in the repository; the GUI XML documents of the example name these ids.
+//
+//   id    size        picture
+//   2000  480 x 240   background of the "Primary" GUI: sections Gain, Filter, Trim, Output
+//   2001  48 x 3072   knob strip: 64 frames of 48 x 48, top to bottom, pointer over 270 degrees
+//   2010  48 x 24     switch, off
+//   2011  48 x 24     switch, on
+//   2020  48 x 48     ring drawn over a selected knob
+//   2030  16 x 160    meter, unlit
+//   2031  16 x 160    meter, lit (the meter shows as much of it as the level asks)
+//   2040  240 x 120   background of the "Secondary" GUI: sections Gain, Filter
+//
+// The output is the same bytes on every run: no clock, no randomness, and fixed font options so
+// that the text does not follow the user's font configuration.
+#include <cairo.h>
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <numbers>
+#include <string>
+
+namespace {
+
+constexpr int kKnobFrames = 64;
+constexpr int kKnobSize = 48;
+constexpr int kMeterWidth = 16;
+constexpr int kMeterHeight = 160;
+constexpr double kMeterFloorDB = -60.0;
+
+struct WSColor {
+    double r, g, b;
+};
+constexpr WSColor kPanel{28 / 255.0, 30 / 255.0, 34 / 255.0};
+constexpr WSColor kSection{38 / 255.0, 41 / 255.0, 47 / 255.0};
+constexpr WSColor kEdge{62 / 255.0, 66 / 255.0, 75 / 255.0};
+constexpr WSColor kInset{17 / 255.0, 18 / 255.0, 21 / 255.0};
+constexpr WSColor kText{200 / 255.0, 204 / 255.0, 210 / 255.0};
+constexpr WSColor kAccent{240 / 255.0, 150 / 255.0, 40 / 255.0};
+
+void SetColor(cairo_t *cr, WSColor c, double alpha = 1.0) {
+    cairo_set_source_rgba(cr, c.r, c.g, c.b, alpha);
+}
+
+void RoundedRect(cairo_t *cr, double x, double y, double w, double h, double r) {
+    const double pi = std::numbers::pi;
+    cairo_new_sub_path(cr);
+    cairo_arc(cr, x + w - r, y + r, r, -pi / 2, 0);
+    cairo_arc(cr, x + w - r, y + h - r, r, 0, pi / 2);
+    cairo_arc(cr, x + r, y + h - r, r, pi / 2, pi);
+    cairo_arc(cr, x + r, y + r, r, pi, 3 * pi / 2);
+    cairo_close_path(cr);
+}
+
+void Text(cairo_t *cr, const char *text, double x, double y, double size, bool bold = false) {
+    cairo_select_font_face(cr, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
+                           bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(cr, size);
+    SetColor(cr, kText);
+    cairo_move_to(cr, x, y);
+    cairo_show_text(cr, text);
+}
+
+// A titled box of the panel; the title sits in its top band above a thin accent line.
+void Section(cairo_t *cr, const char *title, double x, double y, double w, double h) {
+    RoundedRect(cr, x + 0.5, y + 0.5, w - 1, h - 1, 6);
+    SetColor(cr, kSection);
+    cairo_fill_preserve(cr);
+    SetColor(cr, kEdge);
+    cairo_set_line_width(cr, 1);
+    cairo_stroke(cr);
+    Text(cr, title, x + 10, y + 20, 12, true);
+    SetColor(cr, kAccent, 0.8);
+    cairo_rectangle(cr, x + 10, y + 27, w - 20, 1);
+    cairo_fill(cr);
+}
+
+void Inset(cairo_t *cr, double x, double y, double w, double h) {
+    RoundedRect(cr, x, y, w, h, 3);
+    SetColor(cr, kInset);
+    cairo_fill(cr);
+}
+
+// Paints one picture of the given size and writes it as <folder>/PNG_/<id>.png.
+bool Write(const std::filesystem::path &folder, int id, int width, int height,
+           const std::function<void(cairo_t *)> &paint) {
+    cairo_surface_t *surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
+    cairo_t *cr = cairo_create(surface);
+    cairo_font_options_t *options = cairo_font_options_create();
+    cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+    cairo_set_font_options(cr, options);
+    cairo_font_options_destroy(options);
+    paint(cr);
+    const bool drawn = cairo_status(cr) == CAIRO_STATUS_SUCCESS;
+    cairo_destroy(cr);
+    const std::string path = (folder / "PNG_" / (std::to_string(id) + ".png")).string();
+    const bool written =
+        drawn && cairo_surface_write_to_png(surface, path.c_str()) == CAIRO_STATUS_SUCCESS;
+    cairo_surface_destroy(surface);
+    if (!written)
+        std::fprintf(stderr, "mirel-make-images: cannot write %s\n", path.c_str());
+    return written;
+}
+
+// One knob of the strip at value 0..1: a body, the track of its 270 degrees from lower left
+// through the top to lower right, the travelled part in the accent colour, and the pointer.
+void Knob(cairo_t *cr, double value) {
+    const double pi = std::numbers::pi;
+    const double c = kKnobSize / 2.0;
+    const double start = 0.75 * pi;
+    const double angle = start + value * 1.5 * pi;
+    cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
+    cairo_set_line_width(cr, 3);
+    SetColor(cr, kInset);
+    cairo_arc(cr, c, c, 21, start, start + 1.5 * pi);
+    cairo_stroke(cr);
+    if (value > 0.0) {
+        SetColor(cr, kAccent);
+        cairo_arc(cr, c, c, 21, start, angle);
+        cairo_stroke(cr);
+    }
+    cairo_pattern_t *body = cairo_pattern_create_linear(0, c - 16, 0, c + 16);
+    cairo_pattern_add_color_stop_rgb(body, 0, 0.36, 0.38, 0.42);
+    cairo_pattern_add_color_stop_rgb(body, 1, 0.18, 0.19, 0.22);
+    cairo_set_source(cr, body);
+    cairo_arc(cr, c, c, 16, 0, 2 * pi);
+    cairo_fill(cr);
+    cairo_pattern_destroy(body);
+    SetColor(cr, kText);
+    cairo_set_line_width(cr, 2.5);
+    cairo_move_to(cr, c + 5 * std::cos(angle), c + 5 * std::sin(angle));
+    cairo_line_to(cr, c + 14 * std::cos(angle), c + 14 * std::sin(angle));
+    cairo_stroke(cr);
+}
+
+void KnobStrip(cairo_t *cr) {
+    for (int i = 0; i < kKnobFrames; ++i) {
+        cairo_save(cr);
+        cairo_translate(cr, 0, i * kKnobSize);
+        Knob(cr, i / static_cast<double>(kKnobFrames - 1));
+        cairo_restore(cr);
+    }
+}
+
+void Switch(cairo_t *cr, bool on) {
+    RoundedRect(cr, 2, 2, 44, 20, 10);
+    SetColor(cr, on ? kAccent : kInset);
+    cairo_fill(cr);
+    SetColor(cr, on ? WSColor{0.97, 0.97, 0.97} : WSColor{0.45, 0.47, 0.52});
+    cairo_arc(cr, on ? 36 : 12, 12, 7, 0, 2 * std::numbers::pi);
+    cairo_fill(cr);
+}
+
+void SelectionRing(cairo_t *cr) {
+    SetColor(cr, kAccent, 0.9);
+    cairo_set_line_width(cr, 1.5);
+    cairo_arc(cr, kKnobSize / 2.0, kKnobSize / 2.0, 23, 0, 2 * std::numbers::pi);
+    cairo_stroke(cr);
+}
+
+// Segments of 5 pixels from the bottom (-60 dB) to the top (0 dB); lit, they go green, then
+// yellow from -18 dB, then red from -6 dB.
+void Meter(cairo_t *cr, bool lit) {
+    SetColor(cr, kInset);
+    cairo_rectangle(cr, 0, 0, kMeterWidth, kMeterHeight);
+    cairo_fill(cr);
+    for (int y = kMeterHeight - 5; y >= 0; y -= 5) {
+        const double db = kMeterFloorDB * (y + 2.5) / kMeterHeight;
+        const WSColor c = db > -6.0    ? WSColor{0.90, 0.22, 0.18}
+                          : db > -18.0 ? WSColor{0.93, 0.80, 0.20}
+                                       : WSColor{0.30, 0.80, 0.35};
+        SetColor(cr, c, lit ? 1.0 : 0.16);
+        cairo_rectangle(cr, 2, y + 1, kMeterWidth - 4, 4);
+        cairo_fill(cr);
+    }
+}
+
+// Ticks every 10 dB to the left of a meter whose top left corner is (x, y).
+void MeterScale(cairo_t *cr, double x, double y) {
+    SetColor(cr, kText, 0.6);
+    for (int db = 0; db >= kMeterFloorDB; db -= 10) {
+        const double ty = y + kMeterHeight * db / kMeterFloorDB;
+        cairo_rectangle(cr, x - 8, std::round(ty), 5, 1);
+        cairo_fill(cr);
+    }
+}
+
+// Coordinates match the control rects of GUIXML/1000.xml.
+void PrimaryBackground(cairo_t *cr) {
+    SetColor(cr, kPanel);
+    cairo_paint(cr);
+    Section(cr, "Gain", 8, 8, 112, 224);
+    Inset(cr, 24, 128, 80, 20);
+    Section(cr, "Filter", 128, 8, 112, 224);
+    Text(cr, "Cutoff", 166, 124, 10);
+    Section(cr, "Trim", 248, 8, 136, 224);
+    Text(cr, "1", 279, 124, 10);
+    Text(cr, "2", 347, 124, 10);
+    Section(cr, "Output", 392, 8, 80, 224);
+    MeterScale(cr, 424, 48);
+}
+
+// Coordinates match the control rects of GUIXML/1001.xml.
+void SecondaryBackground(cairo_t *cr) {
+    SetColor(cr, kPanel);
+    cairo_paint(cr);
+    Section(cr, "Gain", 8, 8, 72, 104);
+    Section(cr, "Filter", 88, 8, 144, 104);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: mirel-make-images <resources folder>\n");
+        return 2;
+    }
+    const std::filesystem::path folder = argv[1];
+    std::error_code err;
+    std::filesystem::create_directories(folder / "PNG_", err);
+    if (err) {
+        std::fprintf(stderr, "mirel-make-images: cannot create %s/PNG_\n", argv[1]);
+        return 1;
+    }
+    const bool ok =
+        Write(folder, 2000, 480, 240, PrimaryBackground) &&
+        Write(folder, 2001, kKnobSize, kKnobSize * kKnobFrames, KnobStrip) &&
+        Write(folder, 2010, 48, 24, [](cairo_t *cr) { Switch(cr, false); }) &&
+        Write(folder, 2011, 48, 24, [](cairo_t *cr) { Switch(cr, true); }) &&
+        Write(folder, 2020, kKnobSize, kKnobSize, SelectionRing) &&
+        Write(folder, 2030, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, false); }) &&
+        Write(folder, 2031, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, true); }) &&
+        Write(folder, 2040, 240, 120, SecondaryBackground);
+    return ok ? 0 : 1;
+}
