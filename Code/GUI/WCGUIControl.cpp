@@ -77,6 +77,16 @@ WCGUIControl *WCGUIControl::Clone() const {
 
 // ---- life -----------------------------------------------------------------------------------
 
+void WCGUIControl::ForgetControl(const WCGUIControl *other) {
+    auto drop = [other](std::vector<WCGUIControl *> &list) {
+        list.erase(std::remove(list.begin(), list.end(), other), list.end());
+    };
+    drop(m_Dependents);
+    drop(m_DrawDependents);
+    if (m_pFather == other)
+        m_pFather = nullptr;
+}
+
 int WCGUIControl::FinishCreate() {
     auto resolve = [this](std::vector<WCFixedString<63>> &names, std::vector<WCGUIControl *> &out) {
         out.clear();

@@ -84,6 +84,8 @@ public:
     int FinishCreate() override;
     // Ends the hover and releases every registration that is not display-only.
     int Release();
+    // `other` is going: it stops being this control's father or one of its dependents.
+    void ForgetControl(const WCGUIControl *other);
 
     // ---- flags, disabling, showing -----------------------------------------------------------
     // "NoMultipleSelection" and "AllowShiftMod" go to the selectable flags; "Hidden" hides and

@@ -1,0 +1,371 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "Code/Algorithm/WCAlgorithmBroadcaster.h"
+#include "Code/GUI/CDrawable.h"
+#include "Code/GUI/CSelectableHome.h"
+#include "Code/GUI/ControlGroup.h"
+#include "Code/GUI/WCGUIXMLReader.h"
+#include "Code/GUI/WCNeighborable.h"
+#include "Code/GUI/WCSkinsData.h"
+#include "Code/GUI/WCSystemBarListener.h"
+#include "Code/GUI/WIControlOwner.h"
+#include "core/MirelNamespace.h"
+#include "core/WCFixedString.h"
+#include "core/WCPoint2D.h"
+#include "core/WCRGBAColor.h"
+#include "core/WURect.h"
+#include "resources/MirelComponentInfo.h"
+#include "resources/WCResKey.h"
+
+MIREL_NAMESPACE_BEGIN
+
+class cALGORITHM;
+class WCBaseImageVector;
+class WCGUIControl;
+class WCHtmlManager;
+class X_CToolbarButton;
+struct WSPluginView;
+
+// The document of one plug-in GUI, read from a GUI XML resource: the controls (in drawing and
+// hit-test order, and in reading order, which owns them), templates, base pictures, toolbar,
+// groups, tab rings, web pages and skins, with the document's flags. The view layer hands it
+// events and asks it for pictures; controls reach it through WIControlOwner. A plug-in derives
+// from it to add its own control kinds through the two factory hooks.
+// Life: construction, InitGui, FinishCreate, use, Dispose, destruction. [main-thread]
+class CStandardGUI_X : public WCAlgorithmListener,
+                       public WCSystemBarListener,
+                       public CSelectableHome,
+                       public CDrawable,
+                       public WIControlOwner {
+public:
+    // Bits of the document's flag word (Flag_List).
+    enum EGUIFlags : unsigned int {
+        eNoSelectRect = 1,
+        eNoAlwaysDraw = 2,
+        eDropBaseImage = 3,
+        eNoImages = 4,
+        eNoAutomatableImages = 5,
+        eNoClipping = 6,
+        eFollowChainerScaling = 7,
+    };
+    // Bits of the control order flags.
+    enum EControlOrderFlags : unsigned int {
+        eIgnoreControlOrder = 0,
+        eNonIdenticalTabOrderSizes = 1,
+        eHasAutomationControlOrder = 2,
+    };
+    // One place in a tab ring: the control a name resolved to and its four neighbours.
+    struct WSTabEntry : public WCNeighborable<WSTabEntry *> {
+        WCFixedString<63> m_Name;
+        WCGUIControl *m_pControl = nullptr;
+    };
+
+    static constexpr const char *kRedrawKeySuffix = "GUI_needs_redraw";
+    static constexpr const char *kScalingKeySuffix = "GUI_scaling_factor";
+    static constexpr std::uint64_t kDefaultGraphicStreamDataPtrThreshold = 128;
+    // The group nesting a GUI XML may use; deeper groups are not read.
+    static constexpr int kMaxGroupDepth = 64;
+
+    CStandardGUI_X(WTResContainerType *&container, char const *pluginName);
+    ~CStandardGUI_X() override;
+    CStandardGUI_X(const CStandardGUI_X &) = delete;
+    CStandardGUI_X &operator=(const CStandardGUI_X &) = delete;
+
+    // ---- life --------------------------------------------------------------------------------
+    // Publishes the redraw counter, loads the GUI XML `key` (filtered and templates resolved),
+    // reads it, orders the controls and tabs, and reads the skins. A resource that does not load
+    // is its code and leaves an empty document that is not alive; otherwise the skins' code.
+    virtual int InitGui(cALGORITHM *alg, WCResKey &key);
+    // The same for a document without pictures: nothing is drawn.
+    int InitGuiWithoutImages(cALGORITHM *alg, WCResKey &key);
+    // Finishes every control, links tabs and selection, joins the algorithm's listeners and
+    // brings the setup title, skin and link groups up to date. A second call does nothing.
+    virtual int FinishCreate();
+    // Leaves the algorithm's listeners and deletes what the document owns; a second call does
+    // nothing. The destructor calls it.
+    virtual void Dispose();
+    bool IsAlive() const noexcept { return m_Alive; }
+    bool IsFinished() const noexcept { return m_Finished; }
+    bool IsDisposed() const noexcept { return m_Disposed; }
+    void SetPluginView(WSPluginView *view) noexcept { m_pPluginView = view; }
+    void ResetPluginView() noexcept { m_pPluginView = nullptr; }
+    WSPluginView *GetPluginView() const noexcept { return m_pPluginView; }
+    // Where the host placed the GUI's window, in screen coordinates.
+    void SetWindowPosition(const WCPoint2D<short> &position) noexcept {
+        m_WindowPosition = position;
+    }
+    const WCPoint2D<short> &GetWindowPosition() const noexcept { return m_WindowPosition; }
+    virtual void ActivateWindow() { m_WindowActivated = true; }
+    virtual void DeactivateWindow() { m_WindowActivated = false; }
+    bool IsWindowActivated() const noexcept { return m_WindowActivated; }
+
+    // ---- reading and writing -----------------------------------------------------------------
+    // A root whose "version" is neither "4" nor "5" reads nothing and is no fault. Otherwise the
+    // first code of a part that did not read; the other parts are read all the same.
+    virtual WTErr ReadFromXML(XML::CXMLElement const *const root, GUIXML::WCReader &reader);
+    using CDrawable::ReadFromXML;
+    WTErr ReadFromXMLFlags(XML::CXMLElement const &flags, unsigned int &word) const;
+    // One "cCONTROLLER": a new control owned by the caller, or null when it has no "Class", an
+    // unknown type, or neither type attribute.
+    virtual WCGUIControl *ReadXML_Control(XML::CXMLElement const &element);
+    WTErr ReadXML_ControlGroups(XML::CXMLElement const &element, ControlGroup *parent = nullptr,
+                                int depth = 0);
+    WTErr ReadXML_ControlOrderList(XML::CXMLElement const &element,
+                                   std::vector<WCFixedString<63>> &order);
+    WTErr ReadXML_Controls_List(XML::CXMLElement const &element, std::vector<WCGUIControl *> &into);
+    WTErr ReadXML_Flag_List(XML::CXMLElement const &element);
+    WTErr ReadXML_HTMLViewList(XML::CXMLElement const &element);
+    WTErr ReadXML_PictList(XML::CXMLElement const &element);
+    WTErr ReadXML_TabOrderList(XML::CXMLElement const &element);
+    WTErr ReadXML_ToolBarControlList(XML::CXMLElement const &element);
+    WTErr ReadXML_ViewRectList(XML::CXMLElement const &element);
+    // A GUI XML that reads back into the same document: version "4", a "ref" to
+    // "Default_Plugin", and every part this document keeps.
+    XML::CXMLElement *WriteToXML(XML::CXMLElement *element) const override;
+    XML::CXMLElement *WriteToXML_ControlOrderList() const;
+    XML::CXMLElement *WriteToXML_ControlsList() const;
+    XML::CXMLElement *WriteToXML_PictList() const;
+    XML::CXMLElement *WriteToXML_ToolbarList() const;
+    XML::CXMLElement *WriteToXML_ViewRect_List() const;
+    // Elements of a GUI XML that this document does not read but a plug-in may expect.
+    static bool IsXMLElementValidButUnhandled(const char *name) noexcept;
+
+    // ---- control factories -------------------------------------------------------------------
+    // The plug-in's own control kinds: a new control for `type`, or null to leave it to the
+    // library.
+    virtual WCGUIControl *CreateSpecificControls(WCFixedStringBase const &type);
+    virtual X_CToolbarButton *CreateCustomToolbarControls(WCFixedStringBase const &type);
+
+    // ---- controls ----------------------------------------------------------------------------
+    WCGUIControl *GetControlPtrByName(const char *name) override;
+    // Null beyond the list.
+    WCGUIControl *GetControlPtrByIndex(std::int64_t index) const;
+    // -1 for a name no control has.
+    int GetControlIndexByName(const char *name) const;
+    std::vector<WCGUIControl *>::const_iterator GetControlIterByName(const char *name) const;
+    WCGUIControl *GetTemplateControlPtrByName(const char *name) const;
+    X_CToolbarButton *GetToolBarControl(std::size_t index) const;
+    std::size_t GetNumToolBarControls() const noexcept { return m_Toolbar.size(); }
+    // eControlOutOfRange beyond the list.
+    int GetControlNameOfLength(std::int64_t index, std::size_t length,
+                               WCFixedStringBase &out) const;
+    // The index of the topmost control under `point` (the last one in drawing order that is
+    // drawn and hit), or -1.
+    int InsideWhichControl(const WCPoint2D<short> &point) const;
+    // The toolbar button under `point`, or null.
+    X_CToolbarButton *InsideWhichToolbarControl(const WCPoint2D<short> &point) const;
+    // eGUIObjectNotFound when no control is there.
+    int GetControlNameByLocation(const WCPoint2D<short> &point, WCFixedStringBase &out) const;
+    // Takes ownership; with `finish`, FinishCreate runs at once.
+    int AddNewControl(WCGUIControl *control, bool finish);
+    // Deletes the control and every link to it; eGUIObjectNotFound for one not in the document.
+    int DeleteControl(WCGUIControl *control);
+    std::size_t GetNumGUIControllers() const noexcept { return m_Controls.size(); }
+    const std::vector<WCGUIControl *> &GetControls() const noexcept { return m_Controls; }
+    const std::vector<WCGUIControl *> &GetControlsInReadingOrder() const noexcept {
+        return m_ReadingOrder;
+    }
+    const std::vector<WCGUIControl *> &GetTemplateControls() const noexcept { return m_Templates; }
+    void DoOnAllControls(const std::function<void(WCGUIControl &)> &action) const;
+    void DoOnSomeControls(const std::function<bool(const WCGUIControl &)> &which,
+                          const std::function<void(WCGUIControl &)> &action) const;
+    void DoOnSomeControlsByLeadParam(std::uint64_t id,
+                                     const std::function<void(WCGUIControl &)> &action) const;
+    // Each registration, of every control, bound to parameter `id`.
+    void DoOnSomeControlRegistrations(
+        std::uint64_t id, const std::function<void(WCGUIControl &, std::size_t)> &action) const;
+    void DoOnControlRegistrationsByControlName(
+        const char *name, const std::function<void(WCGUIControl &, std::size_t)> &action) const;
+
+    // ---- selection ---------------------------------------------------------------------------
+    // The index of the first control above idle, or -1.
+    int GetSelectedController() const;
+    std::size_t GetNumSelectedControllers() const;
+    // eControlOutOfRange beyond the list; otherwise the other controls go idle and this one
+    // takes its top level.
+    int SelectControl(std::int64_t index);
+    void DeSelectAllControls() { ResetSelectedList(); }
+    void DeSelectControl(WCGUIControl *control) override;
+    // -1 beyond the list.
+    int GetNumRegisteredParamsForControl(std::int64_t index) const;
+
+    // ---- groups ------------------------------------------------------------------------------
+    bool GroupExists(const char *name) const override;
+    int GroupAdd(const char *name) override;
+    // eGUIObjectNotFound for an unknown group.
+    int GroupAddControl(const char *name, WCGUIControl *control) override;
+    int GroupRemoveControl(const char *name, WCGUIControl *control);
+    int GroupHide(const char *name);
+    int GroupShow(const char *name);
+    int GroupShowHide(const char *name, bool show);
+    ControlGroup *GetGroup(const char *name) const;
+    std::size_t GetNumGroups() const noexcept { return m_Groups.size(); }
+    // Moves every control by (dx, dy), or those of `group` when given.
+    int OffsetControls(int dx, int dy, const char *group = nullptr);
+
+    // ---- order and tabs ----------------------------------------------------------------------
+    const std::vector<WCFixedString<63>> &GetRequestedControlOrder() const noexcept {
+        return m_RequestedOrder;
+    }
+    const std::vector<WCFixedString<63>> &GetRequestedAutomationOrder() const noexcept {
+        return m_AutomationOrder;
+    }
+    // The controls in the requested order (or the automation order), those the order does not
+    // name at the end in reading order.
+    virtual std::vector<WCGUIControl *> CheckGetOrderedControlList(bool automation) const;
+    void PrepareControlOrder();
+    void PrepareTabOrder();
+    void BuildTabGroups();
+    void SetControlOrderTabOrderFlag(const char *name, bool on);
+    bool GetControlOrderFlag(unsigned int bit) const noexcept {
+        return bit < 32 && (m_ControlOrderFlags >> bit) & 1u;
+    }
+    const std::vector<WSTabEntry> &GetTabList(bool vertical) const noexcept {
+        return vertical ? m_TabVert : m_TabHoriz;
+    }
+    // The tab ring of each group: the entries of the horizontal list whose control is in it.
+    const std::vector<WSTabEntry> *GetTabGroup(const char *group) const;
+
+    // ---- flags, pictures, geometry -----------------------------------------------------------
+    bool GetGUIFlag(unsigned int bit) const override {
+        return bit < 32 && (m_GUIFlags >> bit) & 1u;
+    }
+    void SetGUIFlag(unsigned int bit, bool on);
+    std::uint64_t GetGraphicStreamDataPtrThreshold() const noexcept {
+        return m_GraphicStreamDataPtrThreshold;
+    }
+    const WCRGBAColor &GetBackgroundColor() const noexcept { return m_BackgroundColor; }
+    bool HasBackgroundColor() const noexcept { return m_HasBackgroundColor; }
+    short GetAboutResID() const noexcept { return m_AboutResID; }
+    short GetIconResID() const noexcept { return m_IconResID; }
+    std::size_t GetNumBasePictVecs() const noexcept { return m_BasePicts.size(); }
+    WCBaseImageVector *GetBasePictVec(std::size_t index) const;
+    WCBaseImageVector *GetCurrentBasePictVec() const { return GetBasePictVec(m_CurrentBasePict); }
+    // eOutOfRangeNumber beyond the list, the current one unchanged.
+    int SetCurrentBasePictVec(std::size_t index);
+    void ClearBasePicts();
+    // The drawable rect of the document; the first rect also becomes the original rect.
+    void SetViewRect(const WURect<short> &rect);
+    const WURect<short> &GetViewRect() const noexcept { return m_DrawableRect; }
+    const std::vector<WURect<short>> &GetViewRects() const noexcept { return m_ViewRects; }
+    double GetGuiScalingFactor() const noexcept { return m_ScalingFactor; }
+    // eOutOfRangeNumber for a factor that is not a positive number, with nothing changed.
+    int SetGuiScalingFactor(double factor);
+    double GetPreviousScalingFactor() const noexcept { return m_PreviousScalingFactor; }
+    bool IsScalingFactorFitsCurrentScreen(double factor) const;
+
+    // ---- redraw ------------------------------------------------------------------------------
+    void SetNeedToRedrawGUI() override { ++m_RedrawCounter; }
+    std::uint32_t GetRedrawCounter() const noexcept { return m_RedrawCounter; }
+    // A picture of the document needs the drawing pipeline, which is not built: eNotImplemented.
+    int GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) override;
+
+    // ---- algorithm events --------------------------------------------------------------------
+    void PresetLoaded(Preset::CPresetInfo const &info) override;
+    void PresetModified(EPluginSetup setup) override;
+    void SetupTitleChanged(EPluginSetup setup, WCFixedStringBase const &title) override;
+    void ActiveSetupChanged(EPluginSetup setup) override;
+    using WCAlgorithmListener::SetupTitleChanged;
+    // Whether the current preset of `setup` (-1 the active one) changed since it was loaded.
+    bool IsPresetModified(int setup) const;
+    const WCFixedString<255> &GetSetupTitle() const noexcept { return m_SetupTitle; }
+
+    // ---- skins, pages, text --------------------------------------------------------------------
+    // Remembers the skin; an unknown name or the present one does nothing.
+    virtual int UpdateSkin(const char *name);
+    const WCFixedString<63> &GetCurrentSkin() const noexcept { return m_CurrentSkin; }
+    bool HasSkins() const noexcept { return m_Skins.GetNumSkins() > 0; }
+    WCSkinsData &GetSkinsData() noexcept { return m_Skins; }
+    WCHtmlManager *GetHtmlManager() const noexcept { return m_pHtmlManager.get(); }
+    void SetIsDirectText(bool direct) noexcept { m_DirectText = direct; }
+    bool GetIsDirectText() const noexcept { return m_DirectText; }
+    // The GUI editor: on, and its move and resize modes.
+    void SetEditorMode(bool on) noexcept { m_EditorMode = on; }
+    void SetEditorMoveMode(bool on) noexcept { m_EditorMoveMode = on; }
+    void SetEditorResizeMode(bool on) noexcept { m_EditorResizeMode = on; }
+    bool IsEditorMode() const noexcept { return m_EditorMode; }
+    bool IsEditorMoveMode() const noexcept { return m_EditorMoveMode; }
+    bool IsEditorResizeMode() const noexcept { return m_EditorResizeMode; }
+
+    cALGORITHM *GetAlgorithm() const noexcept { return m_pAlg; }
+    const WCFixedString<127> &GetPluginName() const noexcept { return m_PluginName; }
+    const WCResKey &GetGUIKey() const noexcept { return m_GUIKey; }
+    const GUIXML::WCReader &GetReader() const noexcept { return m_Reader; }
+
+protected:
+    // Hooks of InitGui and Dispose for a derived GUI; empty here.
+    virtual void InitGuiBeforeOrder() {}
+    virtual void InitGuiAfterOrder() {}
+    virtual void InitGuiLast() {}
+    virtual void FinishCreateSelf() {}
+    virtual void DisposeSelf() {}
+    virtual void DisposeLast() {}
+    // The screens of the display, in pixels; none without a view layer.
+    virtual std::vector<WURect<int>> GetAllScreensRects() const { return {}; }
+
+private:
+    WTErr ReadOneRootChild(XML::CXMLElement const &child, GUIXML::WCReader &reader);
+    void ReadXML_TabList(XML::CXMLElement const &element, std::vector<WSTabEntry> &list);
+    void LinkTabRing(std::vector<WSTabEntry> &list, bool vertical, bool linkControls);
+    // The selection list in drawing order, linked as a ring, then the tab rings over it.
+    void RelinkSelection();
+    void PublishKeys();
+    void UnpublishKeys();
+    void DumpControlOrder(const std::vector<WCGUIControl *> &ordered) const;
+    void DeleteOwned();
+
+    cALGORITHM *m_pAlg = nullptr;
+    WCFixedString<127> m_PluginName;
+    MirelComponentInfo m_ComponentInfo{};
+    WCResKey m_GUIKey;
+    std::vector<WCGUIControl *> m_Controls;
+    std::vector<WCGUIControl *> m_ReadingOrder;
+    std::vector<WCGUIControl *> m_Templates;
+    std::vector<X_CToolbarButton *> m_Toolbar;
+    std::vector<std::unique_ptr<WCBaseImageVector>> m_BasePicts;
+    std::size_t m_CurrentBasePict = 0;
+    unsigned int m_GUIFlags = 0;
+    unsigned int m_ControlOrderFlags = 0;
+    std::uint64_t m_GraphicStreamDataPtrThreshold = kDefaultGraphicStreamDataPtrThreshold;
+    double m_ScalingFactor = 1.0;
+    double m_PreviousScalingFactor = 1.0;
+    WCRGBAColor m_BackgroundColor{0, 0, 0, 255};
+    bool m_HasBackgroundColor = false;
+    short m_AboutResID = -1;
+    short m_IconResID = -1;
+    std::vector<WURect<short>> m_ViewRects;
+    WCSkinsData m_Skins;
+    WCFixedString<63> m_CurrentSkin;
+    std::unique_ptr<WCHtmlManager> m_pHtmlManager;
+    WSPluginView *m_pPluginView = nullptr;
+    WCPoint2D<short> m_WindowPosition;
+    std::uint32_t m_RedrawCounter = 0;
+    std::vector<WSTabEntry> m_TabHoriz;
+    std::vector<WSTabEntry> m_TabVert;
+    bool m_HasTabHoriz = false;
+    std::map<WCFixedString<63>, std::vector<WSTabEntry>> m_TabGroups;
+    std::map<WCFixedString<63>, std::unique_ptr<ControlGroup>> m_Groups;
+    std::vector<WCFixedString<63>> m_RequestedOrder;
+    std::vector<WCFixedString<63>> m_AutomationOrder;
+    GUIXML::WCReader m_Reader;
+    WCFixedString<255> m_SetupTitle;
+    bool m_PresetModified[2] = {false, false};
+    bool m_Alive = false;
+    bool m_Finished = false;
+    bool m_Disposed = false;
+    bool m_KeysPublished = false;
+    bool m_ScalingPublished = false;
+    bool m_WindowActivated = false;
+    bool m_DirectText = false;
+    bool m_EditorMode = false;
+    bool m_EditorMoveMode = false;
+    bool m_EditorResizeMode = false;
+};
+
+MIREL_NAMESPACE_END
