@@ -7,6 +7,9 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/WCGUIControl.h"
+#include "Code/GUI/X_CToolbarButton.h"
 #include "Code/Presets/CPresetsManager.h"
 #include "core/WUAssert.h"
 
@@ -88,8 +91,8 @@ bool IsControlIndex(cALGORITHM &alg, std::int64_t index) {
                              alg.GetAutomationManager().GetNumAutomationControllers();
 }
 
-// The GUI work answers what a GUI request does with a GUI; until then a request that finds its
-// GUI has nobody to answer.
+// Dragging files onto a GUI belongs to input handling, which is not built: a request that finds
+// its GUI has nobody to answer.
 int GUIRequest(Request &request, cALGORITHM &alg, char const *errorText) {
     return Finish(request, FindRequestGUI(alg, request) ? eNotImplemented : kErrNoGUI, errorText);
 }
@@ -155,46 +158,106 @@ int GetAutomationControlByNameHack(Request &request) {
     return Finish(request, eNotImplemented, "GetAutomationControlByNameHack returned error");
 }
 
+// Binds `gui` to the GUI the request names, or answers that there is none.
+#define MIREL_REQUEST_GUI(request, text)                                                           \
+    CStandardGUI_X *gui = FindRequestGUI(alg, request);                                            \
+    if (gui == nullptr)                                                                            \
+        return Finish(request, kErrNoGUI, text)
+
 int GetGuiControlPtrByNameHack(Request &request) {
     MIREL_REQUEST_ALG(request);
-    (void)String(request, "control_name");
-    return GUIRequest(request, alg, "GetGuiControlPtrByNameHack returned error");
+    const std::string name = String(request, "control_name");
+    char const *text = "GetGuiControlPtrByNameHack returned error";
+    MIREL_REQUEST_GUI(request, text);
+    WCGUIControl *control = gui->GetControlPtrByName(name.c_str());
+    if (control == nullptr)
+        return Finish(request, kErrGUIObjectNotFound, text);
+    request.m_pRawRequest->SetPayloadPtr(control);
+    request.m_pRawRequest->m_PayloadSize = sizeof(WCGUIControl *);
+    return Finish(request, eNoErr);
 }
 
 int GetPressedToolbarButtonHack(Request &request) {
     MIREL_REQUEST_ALG(request);
-    return GUIRequest(request, alg, "GetControlPtrByNameHack returned error");
+    char const *text = "GetControlPtrByNameHack returned error";
+    MIREL_REQUEST_GUI(request, text);
+    for (std::size_t i = 0; i < gui->GetNumToolBarControls(); ++i)
+        if (X_CToolbarButton *button = gui->GetToolBarControl(i); button->IsPressed()) {
+            request.m_pRawRequest->SetPayloadPtr(button);
+            request.m_pRawRequest->m_PayloadSize = sizeof(X_CToolbarButton *);
+            return Finish(request, eNoErr);
+        }
+    return Finish(request, kErrGUIObjectNotFound, text);
 }
 
 int GetGuiLimitRectByIndex(Request &request) {
     MIREL_REQUEST_ALG(request);
-    (void)Index(request, "limit_rect_index");
-    return GUIRequest(request, alg, nullptr);
+    const std::int64_t index = Index(request, "limit_rect_index");
+    MIREL_REQUEST_GUI(request, nullptr);
+    const auto &rects = gui->GetViewRects();
+    if (index < 0 || static_cast<std::uint64_t>(index) >= rects.size())
+        return Finish(request, eOutOfRangeNumber);
+    const WURect<short> &rect = rects[static_cast<std::size_t>(index)];
+    json &result = Result(request);
+    result["x"] = static_cast<double>(rect.left);
+    result["y"] = static_cast<double>(rect.top);
+    result["w"] = static_cast<double>(rect.Width());
+    result["h"] = static_cast<double>(rect.Height());
+    return Finish(request, eNoErr);
 }
+
+namespace {
+
+// A point of the request, refused when it lies beyond what a GUI coordinate can hold.
+bool RequestPoint(Request const &request, WCPoint2D<short> &point) {
+    const double x = Number(request, "x");
+    const double y = Number(request, "y");
+    constexpr double kMax = std::numeric_limits<short>::max();
+    constexpr double kMin = std::numeric_limits<short>::min();
+    if (!(x >= kMin && x <= kMax && y >= kMin && y <= kMax))
+        return false;
+    point = WCPoint2D<short>(static_cast<short>(x), static_cast<short>(y));
+    return true;
+}
+
+} // namespace
 
 int InsideWhichControl(Request &request) {
     MIREL_REQUEST_ALG(request);
-    (void)Number(request, "x");
-    (void)Number(request, "y");
-    return GUIRequest(request, alg, "InsideWhichControl returned error");
+    char const *text = "InsideWhichControl returned error";
+    WCPoint2D<short> point;
+    const bool valid = RequestPoint(request, point);
+    MIREL_REQUEST_GUI(request, text);
+    const int index = valid ? gui->InsideWhichControl(point) : -1;
+    Result(request)["control_index"] = index;
+    return Finish(request, index >= 0 ? eNoErr : kErrGUIObjectNotFound, text);
 }
 
 int IsToolbarControlUnderPoint(Request &request) {
     MIREL_REQUEST_ALG(request);
-    (void)Number(request, "x");
-    (void)Number(request, "y");
-    return GUIRequest(request, alg, "InsideWhichControl returned error");
+    char const *text = "InsideWhichControl returned error";
+    WCPoint2D<short> point;
+    const bool valid = RequestPoint(request, point);
+    MIREL_REQUEST_GUI(request, text);
+    Result(request)["toolbar_under_point"] =
+        valid && gui->InsideWhichToolbarControl(point) != nullptr;
+    return Finish(request, eNoErr);
 }
 
 int IsSupportContentScale(Request &request) {
     MIREL_REQUEST_ALG(request);
-    return GUIRequest(request, alg, "IsSupportContentScale returned error");
+    MIREL_REQUEST_GUI(request, "IsSupportContentScale returned error");
+    Result(request)["support_content_scale"] =
+        alg.GetPluginValue_bool("GUI_resize_supported", false);
+    return Finish(request, eNoErr);
 }
 
 int UpdateDPIScalingFactor(Request &request) {
     MIREL_REQUEST_ALG(request);
-    (void)Number(request, "ScalingFactor");
-    return GUIRequest(request, alg, "UpdateDPIScalingFactor returned error");
+    const double factor = Number(request, "ScalingFactor");
+    char const *text = "UpdateDPIScalingFactor returned error";
+    MIREL_REQUEST_GUI(request, text);
+    return Finish(request, gui->SetGuiScalingFactor(factor), text);
 }
 
 int SetViewRect(Request &request) {
@@ -204,7 +267,14 @@ int SetViewRect(Request &request) {
         return Finish(request, eMemNullPointer);
     if (request.m_pRawRequest->m_PayloadSize < 8)
         return Finish(request, eMemBuffTooShort);
-    return GUIRequest(request, alg, nullptr);
+    MIREL_REQUEST_GUI(request, nullptr);
+    short sides[4];
+    std::memcpy(sides, request.m_pRawRequest->PayloadPtr(), sizeof sides);
+    const WURect<short> rect(sides[0], sides[1], sides[2], sides[3]);
+    if (rect.Width() < 0 || rect.Height() < 0)
+        return Finish(request, eOutOfRangeNumber);
+    gui->SetViewRect(rect);
+    return Finish(request, eNoErr);
 }
 
 int FileDragOver(Request &request) {
@@ -440,6 +510,7 @@ int PreparePresetChunkHack(Request &request) {
 }
 
 #undef MIREL_REQUEST_ALG
+#undef MIREL_REQUEST_GUI
 
 } // namespace MirelAPI3Internal
 

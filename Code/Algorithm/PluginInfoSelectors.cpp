@@ -5,6 +5,10 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/WCBaseImage.h"
+#include "files/WCStPath.h"
+#include "resources/ResourceManager.h"
 #include "core/WCFourCC.h"
 #include "core/WCStMemObj.h"
 #include "core/WUAssert.h"
@@ -60,10 +64,33 @@ char const *FindKey(WSKeySelector const (&table)[N], unsigned int selector) {
     return nullptr;
 }
 
-// The GUI a selector acts on: "Primary". Until a GUI exists every GUI selector answers that
-// there is none (or, for the controller selectors, that it is not fully created).
-bool HasPrimaryGUI(cALGORITHM const &alg) {
-    return alg.GetGUIPtr(kPrimaryGUI) != nullptr;
+// The GUI a selector acts on: "Primary".
+CStandardGUI_X *PrimaryGUI(cALGORITHM const &alg) {
+    return alg.GetGUIPtr(kPrimaryGUI);
+}
+
+// The controller selectors need a GUI whose controls are finished.
+CStandardGUI_X *FinishedGUI(cALGORITHM const &alg) {
+    CStandardGUI_X *gui = PrimaryGUI(alg);
+    return gui != nullptr && gui->IsFinished() ? gui : nullptr;
+}
+
+// The file of the GUI's icon image, in whichever image form the bundle holds it.
+int IconFilePath(cALGORITHM &alg, WCFixedStringBase &out) {
+    CStandardGUI_X const *gui = PrimaryGUI(alg);
+    if (gui == nullptr)
+        return kErrNoGUI;
+    if (gui->GetIconResID() < 0)
+        return eRMInvalidResID;
+    WCBaseImage icon(gui->GetIconResID());
+    if (const int err = icon.DecideResType(alg.GetContainer()); err != eNoErr)
+        return err;
+    FM::WCStPath path;
+    const int err = RM::GetPathToActualFile(
+        alg.GetContainer(), WCResKey(icon.GetResType().c_str(), gui->GetIconResID()), path);
+    if (err == eNoErr)
+        out = path.GetNativePathString().c_str();
+    return err;
 }
 
 } // namespace
@@ -91,7 +118,7 @@ int GetPluginInfo_WCFixedString(PluginInstance &instance, unsigned int selector,
         }
         return err;
     }
-    case WCFourCC("icnf"): return HasPrimaryGUI(alg) ? eNotImplemented : kErrNoGUI;
+    case WCFourCC("icnf"): return IconFilePath(alg, out);
     case WCFourCC("sAlL"): return alg.GetAlgNameOfLength(arg, out);
     case WCFourCC("sAlN"): return alg.GetAlgName(out);
     case WCFourCC("sPFN"): out = instance.m_PluginFileName; return eNoErr;
@@ -135,7 +162,11 @@ int GetPluginInfo_bool(PluginInstance &instance, unsigned int selector, bool &ou
     case WCFourCC("issm"): out = alg.IsShowMode(); return eNoErr;
     case WCFourCC("hpsc"): out = alg.GetHasPreScan(); return eNoErr;
     case WCFourCC("hssp"): out = alg.HasStemSupport(); return eNoErr;
-    case WCFourCC("PrCh"): return HasPrimaryGUI(alg) ? eNotImplemented : kErrNoGUI;
+    case WCFourCC("PrCh"):
+        if (PrimaryGUI(alg) == nullptr)
+            return kErrNoGUI;
+        out = PrimaryGUI(alg)->IsPresetModified(eCurrentSetup);
+        return eNoErr;
     case WCFourCC("byps"): out = alg.GetBypass(); return eNoErr;
     default: return alg.GetPluginInfo_bool(selector, out, arg);
     }
@@ -199,7 +230,11 @@ int GetPluginInfo_int32_t(PluginInstance &instance, unsigned int selector, std::
             out = led;
         return err;
     }
-    case WCFourCC("Ctrl"): return kErrGUINotFullyCreated;
+    case WCFourCC("Ctrl"):
+        if (FinishedGUI(alg) == nullptr)
+            return kErrGUINotFullyCreated;
+        out = FinishedGUI(alg)->GetSelectedController();
+        return eNoErr;
     case WCFourCC("IfrN"):
         out = alg.GetAutomationControlIndexByName(reinterpret_cast<char const *>(arg));
         return eNoErr;
@@ -208,7 +243,8 @@ int GetPluginInfo_int32_t(PluginInstance &instance, unsigned int selector, std::
     case WCFourCC("nTGs"):
         return static_cast<std::uint64_t>(arg) < alg.GetNumParams() ? eNotImplemented
                                                                     : eOutOfRangeNumber;
-    case WCFourCC("TsCO"): return HasPrimaryGUI(alg) ? eNotImplemented : kErrGUINotFullyCreated;
+    // The next state by control belongs to the toggle controls, which are not built yet.
+    case WCFourCC("TsCO"): return FinishedGUI(alg) ? eNotImplemented : kErrGUINotFullyCreated;
     default: return alg.GetPluginInfo_int32_t(selector, out, arg);
     }
 }
@@ -296,7 +332,20 @@ int GetPluginInfo_uint32_t(PluginInstance &instance, unsigned int selector, std:
     }
     case WCFourCC("gCon"):
     case WCFourCC("selc"):
-    case WCFourCC("rgpr"): return kErrGUINotFullyCreated;
+    case WCFourCC("rgpr"): {
+        CStandardGUI_X const *gui = FinishedGUI(alg);
+        if (gui == nullptr)
+            return kErrGUINotFullyCreated;
+        if (selector == WCFourCC("gCon"))
+            out = static_cast<std::uint32_t>(gui->GetNumGUIControllers());
+        else if (selector == WCFourCC("selc"))
+            out = static_cast<std::uint32_t>(gui->GetNumSelectedControllers());
+        else if (const int count = gui->GetNumRegisteredParamsForControl(arg); count >= 0)
+            out = static_cast<std::uint32_t>(count);
+        else
+            return eControlOutOfRange;
+        return eNoErr;
+    }
     default: return alg.GetPluginInfo_uint32_t(selector, out, arg);
     }
 }
@@ -312,7 +361,21 @@ int SetPluginInfo_bool(PluginInstance &instance, unsigned int selector, bool val
     case WCFourCC("gerc"):
     case WCFourCC("ghom"):
     case WCFourCC("dsac"):
-    case WCFourCC("stxt"): return HasPrimaryGUI(alg) ? eNotImplemented : kErrNoGUI;
+    case WCFourCC("stxt"): {
+        CStandardGUI_X *gui = PrimaryGUI(alg);
+        if (gui == nullptr)
+            return kErrNoGUI;
+        switch (selector) {
+        // True leaves the editor, false enters it.
+        case WCFourCC("gued"): gui->SetEditorMode(!value); break;
+        case WCFourCC("gemc"): gui->SetEditorMoveMode(value); break;
+        case WCFourCC("gerc"): gui->SetEditorResizeMode(value); break;
+        case WCFourCC("ghom"): gui->GoHome(value); break;
+        case WCFourCC("dsac"): gui->DeSelectAllControls(); break;
+        default: gui->SetIsDirectText(value); break;
+        }
+        return eNoErr;
+    }
     case WCFourCC("hufp"): alg.SetPluginValue_bool("HostUsesFirstPreset", value); return eNoErr;
     case WCFourCC("nlpc"): alg.SetNotifyOnLinkedParams(value); return eNoErr;
     case WCFourCC("utfm"): alg.m_ShellFlag_utfm = value; return eNoErr;
@@ -393,9 +456,16 @@ int SetPluginInfo_struct(PluginInstance &instance, unsigned int selector, void *
         return alg.SetMusicInfo(*static_cast<WCMusicInfo const *>(value));
     case WCFourCC("prss"): return alg.SetCurrentProcessor(static_cast<SProcessorSpec *>(value));
     case WCFourCC("tcda"): return alg.SetTimeCodeData(value);
-    // The toolbar menus and additional GUIs live in the GUI.
-    case WCFourCC("tfms"):
-    case WCFourCC("adGp"): return HasPrimaryGUI(alg) ? eNotImplemented : kErrNoGUI;
+    // The toolbar menus belong to the toolbar buttons, which are not built yet.
+    case WCFourCC("tfms"): return PrimaryGUI(alg) ? eNotImplemented : kErrNoGUI;
+    case WCFourCC("adGp"): {
+        CStandardGUI_X *gui = alg.GetGUIPtr(reinterpret_cast<char const *>(arg));
+        if (gui == nullptr)
+            return kErrNoGUI;
+        MIREL_ASSERT_RETURN(value != nullptr, eMemNullPointer);
+        gui->SetWindowPosition(*static_cast<WCPoint2D<short> const *>(value));
+        return eNoErr;
+    }
     default: return alg.SetPluginInfo_struct(selector, value, arg);
     }
 }
@@ -405,7 +475,8 @@ int SetPluginInfo_uint32_t(PluginInstance &instance, unsigned int selector, std:
     MIREL_SELECTOR_ALG(instance);
     switch (selector) {
     case kPrivate: return alg.SetPluginInfo_uint32_t_Private(value, arg);
-    case WCFourCC("sctr"): return HasPrimaryGUI(alg) ? eNotImplemented : kErrNoGUI;
+    case WCFourCC("sctr"):
+        return PrimaryGUI(alg) ? PrimaryGUI(alg)->SelectControl(value) : kErrNoGUI;
     case WCFourCC("side"): return alg.SetSideChainNum(value);
     default: return alg.SetPluginInfo_uint32_t(selector, value, arg);
     }

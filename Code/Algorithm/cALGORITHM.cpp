@@ -7,6 +7,7 @@
 
 #include "Code/Algorithm/WCStAlgLocker.h"
 #include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "Code/GUI/CStandardGUI_X.h"
 #include "Code/Presets/CPresetsManager.h"
 #include "files/WUFileSystemObjects.h"
 #include "resources/GetAndFilterXMLResource.h"
@@ -63,6 +64,8 @@ cALGORITHM::cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&cont
 }
 
 cALGORITHM::~cALGORITHM() {
+    // The GUIs' controls are entered in the parameters' controller lists: they go first.
+    DisposeAllGUIs();
     m_Broadcaster.remove(&m_ShellListener);
     DisposeKeyValueStore();
     m_ProcessLock.uninit();
@@ -376,6 +379,7 @@ int cALGORITHM::ResetAudioBuffers() {
 int cALGORITHM::Dispose() {
     if (m_Disposed)
         return eNoErr;
+    DisposeAllGUIs();
     DisposeSelf();
     FreeBuffers(m_PendingMeterReads);
     m_PresetsManager.reset();
@@ -485,17 +489,54 @@ void cALGORITHM::SetGUIPointer(char const *name, CStandardGUI_X *gui) {
         m_GUIMap[WCFixedString<1023>(name)] = gui;
 }
 
-int cALGORITHM::CreateGuiAndAddToMap(WTResContainerType *, char const *, char const *) {
-    // GUIs are built from the "GUIXML" resource by the GUI layer.
-    return eNotImplemented;
+CStandardGUI_X *cALGORITHM::CreateGUI(WTResContainerType *&container, char const *name) {
+    return new CStandardGUI_X(container, name);
+}
+
+int cALGORITHM::CreateGuiAndAddToMap(WTResContainerType *container, char const *key,
+                                     char const *name) {
+    WTResContainerType *&own = *m_pContainerRef;
+    if (own == nullptr || (container != nullptr && container != own))
+        return eRMContainerNotFound;
+    const char *mapName = name != nullptr ? name : kPrimaryGUIName;
+    WCFixedString<127> pluginName;
+    GetAlgName(pluginName);
+    std::unique_ptr<CStandardGUI_X> gui(CreateGUI(own, pluginName.c_str()));
+    if (gui == nullptr)
+        return eMemOutOfMemory;
+    WCResKey resKey(kGUIXMLResType, key != nullptr ? key : kDefaultGUIXMLID);
+    if (const int err = gui->InitGui(this, resKey); !gui->IsAlive())
+        return err != eNoErr ? err : eXMLTreeNotValid;
+    gui->FinishCreate();
+    CStandardGUI_X *old = GetGUIPtr(mapName);
+    SetGUIPointer(mapName, gui.release());
+    delete old;
+    return eNoErr;
 }
 
 int cALGORITHM::DisposeGuiAndRemoveFromMap(char const *name) {
-    if (GetGUIPtr(name) == nullptr)
+    CStandardGUI_X *gui = GetGUIPtr(name);
+    if (gui == nullptr)
         return kErrNoGUI;
-    // Disposing a GUI is the GUI layer's work, which is not built yet: the GUI stays
-    // where it is rather than being dropped from the map undisposed.
-    return eNotImplemented;
+    SetGUIPointer(name, nullptr);
+    gui->Dispose();
+    delete gui;
+    return eNoErr;
+}
+
+int cALGORITHM::DisposeAdditionalGUIs() {
+    std::vector<WCFixedString<1023>> names;
+    for (auto const &[name, gui] : m_GUIMap)
+        if (!(name == kPrimaryGUIName))
+            names.push_back(name);
+    for (auto const &name : names)
+        DisposeGuiAndRemoveFromMap(name.c_str());
+    return eNoErr;
+}
+
+void cALGORITHM::DisposeAllGUIs() {
+    while (!m_GUIMap.empty())
+        DisposeGuiAndRemoveFromMap(m_GUIMap.begin()->first.c_str());
 }
 
 int cALGORITHM::SetDefaultSkin(char const *name) {

@@ -768,14 +768,27 @@ public:
 
     // ---- GUIs (the GUI work fills these) ---------------------------------------------------
     using GUIMap = std::map<WCFixedString<1023>, CStandardGUI_X *>;
+    static constexpr char const *kPrimaryGUIName = "Primary";
+    static constexpr char const *kGUIXMLResType = "GUIXML";
+    static constexpr char const *kDefaultGUIXMLID = "1000";
     CStandardGUI_X *GetGUIPtr(char const *name) const;
     void SetGUIPointer(char const *name, CStandardGUI_X *gui);
     GUIMap const &GetGUIMap() const { return m_GUIMap; }
+    // A new, empty GUI document for the map entry `name`, owned by the caller: the plug-in's
+    // factory of its own GUI class. The container reference must outlive the document.
+    virtual CStandardGUI_X *CreateGUI(WTResContainerType *&container, char const *name);
+    // Builds the GUI of the "GUIXML" resource `key` (its id, "1000" when null) from this plug-in's
+    // container (null) and enters it under `name` ("Primary" when null); a GUI the name held
+    // before is disposed once the new one stands. A GUI XML that does not load is its code, with
+    // the map unchanged; so is another container, which the document could not keep a hold on.
     virtual int CreateGuiAndAddToMap(WTResContainerType *container, char const *key,
                                      char const *name);
-    // kErrNoGUI for a name the map lacks; eNotImplemented for one it has, which stays in the map
-    // until the GUI layer can dispose of it.
+    // Disposes and deletes the GUI; kErrNoGUI for a name the map lacks.
     virtual int DisposeGuiAndRemoveFromMap(char const *name);
+    // Every GUI but "Primary".
+    virtual int DisposeAdditionalGUIs();
+    // Link groups that follow the controls of the GUIs adjust here; nothing by default.
+    virtual void AdjustLinkGroupsToCurrentGuiControls() {}
     virtual int SetDefaultSkin(char const *name);
     WCFixedStringBase const &GetDefaultSkin() const { return m_DefaultSkin; }
     bool IsShowMode() const { return m_ShowMode; }
@@ -1005,6 +1018,8 @@ public:
     static constexpr std::size_t kImageSlack = WCProcessMemory::kImageSlack;
 
 private:
+    // Every GUI of the map, disposed and deleted.
+    void DisposeAllGUIs();
     // Declaration order follows the data model.
     miThread::WCThreadRef m_MainThreadRef;
     WCAlgorithmBroadcaster m_Broadcaster;

@@ -16,6 +16,9 @@
 
 #include <gtest/gtest.h>
 
+#include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/WCGUIControl.h"
+
 #include "Code/Algorithm/MirelAPI3Internal.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
 #include "Code/Algorithm/WTAlgorithmErrors.h"
@@ -273,9 +276,24 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
                 rows, std::string("Set ") + kind + " " + s,
                 [call, s](int v) { return call(Sel(s), v); }, observe);
     };
-    setters("bool", Setter(&ml::SetPluginInfo_bool, true, false),
-            {"sofp", "gued", "gemc", "gerc", "ghom", "dsac", "stxt"},
-            {{"hufp", [=] { return text(alg->GetPluginValue_bool("HostUsesFirstPreset", false)); }},
+    // What the selectors and requests about the GUI change in it.
+    const Observe guiState = [=] {
+        ml::CStandardGUI_X const *gui = alg->GetGUIPtr("Primary");
+        if (gui == nullptr)
+            return std::string();
+        return text(gui->IsEditorMode()) + text(gui->IsEditorMoveMode()) +
+               text(gui->IsEditorResizeMode()) + text(gui->GetIsDirectText()) +
+               text(gui->GetNumSelectedControllers()) + text(gui->GetWindowPosition().x) +
+               text(gui->GetGuiScalingFactor()) + text(gui->GetViewRect().top);
+    };
+    setters("bool", Setter(&ml::SetPluginInfo_bool, true, false), {"sofp"},
+            {{"gued", guiState},
+             {"gemc", guiState},
+             {"gerc", guiState},
+             {"ghom", guiState},
+             {"dsac", guiState},
+             {"stxt", guiState},
+             {"hufp", [=] { return text(alg->GetPluginValue_bool("HostUsesFirstPreset", false)); }},
              {"nlpc", [=] { return text(alg->GetNotifyOnLinkedParams()); }},
              {"utfm", [=] { return text(alg->m_ShellFlag_utfm); }},
              {"stsm", [=] { return text(alg->IsShowMode()); }},
@@ -301,7 +319,14 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
                 Record record{};
                 return ml::SetPluginInfo_struct(Instance(), s, &record, Arg("Primary"));
             },
-            {"tfms", "adGp"});
+            {"tfms"});
+    Act(
+        rows, "Set struct adGp",
+        [this](int v) {
+            ml::WCPoint2D<short> position(static_cast<short>(10 + v), 20);
+            return ml::SetPluginInfo_struct(Instance(), Sel("adGp"), &position, Arg("Primary"));
+        },
+        guiState);
     // The struct setters with a record of their own, made from the run's variant.
     auto setStruct = [&](char const *s, auto make, Observe observe) {
         Act(
@@ -346,8 +371,6 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
         {MIREL_REQUEST(InsideWhichControl), R"({"params":{"x":1,"y":2}})"},
         {MIREL_REQUEST(IsToolbarControlUnderPoint), R"({"params":{"x":1,"y":2}})"},
         {MIREL_REQUEST(IsSupportContentScale), "{}"},
-        {MIREL_REQUEST(UpdateDPIScalingFactor), R"({"params":{"ScalingFactor":2}})"},
-        {MIREL_REQUEST(SetViewRect), "{}"},
         {MIREL_REQUEST(FileDragOver), "{}"},
         {MIREL_REQUEST(FileDrop), "{}"},
         {MIREL_REQUEST(NotifyAutomation), R"({"params":{"param_index":0}})"},
@@ -369,6 +392,9 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
     auto key = [&](char const *name) {
         return [alg, name] { return alg->GetPluginValue_c_str(name, "absent"); };
     };
+    Request(rows, MIREL_REQUEST(UpdateDPIScalingFactor),
+            {R"({"params":{"ScalingFactor":2}})", R"({"params":{"ScalingFactor":3}})"}, guiState);
+    Request(rows, MIREL_REQUEST(SetViewRect), {"{}", "{}"}, guiState);
     Request(rows, MIREL_REQUEST(SetNoiseRatio),
             {R"({"params":{"noise_ratio":0.5}})", R"({"params":{"noise_ratio":0.25}})"},
             [this] { return ::testing::PrintToString(m_Shell.Calls().size()); });
@@ -417,11 +443,13 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
 }
 
 TEST_F(NoPlaceholderSuccess, NoSelectorRequestOrDefaultAnswersZeroWithoutAnEffect) {
-    // Once without a GUI, once with one in the map (which nothing ever dereferences while the
-    // GUI layer is not built).
+    // Once without a GUI, once with an empty one in the map.
+    ml::WTResContainerType *noContainer = nullptr;
+    ml::CStandardGUI_X gui(noContainer, "Walked");
+    gui.AddNewControl(new ml::WCGUIControl(&gui), false);
+    gui.FinishCreate();
     for (bool withGUI : {false, true}) {
-        m_Alg->SetGUIPointer("Primary",
-                             withGUI ? reinterpret_cast<ml::CStandardGUI_X *>(0x1000) : nullptr);
+        m_Alg->SetGUIPointer("Primary", withGUI ? &gui : nullptr);
         int answered = 0;
         for (auto const &row : Rows()) {
             const WSOutcome first = row.run(0);

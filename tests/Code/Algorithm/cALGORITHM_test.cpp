@@ -352,15 +352,10 @@ TEST_F(StartedAlgorithm, LaterServicesAnswerAsForSomethingAbsent) {
     EXPECT_EQ(m_Alg->GetNumFactoryPresets(count), 0);
     EXPECT_EQ(count, 0u);
     EXPECT_EQ(m_Alg->GetAutomationControlIndexByName("Gain"), -1);
-    EXPECT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, "Primary", "Primary"), ml::eNotImplemented);
+    // Without a bundle there is no GUI XML to build a GUI from, and the map stays empty.
+    EXPECT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, nullptr, nullptr), ml::eRMContainerNotFound);
+    EXPECT_TRUE(m_Alg->GetGUIMap().empty());
     EXPECT_EQ(m_Alg->DisposeGuiAndRemoveFromMap("Primary"), ml::kErrNoGUI);
-    // A GUI in the map cannot be disposed until the GUI layer exists: it stays, and nobody
-    // claims to have disposed it.
-    auto *gui = reinterpret_cast<ml::CStandardGUI_X *>(0x1000);
-    m_Alg->SetGUIPointer("Primary", gui);
-    EXPECT_EQ(m_Alg->DisposeGuiAndRemoveFromMap("Primary"), ml::eNotImplemented);
-    EXPECT_EQ(m_Alg->GetGUIPtr("Primary"), gui);
-    m_Alg->SetGUIPointer("Primary", nullptr);
     EXPECT_EQ(m_Alg->SetRedisKeyValue("k", "v"), ml::kErrRedisNotConnected);
     double value = 0;
     EXPECT_EQ(m_Alg->GetParamRealWorld(0, value), ml::eOutOfRangeNumber);
