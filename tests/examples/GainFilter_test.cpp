@@ -10,6 +10,11 @@
 
 #include "Code/Algorithm/DLLMap.h"
 #include "Code/Algorithm/PluginInfoSelectors.h"
+#include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/WCBaseImageVector.h"
+#include "Code/GUI/WCGUIControl.h"
+#include "Code/GUI/X_CToolbarButton.h"
 #include "Code/Process/WUNativeProcess.h"
 #include "core/WCStMemObj.h"
 #include "resources/ResourceManager.h"
@@ -276,6 +281,58 @@ TEST(DLLMap, LoadsOnceByNameAndReleases) {
     void *none = nullptr;
     EXPECT_EQ(map.Load("missing", "/no/such/path.so", none), ml::eDLLNotFound);
     EXPECT_EQ(none, nullptr);
+}
+
+} // namespace
+
+namespace {
+
+std::vector<std::string> Names(const std::vector<ml::WCGUIControl *> &controls) {
+    std::vector<std::string> names;
+    for (const auto *control : controls)
+        names.emplace_back(control->GetName().c_str());
+    return names;
+}
+
+TEST(GainFilterModule, ItsGUIsReadTheControlsOrderGroupsAndToolbarTheirXMLStates) {
+    mirel_test::WCTestHome home;
+    WCRecordingShell shell;
+    ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
+    ml::cALGORITHM *alg = shell.Algorithm();
+    ASSERT_EQ(alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
+    ASSERT_EQ(alg->CreateGuiAndAddToMap(nullptr, "1001", "Secondary"), 0);
+    const ml::CStandardGUI_X *primary = alg->GetGUIPtr("Primary");
+    const ml::CStandardGUI_X *secondary = alg->GetGUIPtr("Secondary");
+
+    EXPECT_EQ(Names(primary->GetControls()),
+              (std::vector<std::string>{"Gain", "GainValue", "Cutoff", "Filter", "Trim1", "Trim2",
+                                        "Output"}));
+    EXPECT_EQ(Names(secondary->GetControls()),
+              (std::vector<std::string>{"Gain", "Cutoff", "Filter"}));
+    const ml::ControlGroup *trims = primary->GetGroup("Trims");
+    ASSERT_NE(trims, nullptr);
+    EXPECT_EQ(Names(trims->GetControls()), (std::vector<std::string>{"Trim1", "Trim2"}));
+    ASSERT_EQ(trims->GetParents().size(), 1u);
+    EXPECT_EQ(trims->GetParents().front(), primary->GetGroup("Channel"));
+    std::vector<std::string> toolbar;
+    for (std::size_t i = 0; i < primary->GetNumToolBarControls(); ++i)
+        toolbar.emplace_back(primary->GetToolBarControl(i)->GetType().c_str());
+    EXPECT_EQ(toolbar, (std::vector<std::string>{"Preset", "PrevPreset", "NextPreset", "Undo",
+                                                 "Redo"}));
+    EXPECT_EQ(primary->GetTabList(false).size(), 4u);
+    EXPECT_TRUE(primary->GetGUIFlag(ml::CStandardGUI_X::eNoSelectRect));
+
+    // The pictures the documents name are in the bundle the build made.
+    for (const ml::CStandardGUI_X *gui : {primary, secondary}) {
+        ASSERT_NE(gui->GetCurrentBasePictVec(), nullptr);
+        EXPECT_TRUE(gui->GetCurrentBasePictVec()->GetImagePtr(0)->IsLoaded());
+    }
+    for (const ml::WCGUIControl *control : primary->GetControls())
+        for (std::size_t i = 0; i < control->GetNumRegistrations(); ++i)
+            EXPECT_NE(control->GetRegistration(i).GetRegisteredParam(), ~std::uint64_t(0))
+                << control->GetName().c_str();
+    EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Secondary"), 0);
+    EXPECT_EQ(Names(primary->GetControls()).size(), 7u);
 }
 
 } // namespace
