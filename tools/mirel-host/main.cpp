@@ -24,6 +24,7 @@
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
 #include "resources/ResourceManager.h"
+#include "tools/mirel-host/DemoGUI.h"
 #include "tools/mirel-host/DemoPresets.h"
 #include "tools/mirel-host/PresetCommand.h"
 #include "tools/shell/WCRecordingShell.h"
@@ -360,6 +361,7 @@ int Demo(char const *modulePath) {
     ChangeParameters(shell);
     std::printf("\n");
     mirel_host::TourPresets(shell);
+    mirel_host::TourGUIs(shell);
     RunAudio(shell);
 
     std::printf("\nidle:\n");
