@@ -1,0 +1,142 @@
+// What a second instance of the example plug-in with its GUI adds to the heap, against what the
+// first one cost: the resource manager shares the bundle's container, the parsed GUI document and
+// the decoded pictures, so the second instance should pay for its own objects only (target: at
+// most a quarter of the first). Also the time to build a GUI on a started instance, cold (nothing
+// cached) and while another instance's GUI keeps the resources loaded.
+
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+
+#include "Code/Algorithm/cALGORITHM.h"
+#include "bench/support/WCBenchRatios.h"
+#include "resources/ResourceManager.h"
+#include "tools/shell/WCRecordingShell.h"
+
+namespace {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+using mirel_shell::WCRecordingShell;
+
+// Bytes the process has allocated now. Large blocks (decoded pictures) are served by mmap and
+// counted apart from the arenas, so both are added.
+double HeapInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+// Loads the example module into a new shell and creates and starts its component; null and an
+// error on the state when a step fails.
+std::unique_ptr<WCRecordingShell> StartGainFilter(benchmark::State &state) {
+    auto shell = std::make_unique<WCRecordingShell>();
+    ml::MirelComponentInfo info;
+    if (shell->LoadModule(MIREL_EXAMPLE_MODULE) != 0 ||
+        shell->GetModuleComponentInfo(0, info) != 0 || shell->Create(info) != 0 ||
+        shell->Start() != 0) {
+        state.SkipWithError("the example plug-in did not start");
+        return nullptr;
+    }
+    return shell;
+}
+
+bool CreatePrimaryGui(benchmark::State &state, WCRecordingShell &shell) {
+    if (shell.Algorithm()->CreateGuiAndAddToMap(nullptr, "1000", "Primary") != 0) {
+        state.SkipWithError("the Primary GUI was not created");
+        return false;
+    }
+    return true;
+}
+
+// Whether the resource manager holds nothing, so that the next instance pays for every load.
+bool CacheIsEmpty() {
+    ml::WSResourceManagerInfo info;
+    return ml::RM::GetResourceManagerInfo(info) != 0 ||
+           (info.m_NumContainers == 0 && info.m_TotalResources == 0);
+}
+
+// Each iteration starts from an empty resource manager, starts one instance with its GUI, then a
+// second, and tears both down; the counters are the means over the iterations.
+void BM_SecondInstanceGuiHeap(benchmark::State &state) {
+    double firstSum = 0;
+    double secondSum = 0;
+    for (auto _ : state) {
+        // The shells of the previous iteration closed their containers; the manager goes too so
+        // that nothing of theirs is left to share.
+        ml::RM::Dispose();
+        if (!CacheIsEmpty()) {
+            state.SkipWithError("the resource manager was not empty before the first instance");
+            break;
+        }
+        const double before = HeapInUse();
+        auto first = StartGainFilter(state);
+        if (first == nullptr || !CreatePrimaryGui(state, *first))
+            break;
+        const double afterFirst = HeapInUse();
+        auto second = StartGainFilter(state);
+        if (second == nullptr || !CreatePrimaryGui(state, *second))
+            break;
+        const double afterSecond = HeapInUse();
+        firstSum += afterFirst - before;
+        secondSum += afterSecond - afterFirst;
+
+        second->Algorithm()->DisposeGuiAndRemoveFromMap("Primary");
+        first->Algorithm()->DisposeGuiAndRemoveFromMap("Primary");
+        second.reset();
+        first.reset();
+    }
+    const auto runs = static_cast<double>(state.iterations());
+    if (runs > 0 && firstSum > 0) {
+        state.counters["first_bytes"] = firstSum / runs;
+        state.counters["second_bytes"] = secondSum / runs;
+        state.counters["second_over_first"] = secondSum / firstSum;
+    }
+    ml::RM::Dispose();
+}
+BENCHMARK(BM_SecondInstanceGuiHeap)->Iterations(4)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// Builds and disposes the Primary GUI of a started instance. With `shared` another started
+// instance keeps its own GUI open, so the document and pictures come from the cache; without it
+// every creation loads, parses and decodes them again.
+void CreateGuiLoop(benchmark::State &state, bool shared) {
+    ml::RM::Dispose();
+    std::unique_ptr<WCRecordingShell> holder;
+    if (shared) {
+        holder = StartGainFilter(state);
+        if (holder == nullptr || !CreatePrimaryGui(state, *holder))
+            return;
+    }
+    auto shell = StartGainFilter(state);
+    if (shell == nullptr)
+        return;
+    for (auto _ : state) {
+        if (!CreatePrimaryGui(state, *shell))
+            break;
+        state.PauseTiming();
+        shell->Algorithm()->DisposeGuiAndRemoveFromMap("Primary");
+        state.ResumeTiming();
+    }
+    shell.reset();
+    holder.reset();
+    ml::RM::Dispose();
+}
+
+void BM_CreateGuiCold(benchmark::State &state) { CreateGuiLoop(state, false); }
+BENCHMARK(BM_CreateGuiCold)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void BM_CreateGuiShared(benchmark::State &state) { CreateGuiLoop(state, true); }
+BENCHMARK(BM_CreateGuiShared)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void PrintRatios(const mirel_bench::WCBenchRatios &ratios) {
+    ratios.PrintRatio("BM_CreateGuiShared/real_time", "BM_CreateGuiCold/real_time",
+                      "(a GUI whose resources another instance holds / one that loads them)");
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    return mirel_bench::RunBenchmarksWithRatios(argc, argv, PrintRatios);
+}
