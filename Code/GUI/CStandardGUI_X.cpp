@@ -58,8 +58,7 @@ int CStandardGUI_X::InitGui(cALGORITHM *alg, WCResKey &key) {
         m_ScalingPublished = true;
         SetGuiScalingFactor(GuiSizes::ReadGuiSizeFromPrefs(alg->GetAlgType()));
     }
-    m_ReadingOrder = m_Controls;
-    for (WCGUIControl *control : m_Controls)
+    for (WCGUIControl *control : m_ReadingOrder)
         m_Skins.addControl(control);
 
     InitGuiBeforeOrder();

@@ -119,11 +119,17 @@ WTErr CStandardGUI_X::ReadOneRootChild(XML::CXMLElement const &child, GUIXML::WC
         return ReadXML_ToolBarControlList(child);
     if (name == "TabOrder_List")
         return ReadXML_TabOrderList(child);
-    if (name == "Control_List")
-        return ReadXML_Controls_List(child, m_Controls);
-    if (name == "cCONTROLLER") {
-        if (WCGUIControl *control = ReadXML_Control(child))
-            m_Controls.push_back(control);
+    if (name == "Control_List" || name == "cCONTROLLER") {
+        // The reading-order list owns the controls from the moment they are read.
+        std::vector<WCGUIControl *> read;
+        if (name == "cCONTROLLER") {
+            if (WCGUIControl *control = ReadXML_Control(child))
+                read.push_back(control);
+        } else {
+            ReadXML_Controls_List(child, read);
+        }
+        m_Controls.insert(m_Controls.end(), read.begin(), read.end());
+        m_ReadingOrder.insert(m_ReadingOrder.end(), read.begin(), read.end());
         return eNoErr;
     }
     if (name == "Control_Groups")
@@ -158,6 +164,8 @@ WCGUIControl *CStandardGUI_X::ReadXML_Control(XML::CXMLElement const &element) {
         control->SetContainerRef(*m_pContainerRef);
         // What of the control does not read is left at its defaults: the control stays.
         control->ReadFromXMLWithAlg(&element, m_pAlg);
+        // The kind is the one that made the control, whatever further "Class" elements say.
+        control->SetClassType(type.c_str());
         return control;
     }
     if (cls->AttribExists("AutomationType")) {

@@ -173,6 +173,7 @@ public:
     double GetMouseDirectionFactor() const noexcept { return m_MouseDirectionFactor; }
     double GetMouseSensitivity() const noexcept { return m_MouseSensitivity; }
     const WCFixedString<31> &GetClassType() const noexcept { return m_ClassType; }
+    void SetClassType(const char *type) { m_ClassType = type; }
     const WCFixedString<127> &GetAcceptableCharacters() const noexcept { return m_AcceptableChars; }
     WCGUIControl *GetFatherControl() const noexcept { return m_pFather; }
     const std::vector<WCGUIControl *> &GetDependents() const noexcept { return m_Dependents; }
