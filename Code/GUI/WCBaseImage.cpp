@@ -171,7 +171,7 @@ WTErr WCBaseImage::ReadFromXML(const XML::CXMLElement *const element) {
         if (const WTErr err = GUIXML::ReadRect(*position, rect); err != eNoErr)
             return err;
     SetResID(resID);
-    m_Path = path;
+    m_Path = path.c_str();
     m_BoundRect = rect;
     return eNoErr;
 }

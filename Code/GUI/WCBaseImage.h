@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "Utilities/XML/Code/CXMLable.h"
 #include "core/MirelNamespace.h"
@@ -65,7 +66,7 @@ public:
     using CXMLable::WriteToXML;
 
     const WCFixedString<31> &GetResType() const noexcept { return m_ResType; }
-    const WCFixedString<1023> &GetPath() const noexcept { return m_Path; }
+    const std::string &GetPath() const noexcept { return m_Path; }
     const WURect<short> &GetBoundRect() const noexcept { return m_BoundRect; }
     void SetBoundRect(const WURect<short> &rect) noexcept { m_BoundRect = rect; }
     const WSDecodedImage *GetPixels() const noexcept { return m_pPixels; }
@@ -80,7 +81,9 @@ protected:
 
     short m_ResID = kNoResID;
     WCFixedString<31> m_ResType{"????"};
-    WCFixedString<1023> m_Path;
+    // Most images are resources without a path, and a knob's strip is cloned once per frame:
+    // the path lives out of line so that an image stays small.
+    std::string m_Path;
     WURect<short> m_BoundRect;
     int m_SequenceNumber = -1;
     const WSDecodedImage *m_pPixels = nullptr;
