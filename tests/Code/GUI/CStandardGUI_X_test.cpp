@@ -56,6 +56,7 @@ std::string FullGUI() {
     return R"(<GUI version="5">
   <Background_Color red="10" green="20" blue="30"/>
   <ViewRect_List><Rect top="0" left="0" width="400" height="200"/></ViewRect_List>
+  <Pict_List><Image Type="Icon" ResID="77"/></Pict_List>
   <Flag_List><NoSelectRect/><DropBaseImage/><NoClipping Value="off"/>
     <GraphicStreamDataPtrThreshold>4096</GraphicStreamDataPtrThreshold></Flag_List>
   <Control_List>)" +
@@ -121,7 +122,7 @@ int RefusingExec(int op, std::int64_t, void *, void *, void *) {
 class GUIDocument : public ::testing::Test {
 protected:
     void SetUp() override {
-        Write("resource_config.yaml", "Extensions:\n  GUIXML: .xml\n  PNG_: .png\n");
+        Write("resource_config.yaml", "Extensions:\n  GUIXML: .xml\n  PNG_: .png\n  Skins: .xml\n");
         ASSERT_EQ(ml::RM::OpenResContainer(Bundle().c_str(), 0, m_Container), 0);
         ml::MirelComponentInfo info;
         info.m_ComponentType = ml::WCFourCC("Nati");
@@ -349,6 +350,13 @@ TEST_F(GUIDocument, SelectorsAndRequestsAnswerFromThePrimaryGUI) {
     EXPECT_EQ(gui->GetNumSelectedControllers(), 0u);
     EXPECT_EQ(ml::GetPluginInfo_uint32_t(m_Instance, ml::WCFourCC("rgpr"), count, 4), 0);
     EXPECT_EQ(count, 1u);
+    ml::WCFixedString<1023> icon;
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(m_Instance, ml::WCFourCC("icnf"), icon, 0),
+              ml::eRMResNotFound)
+        << "the bundle lacks the icon the document names";
+    Write("PNG_/77.png", "icon");
+    EXPECT_EQ(ml::GetPluginInfo_WCFixedString(m_Instance, ml::WCFourCC("icnf"), icon, 0), 0);
+    EXPECT_TRUE(std::string(icon.c_str()).ends_with("/PNG_/77.png")) << icon.c_str();
     bool modified = true;
     EXPECT_EQ(ml::GetPluginInfo_bool(m_Instance, ml::WCFourCC("PrCh"), modified, 0), 0);
     EXPECT_FALSE(modified);
@@ -387,6 +395,51 @@ TEST_F(GUIDocument, SelectorsAndRequestsAnswerFromThePrimaryGUI) {
     raw.m_PayloadSize = sizeof rect;
     EXPECT_EQ(API::SetViewRect(with("{}")), 0);
     EXPECT_EQ(gui->GetViewRect().Width(), 240);
+}
+
+TEST_F(GUIDocument, SkinsInheritFromTheirFathersAndARingOfFathersEnds) {
+    Write("Skins/1000.xml", R"(<Skins>
+      <Skin Name="Default"><ViewRect_List><Rect top="0" left="0" width="300" height="100"/></ViewRect_List></Skin>
+      <Skin Name="Dark" FatherName="Default" HideControls="true"/>
+      <Skin Name="Loop1" FatherName="Loop2"/><Skin Name="Loop2" FatherName="Loop1"/></Skins>)");
+    CStandardGUI_X *gui = Create(FullGUI());
+    ml::WCSkinsData &skins = gui->GetSkinsData();
+    ASSERT_EQ(skins.GetNumSkins(), 4u);
+    EXPECT_EQ(skins.GetSkinXMLHierarchy("Dark"),
+              (std::vector<const ml::XML::CXMLElement *>{skins.GetSkinXML("Default"),
+                                                         skins.GetSkinXML("Dark")}));
+    EXPECT_EQ(skins.GetSkinXMLHierarchy("Loop1").size(), 2u);
+    EXPECT_TRUE(skins.FindSkinDetailsByName("Dark")->m_HideControls);
+    EXPECT_EQ(skins.GetSkinViewRect("Default").Width(), 300);
+    EXPECT_TRUE(skins.ControlExists("Band3"));
+    EXPECT_EQ(gui->UpdateSkin("Dark"), 0);
+    EXPECT_EQ(gui->GetCurrentSkin(), "Dark");
+    EXPECT_EQ(gui->UpdateSkin("Nope"), ml::kErrGUIObjectNotFound);
+    EXPECT_EQ(gui->GetCurrentSkin(), "Dark");
+}
+
+// A GUI on a display of one 800 x 600 screen.
+class WCScreenGUI : public CStandardGUI_X {
+public:
+    using CStandardGUI_X::CStandardGUI_X;
+
+protected:
+    std::vector<ml::WURect<int>> GetAllScreensRects() const override {
+        return {ml::WURect<int>(0, 0, 600, 800)};
+    }
+};
+
+TEST_F(GUIDocument, AScalingFitsWhenTheScaledViewFitsTheScreenOrOversizeIsAllowed) {
+    WCScreenGUI gui(m_Container, "Gain");
+    ml::WCResKey key("GUIXML", "1000");
+    Write("GUIXML/1000.xml", FullGUI());
+    ASSERT_EQ(gui.InitGui(m_Alg, key), 0);
+    gui.SetViewRect(ml::WURect<short>(0, 0, 300, 400));
+    EXPECT_TRUE(gui.IsScalingFactorFitsCurrentScreen(2.0));
+    EXPECT_FALSE(gui.IsScalingFactorFitsCurrentScreen(2.01));
+    m_Alg->SetPluginValue_bool("GUI_screen_oversize_supported", true);
+    EXPECT_TRUE(gui.IsScalingFactorFitsCurrentScreen(3.0));
+    gui.Dispose();
 }
 
 TEST_F(GUIDocument, ScalingFollowsTheSavedSizeWhenTheGUIMayResize) {
