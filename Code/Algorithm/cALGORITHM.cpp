@@ -505,12 +505,21 @@ int cALGORITHM::CreateGuiAndAddToMap(WTResContainerType *container, char const *
     if (gui == nullptr)
         return eMemOutOfMemory;
     WCResKey resKey(kGUIXMLResType, key != nullptr ? key : kDefaultGUIXMLID);
-    if (const int err = gui->InitGui(this, resKey); !gui->IsAlive())
+    if (const int err = gui->InitGui(this, resKey); !gui->IsAlive()) {
+        gui.reset();
+        if (CStandardGUI_X *primary = GetGUIPtr(kPrimaryGUIName))
+            primary->PublishKeys();
         return err != eNoErr ? err : eXMLTreeNotValid;
+    }
     gui->FinishCreate();
     CStandardGUI_X *old = GetGUIPtr(mapName);
     SetGUIPointer(mapName, gui.release());
-    delete old;
+    if (old != nullptr) {
+        old->Dispose();
+        delete old;
+    }
+    if (CStandardGUI_X *primary = GetGUIPtr(kPrimaryGUIName))
+        primary->PublishKeys();
     return eNoErr;
 }
 
@@ -521,6 +530,9 @@ int cALGORITHM::DisposeGuiAndRemoveFromMap(char const *name) {
     SetGUIPointer(name, nullptr);
     gui->Dispose();
     delete gui;
+    // The GUIs share the keys the document publishes: they follow the main GUI again.
+    if (CStandardGUI_X *primary = GetGUIPtr(kPrimaryGUIName))
+        primary->PublishKeys();
     return eNoErr;
 }
 

@@ -149,12 +149,17 @@ void CStandardGUI_X::DeleteOwned() {
 }
 
 void CStandardGUI_X::PublishKeys() {
-    if (m_pAlg == nullptr || m_KeysPublished)
+    if (m_pAlg == nullptr || m_Disposed)
         return;
     WCFixedString<255> key(m_PluginName.c_str());
     key << kRedrawKeySuffix;
     m_pAlg->SetPluginValue_uint32_t_ptr(key.c_str(), &m_RedrawCounter);
     m_KeysPublished = true;
+    if (m_ScalingPublished) {
+        WCFixedString<255> scalingKey(m_PluginName.c_str());
+        scalingKey << kScalingKeySuffix;
+        m_pAlg->SetPluginValue_double_ptr(scalingKey.c_str(), &m_ScalingFactor);
+    }
 }
 
 // The keys point into this document: when it goes they keep their last values instead.

@@ -261,6 +261,10 @@ public:
     bool IsScalingFactorFitsCurrentScreen(double factor) const;
 
     // ---- redraw ------------------------------------------------------------------------------
+    // Points the algorithm's keys "<plug-in>GUI_needs_redraw" (and, for a resizable GUI,
+    // "<plug-in>GUI_scaling_factor") at this document; GUIs of one instance share the keys, so
+    // the map points them back at the main GUI when another one goes.
+    void PublishKeys();
     void SetNeedToRedrawGUI() override { ++m_RedrawCounter; }
     std::uint32_t GetRedrawCounter() const noexcept { return m_RedrawCounter; }
     // A picture of the document needs the drawing pipeline, which is not built: eNotImplemented.
@@ -315,7 +319,6 @@ private:
     void LinkTabRing(std::vector<WSTabEntry> &list, bool vertical, bool linkControls);
     // The selection list in drawing order, linked as a ring, then the tab rings over it.
     void RelinkSelection();
-    void PublishKeys();
     void UnpublishKeys();
     void DumpControlOrder(const std::vector<WCGUIControl *> &ordered) const;
     void DeleteOwned();

@@ -274,6 +274,10 @@ TEST_F(GUIDocument, GUIsComeAndGoWithoutTouchingEachOther) {
 
     EXPECT_EQ(m_Alg->DisposeGuiAndRemoveFromMap("Second"), 0);
     EXPECT_EQ(m_Alg->GetGUIPtr("Second"), nullptr);
+    primary->SetNeedToRedrawGUI();
+    EXPECT_EQ(m_Alg->GetPluginValue_uint32_t("GainGUI_needs_redraw", 99),
+              primary->GetRedrawCounter())
+        << "the redraw key follows the main GUI again";
     EXPECT_EQ(controllers.size(), both / 2) << "the disposed GUI's controls left the parameter";
     // A change still reaches the other GUI's controls.
     ml::WCGUIControl *a = primary->GetControlPtrByName("A");
