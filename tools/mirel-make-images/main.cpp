@@ -236,5 +236,7 @@ int main(int argc, char **argv) {
         Write(folder, 2030, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, false); }) &&
         Write(folder, 2031, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, true); }) &&
         Write(folder, 2040, 240, 120, SecondaryBackground);
+    // Gives back cairo's font caches, so that a leak checker sees only what is ours.
+    cairo_debug_reset_static_data();
     return ok ? 0 : 1;
 }
