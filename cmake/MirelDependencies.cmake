@@ -11,7 +11,7 @@ find_package(Boost REQUIRED COMPONENTS filesystem regex thread)
 pkg_check_modules(HIREDIS REQUIRED IMPORTED_TARGET hiredis)
 pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
 pkg_check_modules(WEBP REQUIRED IMPORTED_TARGET libwebp)
-# Only the example's image generator draws with cairo; the run-time does not link it.
+# The graphic stream's painter draws with cairo, as does the example's image generator.
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 if(MIREL_BUILD_TESTS)
   find_package(GTest REQUIRED)
