@@ -1,0 +1,178 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/MirelNamespace.h"
+#include "core/WCPoint2D.h"
+#include "core/WURect.h"
+#include "core/miThread.h"
+#include "resources/ResourceManager.h"
+#include "resources/WCResKey.h"
+#include "view/WCEventMessage.h"
+#include "view/WCEventTypes.h"
+#include "view/WCViewCreateOptions.h"
+#include "view/WIViewFrameSource.h"
+
+MIREL_NAMESPACE_BEGIN
+
+struct WSPluginView;
+class WCPluginNativeView;
+
+// The view layer's operations: everything above it sees views, native views and integers. Each
+// returns 0 on success or a negative code unless its comment says otherwise; a null or unknown
+// view or window is refused with eMemNullPointer or kErrInvalidHandle and changes nothing.
+// All of them belong to the main thread (the one that called Init), except the
+// SendMessageToMainThread family, which is the way in for every other thread.
+namespace PluginViewManager {
+
+class ImageData;
+
+// ---- life ------------------------------------------------------------------------------------
+// [main-thread] Makes the calling thread the main thread of the views. A second call keeps the
+// first one's state.
+int Init(WTNativeDLLRefType *const module = nullptr, std::uint64_t options = 0);
+// [main-thread] Disposes of every view, window, timer and capture, and drops the messages not run
+// yet (a thread waiting on one gets eWrongObjectState). Tests call it between cases.
+int Dispose();
+WEManagerInitOptions GetRuntimeEnviron();
+
+// ---- views -----------------------------------------------------------------------------------
+// eOutOfRangeNumber for a size that is negative.
+int CreatePluginView(const WCPluginViewCreateOptions &options, WSPluginView *&outView);
+int DisposePluginView(WSPluginView *view);
+int ShowPluginView(WSPluginView *view);
+int HidePluginView(WSPluginView *view);
+// A view whose events are off, or that is hidden, takes no input.
+int EnableWindowEvents(bool enable, WSPluginView *view);
+// `relative` adds the point to the position instead of setting it; `repaint` invalidates the
+// whole view; `keepOnScreen` moves the view back inside the screen that holds its top-left corner.
+int RepositionView(WSPluginView *view, const WCPoint2D<int> &position, bool relative, bool repaint,
+                   bool keepOnScreen);
+int ResizeView(WSPluginView *view, int width, int height, bool repaint);
+// Position in the parent (top, left) and size.
+int GetViewBounds(WSPluginView *view, WURect<int> &outBounds);
+// Adds to the region waiting to be painted.
+int InvalidateRect(WSPluginView *view, const WURect<int> &rect);
+int GetInvalidRect(WSPluginView *view, WURect<int> &outRect);
+// Paints at once: the callback gets eEventDraw and the waiting region is cleared.
+int RenderNow(WSPluginView *view);
+int IsViewInFullScreenWindow(WSPluginView *view, bool &outFullScreen);
+int GetNativeView(WSPluginView *view, WCPluginNativeView *&outNative);
+int GetNativeParentView(WSPluginView *view, WCPluginNativeView *&outParent);
+int GetParentViewFromNativeView(WCPluginNativeView *native, WSPluginView *&outView);
+int MakePluginWindowNoTopMost(WSPluginView *view);
+int GetThreadWhereViewWasCreated(WSPluginView *view, miThread::WCThreadRef &outThread);
+int GetDPIScaleFactor(WSPluginView *view, double &outFactor);
+int GetRetinaScaleFactor(WSPluginView *view, double &outFactor);
+int SetNativeViewPosition(WCPluginNativeView *native, const WCPoint2D<int> &position);
+
+// ---- system windows --------------------------------------------------------------------------
+int CreateSystemWindow(const WCSystemWindowCreateOptions &options, WCPluginNativeView *&outWindow);
+// The plug-in views inside the window go with it.
+int DisposeSystemWindow(WCPluginNativeView *window);
+int ResizeSystemWindow(WCPluginNativeView *window, int width, int height);
+int GetSystemWindowTitle(WCPluginNativeView *window, std::string &outTitle);
+int UpdateSystemWindowTitle(WCPluginNativeView *window, const char *title);
+int GetWindowPosition(WCPluginNativeView *window, WCPoint2D<int> &outPosition);
+int SetWindowPosition(WCPluginNativeView *window, const WCPoint2D<int> &position);
+int GetThreadWhereSystemWindowWasCreated(WCPluginNativeView *window,
+                                         miThread::WCThreadRef &outThread);
+
+// ---- coordinates and input -------------------------------------------------------------------
+// Between the desktop (all screens) and the view's own pixels.
+int PVMGlobalToLocal(WSPluginView *view, const WCPoint2D<int> &in, WCPoint2D<int> &out);
+int PVMLocalToGlobal(WSPluginView *view, const WCPoint2D<int> &in, WCPoint2D<int> &out);
+int PVMGlobalToLocal(WSPluginView *view, const WCPoint2D<short> &in, WCPoint2D<short> &out);
+int PVMLocalToGlobal(WSPluginView *view, const WCPoint2D<short> &in, WCPoint2D<short> &out);
+// While a view holds the capture, every mouse message goes to it, wherever it happened.
+int PVMSetCapture(WSPluginView *view);
+int PVMReleaseCapture();
+WSPluginView *PVMGetCapture();
+// Whether the key of a modifier is down now; either Super key counts as the secondary one.
+bool GetModifierKeyState(WEModifier modifier);
+// Turns the modifier's key state over and gives the new state.
+int FlipModifierKey(WEModifier modifier, bool &outDown);
+// Two shorts in one word: `low` in the low 16 bits, `high` in the high ones.
+int Pack(short low, short high, unsigned int &outPacked);
+int UnPack(unsigned int packed, short &outLow, short &outHigh);
+
+// ---- text box and dialogs --------------------------------------------------------------------
+// One text box at a time; a new one replaces the old, which is left without its text.
+int ActivateTextBox(WSPluginView *view, const WCPoint2D<short> &topLeft,
+                    const WCPoint2D<short> &bottomRight, const WCTextBoxOptions &options);
+// Leaves the box without accepting its text.
+int QuitTextBox();
+// eNotImplemented: this platform has no on-screen keyboard to configure.
+int GetKeyBoardParamsByTextBoxParams(const WCTextBoxOptions &options, int &outKeyboardType);
+// Questions go to the responder (Utils below); without one the default button is the answer.
+int DisplayMessageBox(const WCMessageBoxCreateOptions &options, int &outButton);
+int AlertBox(const char *title, const char *message);
+int ActivateAboutBox(WSPluginView *view, const char *text);
+int ActivateFilteredTreeDialog(const WCMessageBoxCreateOptions &options, int &outChoice);
+int ActivateWindowDialog(const WCMessageBoxCreateOptions &options, int &outResult);
+
+// ---- images ----------------------------------------------------------------------------------
+// eNotImplemented: native images are decoded by the GUI layer's image readers on this platform.
+int GetImageFromResource(WTResContainerType *container, short id, ImageData *&outImage);
+int ReleaseImageFromResource(ImageData *&image);
+
+// ---- drag and drop ---------------------------------------------------------------------------
+// A view takes file drops only while registered.
+int RegisterOsForDragAndDrop(WSPluginView *view);
+int UnregisterOsForDragAndDrop(WSPluginView *view);
+int IsRegisteredForDragAndDrop(WSPluginView *view, bool &outRegistered);
+// eNotImplemented: dragging files out of a view needs a system drag service.
+int BeginDragFilePath(WSPluginView *view, const char *path);
+int CreateDataObject(void *&outObject);
+int CreateDropSource(void *&outSource);
+int CreateEnumFormatEtc(void *&outEnum);
+
+// ---- timers and frames -----------------------------------------------------------------------
+// A repeating timer of a view; it goes with the view. eOutOfRangeNumber for a period of 0.
+int StartViewTimer(WSPluginView *view, std::uint64_t periodMs, std::function<void()> callback,
+                   int &outTimerId);
+int StopViewTimer(int timerId);
+// Gives the view its picture source and the period of its frame timer; null stops it. At each
+// tick where the source's NeedToRedrawGUI holds, the view pulls a frame, keeps its bytes and
+// hands them to the painter.
+int SetFrameSource(WSPluginView *view, WIViewFrameSource *source, std::uint64_t periodMs);
+int SetFramePainter(WSPluginView *view,
+                    std::function<void(const char *stream, std::size_t size)> painter);
+// Pulls a frame now, whether or not the source asks for a redraw.
+int DrawFrameNow(WSPluginView *view);
+// The bytes of the last frame pulled (null and 0 before the first), valid until the next one.
+int GetLastFrame(WSPluginView *view, const char *&outStream, std::size_t &outSize);
+int GetFrameCount(WSPluginView *view, std::uint64_t &outCount);
+
+// ---- to the main thread ----------------------------------------------------------------------
+using WTMainThreadCallback = void (*)(void *refCon);
+// [any-thread] Queue the call for the main thread's next RunMainThreadQueue. Before Init,
+// eSomeThingNotInitailzed.
+int SendMessageToMainThreadCallMyCallback(WTMainThreadCallback callback, void *refCon);
+// [any-thread] As above and waits until it has run; on the main thread it runs at once.
+int SendSyncMessageToMainThreadCallMyCallback(WTMainThreadCallback callback, void *refCon);
+// [any-thread] The algorithm layer passes what to do; this layer only carries it across.
+int SendMessageToMainThreadAutomationInfoChange(std::function<void()> notify);
+int SendMessageToMainThreadNotifyParamValue(std::function<void()> notify);
+int SendMessageToMainThreadRelease(std::function<void()> release);
+// [any-thread] The view's dispatcher handles the touch on the main thread, if the view still lives.
+int SendMessageToMainThreadTouch(WSPluginView *view, const WCEventMessage &touch);
+// [any-thread] Resizes the view on the main thread and tells its callback (eEventResize).
+int SendMessageToMainThreadViewSizeChanged(WSPluginView *view, int width, int height);
+// [main-thread] Runs what was queued before the call, in order; returns how many ran.
+std::size_t RunMainThreadQueue();
+// [any-thread]
+bool IsMainThread();
+
+} // namespace PluginViewManager
+
+namespace Utils {
+// The rectangles of the screens on the desktop, in pixels; the first is the main screen.
+int GetAllScreensRectsInPixels(std::vector<WURect<int>> &outScreens);
+} // namespace Utils
+
+MIREL_NAMESPACE_END
