@@ -54,6 +54,23 @@ TEST(GSDumpTool, WritesSvgAndChecksums) {
     EXPECT_NE(ReadFile(counts).find("0 WCGraphicStreamToYAML.m_count_missing"), std::string::npos);
 }
 
+TEST(GSDumpTool, PaintsAPictureOfTheStreamsSize) {
+    mirel_test::WCTempDir dir;
+    const auto png = dir.path() / "demo.png";
+    // The demo's resources folder is not on this machine: its images are reported, not fatal.
+    ASSERT_EQ(RunDump("--png " + Quote(png) + " " + Quote(kDemo) + " 2>/dev/null"), 0);
+    const std::string bytes = ReadFile(png);
+    ASSERT_GT(bytes.size(), 24u);
+    EXPECT_EQ(bytes.substr(1, 3), "PNG");
+    // Width and height stand big-endian in the header chunk.
+    const auto word = [&](std::size_t at) {
+        return (std::uint8_t(bytes[at]) << 24) | (std::uint8_t(bytes[at + 1]) << 16) |
+               (std::uint8_t(bytes[at + 2]) << 8) | std::uint8_t(bytes[at + 3]);
+    };
+    EXPECT_EQ(word(16), 320);
+    EXPECT_EQ(word(20), 200);
+}
+
 TEST(GSDumpTool, EmptyFileGivesEmptyDocuments) {
     mirel_test::WCTempDir dir;
     const auto empty = dir.path() / "empty.gs";

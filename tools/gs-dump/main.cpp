@@ -1,11 +1,15 @@
-// gs-dump: prints a graphic stream file as YAML (compact or full) or as SVG.
+// gs-dump: prints a graphic stream file as YAML (compact or full) or as SVG, or paints it into a
+// PNG picture.
 //
 //   gs-dump [--yaml | --svg] [--full] [--checksums] [-o OUTPUT] STREAM
+//   gs-dump --png OUTPUT STREAM
 //
 // The stream is read whole; a stream written by another process carries no usable data pointers,
 // so their payloads are left out. With -o the output replaces OUTPUT only once it is complete.
 // Exit codes: 0 done, 1 bad arguments, 2 the stream could not be read, 3 the stream is corrupt
-// (its code is printed), 4 the output could not be written.
+// (its code is printed), 4 the output could not be written. A picture whose records could not all
+// be drawn (images of a resources folder that is not on this machine) is written all the same,
+// with the first such code on stderr.
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -19,6 +23,7 @@
 #include "core/WCStMemObj.h"
 #include "graphic_stream/GraphicStreamDefs.h"
 #include "graphic_stream/WCGraphicStreamEngineBase.h"
+#include "graphic_stream/WCGraphicStreamToCairo.h"
 #include "graphic_stream/WCGraphicStreamToSVG.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 
@@ -31,17 +36,20 @@ struct WSOptions {
     bool m_SVG = false;
     bool m_Full = false;
     bool m_Checksums = false;
+    std::string m_PNG;
     std::string m_Output;
     std::string m_Input;
 };
 
 void Usage(std::ostream &out) {
     out << "usage: gs-dump [--yaml | --svg] [--full] [--checksums] [-o OUTPUT] STREAM\n"
+           "       gs-dump --png OUTPUT STREAM\n"
            "  --yaml       YAML, one map per record (the default)\n"
            "  --svg        an SVG picture of the stream\n"
            "  --full       YAML with default values too\n"
            "  --checksums  YAML with the checksum of each record and the counts on stderr\n"
-           "  -o OUTPUT    write to OUTPUT instead of standard output\n";
+           "  -o OUTPUT    write to OUTPUT instead of standard output\n"
+           "  --png OUTPUT paint the stream into the PNG picture OUTPUT\n";
 }
 
 bool ParseArguments(int argc, char **argv, WSOptions &options) {
@@ -55,6 +63,8 @@ bool ParseArguments(int argc, char **argv, WSOptions &options) {
             options.m_Full = true;
         else if (arg == "--checksums")
             options.m_Checksums = true;
+        else if (arg == "--png" && i + 1 < argc)
+            options.m_PNG = argv[++i];
         else if (arg == "-o" && i + 1 < argc)
             options.m_Output = argv[++i];
         else if (arg == "-h" || arg == "--help")
@@ -113,6 +123,29 @@ bool WriteOutput(const std::string &path, const std::string &text) {
     return true;
 }
 
+// Paints the stream and writes the picture beside the target, renamed into place when whole.
+int PaintToPNG(const WSOptions &options, char *stream, std::uint64_t length) {
+    WCGraphicStreamToCairo painter;
+    const WTErr result = painter.ExecStream(stream, length);
+    if (result == kGSErrBadRecordSize || result == kGSErrIllegalCommand ||
+        painter.GetSurface() == nullptr) {
+        std::cerr << "gs-dump: " << options.m_Input << ": corrupt stream: " << FaultText(result)
+                  << " (" << result << ")\n";
+        return 3;
+    }
+    if (painter.GetFirstDrawError() != eNoErr)
+        std::cerr << "gs-dump: " << options.m_Input << ": some records could not be drawn ("
+                  << painter.GetFirstDrawError() << ")\n";
+    const std::string temporary = options.m_PNG + ".gs-dump-tmp";
+    if (painter.WriteToPNG(temporary.c_str()) != eNoErr ||
+        std::rename(temporary.c_str(), options.m_PNG.c_str()) != 0) {
+        std::remove(temporary.c_str());
+        std::cerr << "gs-dump: " << options.m_PNG << ": cannot write\n";
+        return 4;
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -130,6 +163,9 @@ int main(int argc, char **argv) {
     }
     char *stream = static_cast<char *>(memory.GetPtr());
     const std::uint64_t length = memory.GetSize();
+
+    if (!options.m_PNG.empty())
+        return PaintToPNG(options, stream, length);
 
     std::string text;
     WTErr result = eNoErr;
