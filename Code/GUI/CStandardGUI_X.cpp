@@ -129,8 +129,10 @@ void CStandardGUI_X::RelinkSelection() {
 }
 
 void CStandardGUI_X::DeleteOwned() {
-    // The selection list and the groups point at the controls: they go first.
+    // The selection list, the drawing cache and the groups point at the controls: they go first.
     BuildSelectableList({});
+    ClearMinimumDrawInstructionsCache();
+    m_pTopmost = nullptr;
     m_TabHoriz.clear();
     m_TabVert.clear();
     m_TabGroups.clear();
@@ -282,6 +284,8 @@ int CStandardGUI_X::DeleteControl(WCGUIControl *control) {
     if (control == nullptr || owned == m_ReadingOrder.end())
         return kErrGUIObjectNotFound;
     m_ReadingOrder.erase(owned);
+    ClearMinimumDrawInstructionsCache();
+    m_pTopmost = nullptr;
     m_Controls.erase(std::remove(m_Controls.begin(), m_Controls.end(), control), m_Controls.end());
     m_Skins.RemoveControl(control);
     for (auto &[name, group] : m_Groups)
@@ -514,10 +518,6 @@ bool CStandardGUI_X::IsScalingFactorFitsCurrentScreen(double factor) const {
         return width <= screen.Width() && height <= screen.Height();
     }
     return true;
-}
-
-int CStandardGUI_X::GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &) {
-    return eNotImplemented;
 }
 
 // ---- algorithm events -----------------------------------------------------------------------

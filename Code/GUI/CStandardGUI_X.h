@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "Code/Algorithm/WCAlgorithmBroadcaster.h"
@@ -20,6 +21,7 @@
 #include "core/WCPoint2D.h"
 #include "core/WCRGBAColor.h"
 #include "core/WURect.h"
+#include "files/WCStPath.h"
 #include "resources/MirelComponentInfo.h"
 #include "resources/WCResKey.h"
 
@@ -260,15 +262,57 @@ public:
     double GetPreviousScalingFactor() const noexcept { return m_PreviousScalingFactor; }
     bool IsScalingFactorFitsCurrentScreen(double factor) const;
 
-    // ---- redraw ------------------------------------------------------------------------------
+    // ---- redraw and drawing ------------------------------------------------------------------
     // Points the algorithm's keys "<plug-in>GUI_needs_redraw" (and, for a resizable GUI,
     // "<plug-in>GUI_scaling_factor") at this document; GUIs of one instance share the keys, so
     // the map points them back at the main GUI when another one goes.
     void PublishKeys();
     void SetNeedToRedrawGUI() override { ++m_RedrawCounter; }
     std::uint32_t GetRedrawCounter() const noexcept { return m_RedrawCounter; }
-    // A picture of the document needs the drawing pipeline, which is not built: eNotImplemented.
+    // Every frame is a full one, unless "NoAlwaysDraw": then only while the redraw counter is
+    // raised, and other frames hold only what changed.
+    virtual bool NeedToRedrawGUI() const;
+    // One frame of the GUI: the stream record, the resources folder, the document's drawing and,
+    // above all, the topmost control. Nothing with "NoImages".
     int GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) override;
+    // The view clip, then a full frame (background colour, base picture, toolbar, every control)
+    // or a minimal one, the selection rect; lowers the redraw counter.
+    virtual int GetDrawInstructionsSelf(miGS::WCGraphicStreamBinaryWriter &writer);
+    // One control in a frame of its drawable rect, unless hidden or a child control. (The name
+    // keeps its historic spelling.)
+    virtual int GetDrawIntructionsControl(miGS::WCGraphicStreamBinaryWriter &writer,
+                                          WCGUIControl *control);
+    // The control at `index` alone, with its piece of the base picture, for a host that paints
+    // one item; eControlOutOfRange beyond the list.
+    virtual int GetDrawInstructionsForControl(std::size_t index,
+                                              miGS::WCGraphicStreamBinaryWriter &writer);
+    // The base picture inside `rect`, one clipped image per picture that meets it.
+    virtual int GetDrawInstructionsBasePict(miGS::WCGraphicStreamBinaryWriter &writer,
+                                            const WURect<short> &rect);
+    // The base picture inside several rects, in one frame of the view; nothing without rects.
+    virtual int GetDrawInstructionsMultipleClipsBasePict(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                         const std::vector<WURect<short>> &rects);
+    // The rubber band of a selection by drag, a white wire rect, when there is one.
+    virtual int GetDrawInstructionsSelectedRect(miGS::WCGraphicStreamBinaryWriter &writer);
+    // The base picture cut to the control's rect, inside the control's frame.
+    virtual int GetDrawInstructionsControlBackground(miGS::WCGraphicStreamBinaryWriter &writer,
+                                                     const WCGUIControl &control);
+    // What changed since the last frame: the base picture under the dirty rects, then every
+    // control that meets them, clipped to them (" (R)" those that changed, " (NR)" the others).
+    int GetMinimumDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer);
+    void ClearMinimumDrawInstructionsCache();
+    // The dirty rects of the last minimal frame.
+    const std::vector<WURect<short>> &GetDirtyRects() const noexcept { return m_DirtyRects; }
+    // Writes the writer's stream to "<folder>/<name>.<format>" for "gs", "yaml", "graph_data"
+    // and "svg"; another format does nothing. The folder is the one set, else
+    // GetGraphicStreamDumpFolder().
+    int WriteGraphicStreamToFile(miGS::WCGraphicStreamBinaryWriter &writer, const char *format,
+                                 const char *name);
+    static FM::WCStPath GetGraphicStreamDumpFolder();
+    void SetGraphicStreamDumpFolder(const char *folder) { m_DumpFolder = folder ? folder : ""; }
+    // The rubber band the input layer draws while a selection is dragged; empty for none.
+    void SetSelectionRect(const WURect<short> &rect) noexcept { m_SelectionRect = rect; }
+    const WURect<short> &GetDrawnSelectionRect() const noexcept { return m_DrawnSelectionRect; }
 
     // ---- algorithm events --------------------------------------------------------------------
     void PresetLoaded(Preset::CPresetInfo const &info) override;
@@ -312,6 +356,8 @@ protected:
     virtual void DisposeLast() {}
     // The screens of the display, in pixels; none without a view layer.
     virtual std::vector<WURect<int>> GetAllScreensRects() const { return {}; }
+    // Whether the view fills a full-screen window; a change repaints everything.
+    virtual bool IsViewInFullScreen() const { return false; }
 
 private:
     WTErr ReadOneRootChild(XML::CXMLElement const &child, GUIXML::WCReader &reader);
@@ -357,6 +403,21 @@ private:
     std::vector<WCFixedString<63>> m_RequestedOrder;
     std::vector<WCFixedString<63>> m_AutomationOrder;
     GUIXML::WCReader m_Reader;
+    // Drawing state: the dirty rects of this and the last minimal frame, the controls they noted
+    // with their clips, the topmost control, the selection rect.
+    struct WSNotedControl {
+        WCGUIControl *m_pControl = nullptr;
+        std::vector<WURect<short>> m_Clips;
+    };
+    std::vector<WURect<short>> m_DirtyRects;
+    std::vector<WURect<short>> m_LastDirtyRects;
+    std::vector<WSNotedControl> m_NotedControls;
+    WCGUIControl *m_pTopmost = nullptr;
+    WURect<short> m_SelectionRect;
+    WURect<short> m_DrawnSelectionRect;
+    bool m_WasFullScreen = false;
+    bool m_DrawControlBackgrounds = false;
+    std::string m_DumpFolder;
     WCFixedString<255> m_SetupTitle;
     bool m_PresetModified[2] = {false, false};
     bool m_Alive = false;

@@ -139,6 +139,9 @@ public:
     virtual int GetValueWinText(std::size_t index, WCFixedStringBase &out) const;
 
     // ---- drawing -----------------------------------------------------------------------------
+    // Whether the document draws this control again after all others, so that it stands above
+    // them (an open menu, a dragged handle); none does here.
+    virtual bool ShouldDrawTopmost() const { return false; }
     // Background colour, then selection image and parameter data (in the order bit 33 picks).
     int GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) override;
     virtual int GetDrawInstructionsBkgColor(miGS::WCGraphicStreamBinaryWriter &writer);
