@@ -251,3 +251,29 @@ TEST_F(ViewManager, WhatThisPlatformLacksAnswersNotImplemented) {
     EXPECT_EQ(low, -2);
     EXPECT_EQ(high, 300);
 }
+
+TEST_F(ViewManager, AViewMayBeDisposedFromInsideItsOwnCallback) {
+    // A GUI closes its window when asked to: the view goes while its dispatcher is on the stack.
+    struct Closer {
+        WSPluginView *view = nullptr;
+        static bool Callback(void *reference, int code, WCEventData *, void *) {
+            auto *self = static_cast<Closer *>(reference);
+            if (code == eEventClose || code == eEventDraw) {
+                EXPECT_EQ(DisposePluginView(self->view), 0);
+            }
+            return true;
+        }
+    };
+    for (WEEventMessageKind kind : {eMsgClose, eMsgPaint}) {
+        Closer closer;
+        WCPluginViewCreateOptions options;
+        options.m_callback = &Closer::Callback;
+        options.m_reference = &closer;
+        ASSERT_EQ(CreatePluginView(options, closer.view), 0);
+        const int result =
+            kind == eMsgPaint ? RenderNow(closer.view) : PostEvent(closer.view, Message(kind));
+        EXPECT_EQ(result, kind == eMsgPaint ? 0 : 1);
+        WURect<int> bounds;
+        EXPECT_EQ(GetViewBounds(closer.view, bounds), kErrInvalidHandle);
+    }
+}
