@@ -2,7 +2,7 @@
 // caller, and onto the painter's own when the stream asks for a small one. A walk may only end
 // well, with one of the two stream faults, or with a drawing code the painter also reports as its
 // first; a cairo context left in its error state, a crash or a read outside the buffer is a
-// finding.
+// finding. The same bytes also go to the painter's image decoder, as a picture of a bundle would.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +10,7 @@
 
 #include <cairo.h>
 
+#include "graphic_stream/GSCairoImageDecoder.h"
 #include "graphic_stream/WCGraphicStreamToCairo.h"
 
 using namespace MIREL_NAMESPACE_NAME;
@@ -60,7 +61,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         CheckResult(painter.ExecStream(stream, size), painter);
     }
 
-    // Painting never writes into the stream.
+    WTErr decoded = eNoErr;
+    if (cairo_surface_t *image = GSCairoImageDecoder::Decode(buffer, size, decoded)) {
+        if (decoded != eNoErr || cairo_surface_status(image) != CAIRO_STATUS_SUCCESS)
+            std::abort();
+        cairo_surface_destroy(image);
+    } else if (decoded == eNoErr) {
+        std::abort();
+    }
+
+    // Neither painting nor decoding writes into the bytes.
     if (size != 0 && std::memcmp(exact.data(), buffer, size) != 0)
         std::abort();
     std::free(buffer);
