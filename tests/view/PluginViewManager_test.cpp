@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "ViewTestSupport.h"
+#include "core/WUAssert.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
 using namespace MIREL_NAMESPACE_NAME;
@@ -59,7 +60,12 @@ TEST_F(ViewManager, LocalAndGlobalRoundTripThroughNestedWindows) {
     // The window takes its views with it; their handles are refused afterwards.
     ASSERT_EQ(DisposeSystemWindow(window), 0);
     EXPECT_EQ(PVMLocalToGlobal(view, WCPoint2D<int>(), global), kErrInvalidHandle);
+    static int reported = 0;
+    const WTAssertHandler previous =
+        SetAssertHandler([](const char *, int, const char *) { ++reported; });
     EXPECT_EQ(DisposePluginView(nullptr), eMemNullPointer);
+    SetAssertHandler(previous);
+    EXPECT_EQ(reported, 1);
 }
 
 TEST_F(ViewManager, CapturedMouseGoesToTheCapturingViewInItsOwnPixels) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/WTErrors.h"
+#include "core/WUAssert.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -23,8 +24,10 @@ WCHeadlessDesktop &WCHeadlessDesktop::Get() {
 }
 
 WSPluginView &WCHeadlessDesktop::View(WSPluginView *view) const {
-    if (view == nullptr)
+    if (view == nullptr) {
+        ReportAssertFailure(__FILE__, __LINE__, "view != nullptr");
         throw int(eMemNullPointer);
+    }
     if (!IsLiveView(view))
         throw int(kErrInvalidHandle);
     return *view;
@@ -36,8 +39,10 @@ bool WCHeadlessDesktop::IsLiveView(WSPluginView *view) const noexcept {
 }
 
 WCPluginNativeView &WCHeadlessDesktop::Window(WCPluginNativeView *window) const {
-    if (window == nullptr)
+    if (window == nullptr) {
+        ReportAssertFailure(__FILE__, __LINE__, "window != nullptr");
         throw int(eMemNullPointer);
+    }
     const bool live =
         std::any_of(m_windows.begin(), m_windows.end(), [&](auto &w) { return w.get() == window; });
     if (!live)

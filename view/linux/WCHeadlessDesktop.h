@@ -24,8 +24,8 @@ class WCHeadlessDesktop {
 public:
     static WCHeadlessDesktop &Get();
 
-    // Views and windows: a pointer that is not a live one throws kErrInvalidHandle, a null one
-    // eMemNullPointer.
+    // Views and windows: a pointer that is not a live one throws kErrInvalidHandle; a null one is
+    // a caller's mistake, reported through the assert handler and thrown as eMemNullPointer.
     WSPluginView &View(WSPluginView *view) const;
     WCPluginNativeView &Window(WCPluginNativeView *window) const;
     bool IsLiveView(WSPluginView *view) const noexcept;
