@@ -7,8 +7,20 @@
 MIREL_NAMESPACE_BEGIN
 namespace miGS {
 
+namespace {
+
+// A GUI names the resources folder inside its bundle; the container to open is the bundle.
+FM::WCStPath ContainerPath(const FM::WCStPath &path) {
+    const FM::WCStPath contents = path.GetParent();
+    if (path.GetLeaf() == "Resources" && contents.GetLeaf() == "Contents")
+        return contents.GetParent();
+    return path;
+}
+
+} // namespace
+
 WCStResContainerGraphicStream::WCStResContainerGraphicStream(const FM::WCStPath &path)
-    : m_Path(path) {}
+    : m_Path(ContainerPath(path)) {}
 
 // The container's own destructor releases the images it remembered before it closes.
 WCStResContainerGraphicStream::~WCStResContainerGraphicStream() = default;

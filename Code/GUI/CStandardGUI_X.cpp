@@ -522,25 +522,32 @@ bool CStandardGUI_X::IsScalingFactorFitsCurrentScreen(double factor) const {
 
 // ---- algorithm events -----------------------------------------------------------------------
 
+// The preset's name and its modified mark live in the toolbar: preset events repaint the
+// toolbar, while the controls follow their parameters by themselves.
+void CStandardGUI_X::RedrawToolbar() {
+    for (X_CToolbarButton *button : m_Toolbar)
+        button->SetNeedToRedrawControl();
+}
+
 void CStandardGUI_X::PresetLoaded(Preset::CPresetInfo const &) {
     if (m_pAlg != nullptr)
         m_PresetModified[SetupSlot(m_pAlg->GetActiveSetup())] = false;
-    SetNeedToRedrawGUI();
+    RedrawToolbar();
 }
 
 void CStandardGUI_X::PresetModified(EPluginSetup setup) {
     if (m_pAlg != nullptr)
         m_PresetModified[SetupSlot(m_pAlg->GetAbsoluteSetup(setup))] = true;
-    SetNeedToRedrawGUI();
+    RedrawToolbar();
 }
 
 void CStandardGUI_X::SetupTitleChanged(EPluginSetup, WCFixedStringBase const &title) {
     m_SetupTitle = title.c_str();
-    SetNeedToRedrawGUI();
+    RedrawToolbar();
 }
 
 void CStandardGUI_X::ActiveSetupChanged(EPluginSetup) {
-    SetNeedToRedrawGUI();
+    RedrawToolbar();
 }
 
 bool CStandardGUI_X::IsPresetModified(int setup) const {

@@ -363,6 +363,7 @@ private:
     WTErr ReadOneRootChild(XML::CXMLElement const &child, GUIXML::WCReader &reader);
     void ReadXML_TabList(XML::CXMLElement const &element, std::vector<WSTabEntry> &list);
     void LinkTabRing(std::vector<WSTabEntry> &list, bool vertical, bool linkControls);
+    void RedrawToolbar();
     // The selection list in drawing order, linked as a ring, then the tab rings over it.
     void RelinkSelection();
     void UnpublishKeys();

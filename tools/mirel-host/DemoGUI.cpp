@@ -1,5 +1,7 @@
 #include "tools/mirel-host/DemoGUI.h"
 
+#include <filesystem>
+
 #include <cstdio>
 #include <string>
 
@@ -8,6 +10,7 @@
 #include "Code/GUI/WCGUIControl.h"
 #include "Code/GUI/X_CToolbarButton.h"
 #include "core/WTErrors.h"
+#include "tools/mirel-host/GUIFrames.h"
 #include "tools/shell/WCRecordingShell.h"
 
 namespace mirel_host {
@@ -73,6 +76,11 @@ void TourGUIs(mirel_shell::WCRecordingShell &shell) {
     std::printf("  a change of %s's parameter reaches it at idle: %s\n", first->GetName().c_str(),
                 first->NeedToRedrawControl() ? "redraw pending" : "no redraw");
     const int disposed = alg->DisposeGuiAndRemoveFromMap("Secondary");
+    std::printf("  GUI frames, painted without a window:\n");
+    std::error_code err;
+    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", err);
+    ExportGUIFrames(shell, (err ? std::filesystem::current_path() : self.parent_path()).string() +
+                               "/GUI-frames");
     std::printf("  dispose Secondary -> %d; GUIs left: %zu\n\n", disposed, alg->GetGUIMap().size());
 }
 

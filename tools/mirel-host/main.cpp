@@ -4,7 +4,8 @@
 //                               walks its life cycle and prints what it answered
 //   mirel-host preset print FILE / preset convert [--index N] IN OUT
 //                               shows a preset file, or writes it in the other form
-
+//   mirel-host gui [--out FOLDER] [module]
+//                               paints the plug-in's main GUI to PNG, SVG and YAML files
 
 #include <cmath>
 #include <cstdio>
@@ -26,6 +27,7 @@
 #include "resources/ResourceManager.h"
 #include "tools/mirel-host/DemoGUI.h"
 #include "tools/mirel-host/DemoPresets.h"
+#include "tools/mirel-host/GUIFrames.h"
 #include "tools/mirel-host/PresetCommand.h"
 #include "tools/shell/WCRecordingShell.h"
 
@@ -43,7 +45,8 @@ int PrintVersion() {
 
 void PrintUsage(std::FILE *out) {
     std::fprintf(out, "usage: mirel-host version\n"
-                      "       mirel-host demo [plug-in module]\n");
+                      "       mirel-host demo [plug-in module]\n"
+                      "       mirel-host gui [--out FOLDER] [plug-in module]\n");
     mirel_host::PrintPresetUsage(out, false);
 }
 
@@ -391,6 +394,8 @@ int main(int argc, char **argv) {
         return Demo(argc > 2 ? argv[2] : MIREL_EXAMPLE_MODULE);
     if (std::strcmp(argv[1], "preset") == 0)
         return mirel_host::RunPresetCommand(argc - 2, argv + 2);
+    if (std::strcmp(argv[1], "gui") == 0)
+        return mirel_host::RunGUICommand(argc - 2, argv + 2, MIREL_EXAMPLE_MODULE);
     if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "help") == 0) {
         PrintUsage(stdout);
         return 0;
