@@ -132,6 +132,7 @@ void CStandardGUI_X::DeleteOwned() {
     // The selection list, the drawing cache and the groups point at the controls: they go first.
     BuildSelectableList({});
     ClearMinimumDrawInstructionsCache();
+    m_Hovering.clear();
     m_pTopmost = nullptr;
     m_TabHoriz.clear();
     m_TabVert.clear();
@@ -285,6 +286,7 @@ int CStandardGUI_X::DeleteControl(WCGUIControl *control) {
         return kErrGUIObjectNotFound;
     m_ReadingOrder.erase(owned);
     ClearMinimumDrawInstructionsCache();
+    m_Hovering.clear();
     m_pTopmost = nullptr;
     m_Controls.erase(std::remove(m_Controls.begin(), m_Controls.end(), control), m_Controls.end());
     m_Skins.RemoveControl(control);

@@ -413,6 +413,7 @@ private:
     std::vector<WURect<short>> m_DirtyRects;
     std::vector<WURect<short>> m_LastDirtyRects;
     std::vector<WSNotedControl> m_NotedControls;
+    std::vector<WCGUIControl *> m_Hovering;
     WCGUIControl *m_pTopmost = nullptr;
     WURect<short> m_SelectionRect;
     WURect<short> m_DrawnSelectionRect;

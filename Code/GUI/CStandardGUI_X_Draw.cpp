@@ -243,10 +243,16 @@ int CStandardGUI_X::GetMinimumDrawInstructions(miGS::WCGraphicStreamBinaryWriter
     auto visible = [](const WCGUIControl *control) {
         return control->ToDraw() && !control->GetControlFlag(eCF_ChildControl);
     };
+    // One pass over every control: the dirty ones give their rects, and a hover that is still
+    // showing or has to be wiped keeps its control dirty for the next frame.
     m_DirtyRects.clear();
-    for (WCGUIControl *control : m_Controls)
-        if (visible(control) && control->NeedToRedrawControl())
+    m_Hovering.clear();
+    for (WCGUIControl *control : m_Controls) {
+        if (control->NeedToRedrawControl() && visible(control))
             m_DirtyRects.push_back(control->GetCombinedRect());
+        if (control->IsHoverToBeCleaned() || control->GetHoverVisibility())
+            m_Hovering.push_back(control);
+    }
     // The same dirty rects as last frame note the same controls: the notes are kept.
     if (m_DirtyRects != m_LastDirtyRects) {
         m_LastDirtyRects = m_DirtyRects;
@@ -288,9 +294,8 @@ int CStandardGUI_X::GetMinimumDrawInstructions(miGS::WCGraphicStreamBinaryWriter
             control->UpdateRedrawControl();
         }
     }
-    for (WCGUIControl *control : m_Controls)
-        if (control->IsHoverToBeCleaned() || control->GetHoverVisibility())
-            control->SetNeedToRedrawControl();
+    for (WCGUIControl *control : m_Hovering)
+        control->SetNeedToRedrawControl();
     return err;
 }
 

@@ -51,7 +51,10 @@ void WCMouseHover::SetMouseUpOnHover() {
 }
 
 bool WCMouseHover::GetHoverVisibility() {
-    if (m_MeasureTime && GetSecondsNow() - m_StartTime > kHoverDelaySeconds) {
+    // Only a hover on its way in or out waits for time; the clock is read for those alone, as
+    // every frame asks every control.
+    const bool waiting = m_State == eHoverWillBeOn || m_State == eHoverWillBeOff;
+    if (waiting && m_MeasureTime && GetSecondsNow() - m_StartTime > kHoverDelaySeconds) {
         if (m_State == eHoverWillBeOn)
             ChangeState(eHoverOn);
         else if (m_State == eHoverWillBeOff)
