@@ -17,8 +17,11 @@
 #include "Code/GUI/X_CToolbarButton.h"
 #include "Code/Process/WUNativeProcess.h"
 #include "core/WCStMemObj.h"
+#include "graphic_stream/WCGraphicStreamBinaryWriter.h"
+#include "graphic_stream/WCGraphicStreamToCairo.h"
 #include "resources/ResourceManager.h"
 #include "resources/XInfResource.h"
+#include "tests/support/WCGoldenPicture.h"
 #include "tests/support/WCTestHome.h"
 #include "tools/shell/WCRecordingShell.h"
 
@@ -317,8 +320,8 @@ TEST(GainFilterModule, ItsGUIsReadTheControlsOrderGroupsAndToolbarTheirXMLStates
     std::vector<std::string> toolbar;
     for (std::size_t i = 0; i < primary->GetNumToolBarControls(); ++i)
         toolbar.emplace_back(primary->GetToolBarControl(i)->GetType().c_str());
-    EXPECT_EQ(toolbar, (std::vector<std::string>{"Preset", "PrevPreset", "NextPreset", "Undo",
-                                                 "Redo"}));
+    EXPECT_EQ(toolbar,
+              (std::vector<std::string>{"Preset", "PrevPreset", "NextPreset", "Undo", "Redo"}));
     EXPECT_EQ(primary->GetTabList(false).size(), 4u);
     EXPECT_TRUE(primary->GetGUIFlag(ml::CStandardGUI_X::eNoSelectRect));
 
@@ -333,6 +336,52 @@ TEST(GainFilterModule, ItsGUIsReadTheControlsOrderGroupsAndToolbarTheirXMLStates
                 << control->GetName().c_str();
     EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Secondary"), 0);
     EXPECT_EQ(Names(primary->GetControls()).size(), 7u);
+}
+
+} // namespace
+
+namespace {
+
+const std::string kPictures = std::string(MIREL_SOURCE_DIR) + "/tests/data/examples";
+
+// One frame of the GUI painted over the painter's picture.
+void Paint(ml::CStandardGUI_X &gui, ml::miGS::WCGraphicStreamToCairo &painter) {
+    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
+    ASSERT_EQ(gui.GetDrawInstructions(writer), 0);
+    painter.ExecStream(static_cast<char *>(writer.GetStreamPtr()), writer.GetStreamSize());
+    EXPECT_EQ(painter.GetFirstDrawError(), 0) << "every record of the GUI's frame is drawn";
+}
+
+TEST(GainFilterModule, ItsGUIIsPaintedAndAMinimalFrameOverTheOldPictureEqualsAFullOne) {
+    mirel_test::WCTestHome home;
+    WCRecordingShell shell;
+    ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
+    ml::cALGORITHM *alg = shell.Algorithm();
+    ASSERT_EQ(alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
+    ml::CStandardGUI_X &gui = *alg->GetGUIPtr("Primary");
+    shell.Idle(0, 1);
+
+    ml::miGS::WCGraphicStreamToCairo kept;
+    kept.FollowDataPointers(true);
+    kept.SetKeepPicture(true);
+    for (int frame = 0; frame < 4; ++frame)
+        ASSERT_NO_FATAL_FAILURE(Paint(gui, kept));
+    mirel_test::ExpectGoldenPicture(kept.GetSurface(), kPictures, "GainFilter_Primary");
+
+    ml::BUFFER_HEADER *chain = alg->UpdateParamRequestState(0, 250.0);
+    alg->SendAndFreeBuffers(chain, 0, true);
+    shell.Idle(0, 1);
+    ASSERT_FALSE(gui.NeedToRedrawGUI()) << "the change asks for a minimal frame";
+    ASSERT_NO_FATAL_FAILURE(Paint(gui, kept));
+    EXPECT_FALSE(gui.GetDirtyRects().empty());
+
+    ml::miGS::WCGraphicStreamToCairo fresh;
+    fresh.FollowDataPointers(true);
+    gui.SetNeedToRedrawGUI();
+    ASSERT_NO_FATAL_FAILURE(Paint(gui, fresh));
+    mirel_test::ExpectSamePicture(kept.GetSurface(), fresh.GetSurface(),
+                                  "the minimal frame over the old picture");
+    mirel_test::ExpectGoldenPicture(fresh.GetSurface(), kPictures, "GainFilter_Primary_changed");
 }
 
 } // namespace

@@ -10,6 +10,8 @@
 
 #include <cairo.h>
 #include <gtest/gtest.h>
+
+#include "tests/support/WCGoldenPicture.h"
 #include <webp/encode.h>
 
 #include "graphic_stream/WCGSArrays.h"
@@ -49,52 +51,9 @@ cairo_surface_t *MakeTestImage() {
     return image;
 }
 
-// Pixels of two pictures differ when a channel differs by more than this: antialiasing and
-// glyph rendering may move by a step from one cairo or FreeType build to the next.
-constexpr int kChannelTolerance = 24;
-// And the pictures differ when more than this share of their pixels do.
-constexpr double kPixelTolerance = 0.005;
-
-struct WSPictureDiff {
-    int m_MaxChannelDiff = 0;
-    long m_DifferingPixels = 0;
-};
-
-WSPictureDiff ComparePictures(const WCGraphicStreamToCairo &painter, cairo_surface_t *expected) {
-    WSPictureDiff diff;
-    cairo_surface_flush(expected);
-    const unsigned char *a = painter.GetData();
-    const unsigned char *b = cairo_image_surface_get_data(expected);
-    for (int y = 0; y < painter.GetHeight(); ++y) {
-        for (int x = 0; x < painter.GetWidth() * 4; x += 4) {
-            int worst = 0;
-            for (int c = 0; c < 4; ++c)
-                worst = std::max(worst,
-                                 std::abs(a[y * painter.GetStride() + x + c] -
-                                          b[y * cairo_image_surface_get_stride(expected) + x + c]));
-            diff.m_MaxChannelDiff = std::max(diff.m_MaxChannelDiff, worst);
-            diff.m_DifferingPixels += worst > kChannelTolerance;
-        }
-    }
-    return diff;
-}
-
 // Compares the painter's picture with the reviewed PNG; MIREL_UPDATE_GOLDEN=1 rewrites it.
 void ExpectGoldenPicture(const WCGraphicStreamToCairo &painter, const std::string &name) {
-    const std::string path = kGoldenFolder + "/" + name + ".png";
-    if (const char *update = std::getenv("MIREL_UPDATE_GOLDEN"); update && *update == '1') {
-        fs::create_directories(kGoldenFolder);
-        ASSERT_EQ(painter.WriteToPNG(path.c_str()), eNoErr);
-        return;
-    }
-    cairo_surface_t *expected = cairo_image_surface_create_from_png(path.c_str());
-    ASSERT_EQ(cairo_surface_status(expected), CAIRO_STATUS_SUCCESS) << "missing " << path;
-    ASSERT_EQ(cairo_image_surface_get_width(expected), painter.GetWidth()) << path;
-    ASSERT_EQ(cairo_image_surface_get_height(expected), painter.GetHeight()) << path;
-    const WSPictureDiff diff = ComparePictures(painter, expected);
-    cairo_surface_destroy(expected);
-    EXPECT_LE(diff.m_DifferingPixels, kPixelTolerance * painter.GetWidth() * painter.GetHeight())
-        << path << " differs; largest channel difference " << diff.m_MaxChannelDiff;
+    mirel_test::ExpectGoldenPicture(painter.GetSurface(), kGoldenFolder, name);
 }
 
 // A plug-in bundle in a temporary folder with image 7 as PNG and image 8 as WebP, and the same
