@@ -168,7 +168,7 @@ WTErr WCStMemObj::AppendAndReserve(const void *data, std::uint64_t size) noexcep
     return AppendBytes(data, size, true);
 }
 
-void *WCStMemObj::InPlaceAppendAndReserve(std::uint64_t count) noexcept {
+void *WCStMemObj::InPlaceAppendGrowing(std::uint64_t count) noexcept {
     if (count > kMaxSize - m_size)
         return nullptr;
     const std::uint64_t needed = m_size + count;

@@ -69,8 +69,16 @@ public:
     WTErr Append(const void *data, std::uint64_t size) noexcept;
     WTErr AppendAndReserve(const void *data, std::uint64_t size) noexcept;
     // Grows by `count` bytes and returns where they go (their content is undefined), or null
-    // when the block cannot grow. A failed doubling is retried for the exact size.
-    void *InPlaceAppendAndReserve(std::uint64_t count) noexcept;
+    // when the block cannot grow. A failed doubling is retried for the exact size. Inline while
+    // the bytes fit the capacity, since writers call it for every small record they append.
+    void *InPlaceAppendAndReserve(std::uint64_t count) noexcept {
+        if (count <= m_capacity - m_size) {
+            char *place = static_cast<char *>(m_ptr) + m_size;
+            m_size += count;
+            return place;
+        }
+        return InPlaceAppendGrowing(count);
+    }
     // Capacity at least `capacity`.
     WTErr ReservePtr(std::uint64_t capacity) noexcept;
     // Capacity at least size + `headroom`.
@@ -101,6 +109,8 @@ private:
     // Room for `needed` bytes: exactly that, or twice that when `geometric` and it must grow.
     WTErr GrowFor(std::uint64_t needed, bool geometric) noexcept;
     WTErr AppendBytes(const void *data, std::uint64_t size, bool geometric) noexcept;
+    // InPlaceAppendAndReserve when the block has to grow.
+    void *InPlaceAppendGrowing(std::uint64_t count) noexcept;
 
     std::uint64_t m_capacity = 0;
 };

@@ -18,7 +18,8 @@ namespace {
 constexpr std::uint64_t kMaxPayloadBytes =
     static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()) - sizeof(SGSData) - 3;
 
-constexpr char kPaddingByte = 0x5F;
+// The fill of a DataHere record, all four bytes of it, stored as one word.
+constexpr std::uint32_t kPaddingWord = 0x5F5F5F5Fu;
 
 std::uint64_t RoundUp4(std::uint64_t bytes) noexcept {
     return (bytes + 3) & ~std::uint64_t(3);
@@ -28,33 +29,38 @@ std::size_t TextLength(const char *text) noexcept {
     return text != nullptr ? std::strlen(text) : 0;
 }
 
-// Growing the memory object may move its block, so a source that lies inside the stream (a
-// record copied from the stream into itself) is held as an offset across the growth and found
-// again in the new block.
-class WSSourceInStream {
-public:
-    WSSourceInStream(const Utils::WCStMemObj &memory, const void *source,
-                     std::uint64_t appended) noexcept
-        : m_Source(source) {
-        // Without growth nothing moves, which is the common case on every redraw.
-        if (appended <= memory.GetCapacity() - memory.GetSize())
-            return;
-        const auto block = reinterpret_cast<std::uintptr_t>(memory.GetPtr());
-        const auto at = reinterpret_cast<std::uintptr_t>(source);
-        if (block != 0 && at >= block && at - block < memory.GetSize())
-            m_Offset = at - block;
-    }
-    const void *Get(const Utils::WCStMemObj &memory) const noexcept {
-        if (m_Offset == kOutside)
-            return m_Source;
-        return static_cast<const char *>(memory.GetPtr()) + m_Offset;
-    }
+SGSRGBAColor ToSGSColor(const WCRGBAColor &color) noexcept {
+    return SGSRGBAColor{color.red, color.green, color.blue, color.alpha};
+}
 
-private:
-    static constexpr std::uintptr_t kOutside = ~std::uintptr_t(0);
-    const void *m_Source;
-    std::uintptr_t m_Offset = kOutside;
-};
+constexpr std::uintptr_t kOutsideStream = ~std::uintptr_t(0);
+
+// Where `source` lies in the stream, or kOutsideStream.
+std::uintptr_t OffsetInStream(const Utils::WCStMemObj &memory, const void *source) noexcept {
+    const auto block = reinterpret_cast<std::uintptr_t>(memory.GetPtr());
+    const auto at = reinterpret_cast<std::uintptr_t>(source);
+    if (block != 0 && at >= block && at - block < memory.GetSize())
+        return at - block;
+    return kOutsideStream;
+}
+
+// Writes a DataHere record into its reserved `recordBytes`; `header` may lie anywhere, so it is
+// copied as bytes.
+void FillDataHere(char *place, std::uint64_t recordBytes, const void *header, const void *payload,
+                  std::uint64_t bytes) noexcept {
+    // The fill goes first, as one word at the very end; header and payload then cover whatever
+    // of it is not padding.
+    std::memcpy(place + recordBytes - sizeof kPaddingWord, &kPaddingWord, sizeof kPaddingWord);
+    std::memcpy(place, header, sizeof(SGSData));
+    if (bytes != 0) {
+        // Without a source the payload is zeroed rather than left undefined, so the record still
+        // holds the bytes its count announces and a reader stays in step.
+        if (payload != nullptr)
+            std::memcpy(place + sizeof(SGSData), payload, bytes);
+        else
+            std::memset(place + sizeof(SGSData), 0, bytes);
+    }
+}
 
 } // namespace
 
@@ -101,11 +107,6 @@ bool WCGraphicStreamBinaryWriter::WillBeWrittenAsDataPtr(std::uint64_t bytes) co
     return m_DataPtrThreshold != 0 && bytes >= m_DataPtrThreshold;
 }
 
-void WCGraphicStreamBinaryWriter::CountOpenedFrame(std::uint64_t bytes) noexcept {
-    ++m_FramesOpened;
-    m_FramesBytes += bytes;
-}
-
 bool WCGraphicStreamBinaryWriter::Grow(std::uint64_t bytes) noexcept {
     Utils::WCStMemObj &memory = *m_Target;
     const std::uint64_t size = memory.GetSize();
@@ -122,13 +123,66 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DropRecord() noexcept 
     return *this;
 }
 
-template <typename Record>
-char *WCGraphicStreamBinaryWriter::AppendRecord(const Record &record) {
-    const WSSourceInStream source(*m_Target, &record, sizeof(Record));
-    char *place = Reserve(sizeof(Record));
-    if (place != nullptr)
-        std::memcpy(place, source.Get(*m_Target), sizeof(Record));
+char *WCGraphicStreamBinaryWriter::ReserveGrowing(std::uint64_t bytes, const void *&source,
+                                                  const void *&other) noexcept {
+    Utils::WCStMemObj &memory = *m_Target;
+    const std::uintptr_t sourceAt = OffsetInStream(memory, source);
+    const std::uintptr_t otherAt = OffsetInStream(memory, other);
+    char *place = nullptr;
+    if (Fits(bytes) || Grow(bytes))
+        place = static_cast<char *>(memory.InPlaceAppendAndReserve(bytes));
+    if (place == nullptr) {
+        ++m_DroppedRecords;
+        return nullptr;
+    }
+    const char *block = static_cast<const char *>(memory.GetPtr());
+    if (sourceAt != kOutsideStream)
+        source = block + sourceAt;
+    if (otherAt != kOutsideStream)
+        other = block + otherAt;
     return place;
+}
+
+char *WCGraphicStreamBinaryWriter::AppendGrowing(const void *record, std::uint64_t bytes) noexcept {
+    const void *none = nullptr;
+    char *place = ReserveGrowing(bytes, record, none);
+    if (place != nullptr)
+        std::memcpy(place, record, bytes);
+    return place;
+}
+
+inline void WCGraphicStreamBinaryWriter::AppendDataHere(const SGSData &header,
+                                                        const void *payload,
+                                                        std::uint64_t bytes) noexcept {
+    // The fill aligns the stream, not the payload, so a stream a caller left off the grid of 4
+    // comes back to it.
+    const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
+    const std::uint64_t recordBytes = sizeof(SGSData) + bytes + ((0 - unpadded) & 3);
+    if (Fits(recordBytes)) [[likely]] {
+        char *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(recordBytes));
+        FillDataHere(place, recordBytes, &header, payload, bytes);
+        return;
+    }
+    const void *headerSource = &header;
+    if (char *place = ReserveGrowing(recordBytes, headerSource, payload))
+        FillDataHere(place, recordBytes, headerSource, payload, bytes);
+}
+
+inline void WCGraphicStreamBinaryWriter::AppendDataHere(std::int32_t purpose, std::int32_t type,
+                                                        const void *payload, std::size_t count,
+                                                        std::uint64_t elementBytes) noexcept {
+    const std::uint64_t bytes = static_cast<std::uint64_t>(count) * elementBytes;
+    MIREL_ASSERT_RETURN(
+        count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()) &&
+            bytes <= kMaxPayloadBytes,
+        (void)DropRecord());
+    SGSData header;
+    header.header.command = eGSDataHere;
+    header.header.size = static_cast<std::int32_t>(sizeof(SGSData) + RoundUp4(bytes));
+    header.type = type;
+    header.purpose = purpose;
+    header.num_elements = static_cast<std::int32_t>(count);
+    AppendDataHere(header, payload, bytes);
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSStream &stream) {
@@ -139,20 +193,6 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSSt
     // the caller filled the whole field; the font's name below likewise.
     if (char *place = AppendRecord(stream))
         place[offsetof(SGSStream, stream_name) + sizeof stream.stream_name - 1] = '\0';
-    return *this;
-}
-
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenFrame(const SGSFrame &frame) {
-    AppendRecord(frame);
-    return *this;
-}
-
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::CloseFrame(std::int32_t command) {
-    return CommandHeader(command);
-}
-
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::CommandHeader(std::int32_t command) {
-    AppendRecord(SGSCommandHeader{command, static_cast<std::int32_t>(sizeof(SGSCommandHeader))});
     return *this;
 }
 
@@ -210,28 +250,7 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(const SGSData
         bytes = static_cast<std::uint64_t>(header.num_elements) *
                 static_cast<std::uint64_t>(GraphicStreamDataTypeElementSize(header.type));
     MIREL_ASSERT_RETURN(bytes <= kMaxPayloadBytes, DropRecord());
-    // The padding is reserved with the record, so a memory object that cannot grow leaves no
-    // record without its padding behind.
-    const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
-    const std::uint64_t padding = RoundUp4(unpadded) - unpadded;
-    const std::uint64_t recordBytes = sizeof(SGSData) + bytes + padding;
-    const WSSourceInStream headerSource(*m_Target, &header, recordBytes);
-    const WSSourceInStream payloadSource(*m_Target, payload, recordBytes);
-    char *place = Reserve(recordBytes);
-    if (place == nullptr)
-        return *this;
-    std::memcpy(place, headerSource.Get(*m_Target), sizeof(SGSData));
-    place += sizeof(SGSData);
-    if (bytes != 0) {
-        // Without a source the payload is zeroed rather than left undefined, so the record still
-        // holds the bytes its count announces and a reader stays in step.
-        if (payload != nullptr)
-            std::memcpy(place, payloadSource.Get(*m_Target), bytes);
-        else
-            std::memset(place, 0, bytes);
-    }
-    for (std::uint64_t i = 0; i < padding; ++i)
-        place[bytes + i] = kPaddingByte;
+    AppendDataHere(header, payload, bytes);
     return *this;
 }
 
@@ -239,19 +258,9 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(std::int32_t 
                                                                    std::int32_t type,
                                                                    const void *data,
                                                                    std::size_t count) {
-    const std::uint64_t bytes = static_cast<std::uint64_t>(count) *
-                                static_cast<std::uint64_t>(GraphicStreamDataTypeElementSize(type));
-    MIREL_ASSERT_RETURN(
-        count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()) &&
-            bytes <= kMaxPayloadBytes,
-        DropRecord());
-    SGSData header;
-    header.header.command = eGSDataHere;
-    header.header.size = static_cast<std::int32_t>(sizeof(SGSData) + RoundUp4(bytes));
-    header.type = type;
-    header.purpose = purpose;
-    header.num_elements = static_cast<std::int32_t>(count);
-    return DataHere(header, data);
+    AppendDataHere(purpose, type, data, count,
+                   static_cast<std::uint64_t>(GraphicStreamDataTypeElementSize(type)));
+    return *this;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(const SGSData &header) {
@@ -275,16 +284,19 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(std::int32_t p
     return DataPtr(header);
 }
 
+// The element size of each overload is its type's, known here without a look-up.
 #define MIREL_GS_DATA_FORMS(T, TYPE, PER_ITEM)                                                     \
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Data(                                \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
         if (WillBeWrittenAsDataPtr(static_cast<std::uint64_t>(count) * sizeof(T)))                 \
             return DataPtr(purpose, TYPE, data, count * PER_ITEM);                                 \
-        return DataHere(purpose, TYPE, data, count * PER_ITEM);                                    \
+        AppendDataHere(purpose, TYPE, data, count * PER_ITEM, sizeof(T) / PER_ITEM);               \
+        return *this;                                                                              \
     }                                                                                              \
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(                            \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
-        return DataHere(purpose, TYPE, data, count * PER_ITEM);                                    \
+        AppendDataHere(purpose, TYPE, data, count * PER_ITEM, sizeof(T) / PER_ITEM);               \
+        return *this;                                                                              \
     }                                                                                              \
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(                             \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
@@ -305,11 +317,13 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataStr(const char *te
     const std::size_t length = TextLength(text);
     if (WillBeWrittenAsDataPtr(length))
         return DataPtr(eGSPurposeText, eGSTypeChar, text, length);
-    return DataHere(eGSPurposeText, eGSTypeChar, text, length);
+    AppendDataHere(eGSPurposeText, eGSTypeChar, text, length, 1);
+    return *this;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHereStr(const char *text) {
-    return DataHere(eGSPurposeText, eGSTypeChar, text, TextLength(text));
+    AppendDataHere(eGSPurposeText, eGSTypeChar, text, TextLength(text), 1);
+    return *this;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtrStr(const char *text) {
@@ -318,7 +332,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtrStr(const char 
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::SpecialText(std::int32_t purpose,
                                                                       const char *text) {
-    return DataHere(purpose, eGSTypeChar, text, TextLength(text));
+    AppendDataHere(purpose, eGSTypeChar, text, TextLength(text), 1);
+    return *this;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Remark(const char *text) {
@@ -346,7 +361,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawImageRecord(short 
     image.draw_rect = drawRect;
     image.clip_rect = clipRect;
     image.flags = flags.GetBits();
-    return DrawPNG(image);
+    AppendRecord(image);
+    return *this;
 }
 
 WCGraphicStreamBinaryWriter &
@@ -458,7 +474,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNGAtPositionMulti
     image.x = position.x;
     image.y = position.y;
     image.flags = flags.GetBits();
-    return DrawPNGMultipleClips(image);
+    AppendRecord(image);
+    return *this;
 }
 
 // ---- Shapes ----
@@ -490,8 +507,9 @@ WCGraphicStreamBinaryWriter::Vertices(const WCRGBAColor &color, const WCPoint2D<
     vertices.stroke_width = width;
     vertices.stroke_pattern = pattern;
     vertices.flags = flags;
-    vertices.draw_color = WCRGBAColorToSGSRGBAColor(color);
-    return DrawVertices(vertices);
+    vertices.draw_color = ToSGSColor(color);
+    AppendRecord(vertices);
+    return *this;
 }
 
 template <typename T>
@@ -592,13 +610,24 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const char *name,
                                                                const WCRGBAColor &color,
                                                                std::uint32_t flags) {
     SGSFont font;
-    const std::size_t length = TextLength(name);
-    std::memcpy(font.name, name != nullptr ? name : "",
-                length < sizeof font.name - 1 ? length : sizeof font.name - 1);
     font.size = size;
-    font.color = WCRGBAColorToSGSRGBAColor(color);
+    font.color = ToSGSColor(color);
     font.flags = flags;
-    return Font(font);
+    // At most 31 characters, so the name's last byte stays zero.
+    const std::size_t length = name != nullptr ? strnlen(name, sizeof font.name - 1) : 0;
+    if (Fits(sizeof font)) [[likely]] {
+        // Without growth the name cannot move, even from inside the stream, so it is copied
+        // straight into the record.
+        char *place = Reserve(sizeof font);
+        std::memcpy(place, &font, sizeof font);
+        if (length != 0)
+            std::memcpy(place + offsetof(SGSFont, name), name, length);
+        return *this;
+    }
+    if (length != 0)
+        std::memcpy(font.name, name, length);
+    AppendRecord(font);
+    return *this;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(const char *text,
@@ -616,7 +645,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(std::int64
     text.owner = owner;
     text.hAlign = hAlign;
     text.vAlign = vAlign;
-    return DrawTheText(text);
+    AppendRecord(text);
+    return *this;
 }
 
 } // namespace miGS

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "core/MirelNamespace.h"
@@ -66,14 +67,24 @@ public:
     // Frames opened through WCStGSFrameStructWriter, and their bytes.
     std::uint64_t GetNumFramesOpened() const noexcept { return m_FramesOpened; }
     std::uint64_t GetFramesBytes() const noexcept { return m_FramesBytes; }
-    void CountOpenedFrame(std::uint64_t bytes) noexcept;
+    void CountOpenedFrame(std::uint64_t bytes) noexcept {
+        ++m_FramesOpened;
+        m_FramesBytes += bytes;
+    }
 
     // Raw records, copied byte for byte, except that the last byte of a stream or font name is
     // always zero and a stream's length word is 0 (the stream guard sets it at the close).
     WCGraphicStreamBinaryWriter &OpenStream(const SGSStream &stream);
-    WCGraphicStreamBinaryWriter &OpenFrame(const SGSFrame &frame);
-    WCGraphicStreamBinaryWriter &CloseFrame(std::int32_t command);
-    WCGraphicStreamBinaryWriter &CommandHeader(std::int32_t command);
+    // The three records of every frame are inline, for the frame guard.
+    WCGraphicStreamBinaryWriter &OpenFrame(const SGSFrame &frame) {
+        AppendRecord(frame);
+        return *this;
+    }
+    WCGraphicStreamBinaryWriter &CloseFrame(std::int32_t command) { return CommandHeader(command); }
+    WCGraphicStreamBinaryWriter &CommandHeader(std::int32_t command) {
+        AppendRecord(SGSCommandHeader{command, static_cast<std::int32_t>(sizeof(SGSCommandHeader))});
+        return *this;
+    }
     WCGraphicStreamBinaryWriter &RotateFrame(const SGSFrameRotate &rotate);
     WCGraphicStreamBinaryWriter &Font(const SGSFont &font);
     WCGraphicStreamBinaryWriter &DrawVertices(const SGSDrawVertices &vertices);
@@ -221,24 +232,43 @@ public:
                                              std::int32_t vAlign = eGSAlignVCenter);
 
 private:
-    // The place of `bytes` more at the end of the stream, or null, counted as a dropped record,
-    // when the memory object cannot grow so far. Inline, so a record that fits costs no more than
-    // the memory object's own append.
-    char *Reserve(std::uint64_t bytes) noexcept {
-        char *place = nullptr;
-        if (bytes <= m_Target->GetCapacity() - m_Target->GetSize() || Grow(bytes))
-            place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(bytes));
-        if (place == nullptr)
-            ++m_DroppedRecords;
-        return place;
+    // Whether `bytes` more fit the memory object without growing it: the one check of a record's
+    // fast path.
+    bool Fits(std::uint64_t bytes) const noexcept {
+        return bytes <= m_Target->GetCapacity() - m_Target->GetSize();
     }
-    // The slow part of Reserve: grows the memory object for `bytes` more within the size limit.
+    // The place of `bytes` more at the end of the stream, or null, counted as a dropped record,
+    // when the memory object cannot grow so far. Inline, so a record that fits costs one capacity
+    // check and the stores that fill it.
+    char *Reserve(std::uint64_t bytes) noexcept {
+        if (Fits(bytes)) [[likely]]
+            return static_cast<char *>(m_Target->InPlaceAppendAndReserve(bytes));
+        const void *none = nullptr;
+        return ReserveGrowing(bytes, none, none);
+    }
+    // The slow part of Reserve: grows the memory object within the size limit and appends. Growth
+    // may move the block, so a source that lies inside the stream (a record copied from the
+    // stream into itself) is pointed at its new place.
+    char *ReserveGrowing(std::uint64_t bytes, const void *&source, const void *&other) noexcept;
     bool Grow(std::uint64_t bytes) noexcept;
     // Counts a record refused before any memory was asked for.
     WCGraphicStreamBinaryWriter &DropRecord() noexcept;
     // The place of the appended record, or null when the memory object could not grow.
     template <typename Record>
-    char *AppendRecord(const Record &record);
+    char *AppendRecord(const Record &record) noexcept {
+        if (Fits(sizeof(Record))) [[likely]] {
+            char *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(Record)));
+            std::memcpy(place, &record, sizeof(Record));
+            return place;
+        }
+        return AppendGrowing(&record, sizeof(Record));
+    }
+    char *AppendGrowing(const void *record, std::uint64_t bytes) noexcept;
+    // A DataHere record of `bytes` payload: the header as given, the payload (zeroes without a
+    // source) and the fill that takes the stream to a multiple of 4.
+    void AppendDataHere(const SGSData &header, const void *payload, std::uint64_t bytes) noexcept;
+    void AppendDataHere(std::int32_t purpose, std::int32_t type, const void *payload,
+                        std::size_t count, std::uint64_t elementBytes) noexcept;
     template <typename T>
     WCGraphicStreamBinaryWriter &Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
                                           std::size_t count, std::int32_t method,
