@@ -44,14 +44,12 @@ std::uintptr_t OffsetInStream(const Utils::WCStMemObj &memory, const void *sourc
     return kOutsideStream;
 }
 
-// Writes a DataHere record into its reserved `recordBytes`; `header` may lie anywhere, so it is
-// copied as bytes.
-void FillDataHere(char *place, std::uint64_t recordBytes, const void *header, const void *payload,
+// The body of a DataHere record in its reserved `recordBytes`: payload and fill. The fill goes
+// first, as one word at the very end; the header and the payload then cover whatever of it is no
+// padding.
+void FillDataHere(char *place, std::uint64_t recordBytes, const void *payload,
                   std::uint64_t bytes) noexcept {
-    // The fill goes first, as one word at the very end; header and payload then cover whatever
-    // of it is not padding.
     std::memcpy(place + recordBytes - sizeof kPaddingWord, &kPaddingWord, sizeof kPaddingWord);
-    std::memcpy(place, header, sizeof(SGSData));
     if (bytes != 0) {
         // Without a source the payload is zeroed rather than left undefined, so the record still
         // holds the bytes its count announces and a reader stays in step.
@@ -151,21 +149,41 @@ char *WCGraphicStreamBinaryWriter::AppendGrowing(const void *record, std::uint64
     return place;
 }
 
+inline void WCGraphicStreamBinaryWriter::PutDataHere(char *place, std::uint64_t recordBytes,
+                                                     std::int32_t purpose, std::int32_t type,
+                                                     const void *payload, std::size_t count,
+                                                     std::uint64_t bytes) noexcept {
+    FillDataHere(place, recordBytes, payload, bytes);
+    const auto size = static_cast<std::int32_t>(sizeof(SGSData) + RoundUp4(bytes));
+    Put(place, offsetof(SGSData, header), SGSCommandHeader{eGSDataHere, size});
+    Put(place, offsetof(SGSData, type), type);
+    Put(place, offsetof(SGSData, purpose), purpose);
+    Put(place, offsetof(SGSData, num_elements), static_cast<std::int32_t>(count));
+    Put(place, offsetof(SGSData, data_ptr), std::uint64_t{0});
+}
+
+inline void WCGraphicStreamBinaryWriter::PutText(char *place, std::int64_t owner,
+                                                 std::int32_t hAlign,
+                                                 std::int32_t vAlign) noexcept {
+    Put(place, offsetof(SGSDrawText, header), SGSDrawText{}.header);
+    Put(place, offsetof(SGSDrawText, owner), owner);
+    Put(place, offsetof(SGSDrawText, hAlign), hAlign);
+    Put(place, offsetof(SGSDrawText, vAlign), vAlign);
+}
+
 inline void WCGraphicStreamBinaryWriter::AppendDataHere(const SGSData &header,
                                                         const void *payload,
                                                         std::uint64_t bytes) noexcept {
-    // The fill aligns the stream, not the payload, so a stream a caller left off the grid of 4
-    // comes back to it.
-    const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
-    const std::uint64_t recordBytes = sizeof(SGSData) + bytes + ((0 - unpadded) & 3);
-    if (Fits(recordBytes)) [[likely]] {
-        char *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(recordBytes));
-        FillDataHere(place, recordBytes, &header, payload, bytes);
-        return;
-    }
+    const std::uint64_t recordBytes = DataHereRecordBytes(bytes);
     const void *headerSource = &header;
-    if (char *place = ReserveGrowing(recordBytes, headerSource, payload))
-        FillDataHere(place, recordBytes, headerSource, payload, bytes);
+    char *place;
+    if (Fits(recordBytes)) [[likely]]
+        place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(recordBytes));
+    else if ((place = ReserveGrowing(recordBytes, headerSource, payload)) == nullptr)
+        return;
+    FillDataHere(place, recordBytes, payload, bytes);
+    // The header may lie anywhere, in the stream too, so it is copied as bytes.
+    std::memcpy(place, headerSource, sizeof(SGSData));
 }
 
 inline void WCGraphicStreamBinaryWriter::AppendDataHere(std::int32_t purpose, std::int32_t type,
@@ -176,13 +194,32 @@ inline void WCGraphicStreamBinaryWriter::AppendDataHere(std::int32_t purpose, st
         count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()) &&
             bytes <= kMaxPayloadBytes,
         (void)DropRecord());
-    SGSData header;
-    header.header.command = eGSDataHere;
-    header.header.size = static_cast<std::int32_t>(sizeof(SGSData) + RoundUp4(bytes));
-    header.type = type;
-    header.purpose = purpose;
-    header.num_elements = static_cast<std::int32_t>(count);
-    AppendDataHere(header, payload, bytes);
+    const std::uint64_t recordBytes = DataHereRecordBytes(bytes);
+    char *place;
+    if (Fits(recordBytes)) [[likely]] {
+        place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(recordBytes));
+    } else {
+        const void *none = nullptr;
+        if ((place = ReserveGrowing(recordBytes, payload, none)) == nullptr)
+            return;
+    }
+    PutDataHere(place, recordBytes, purpose, type, payload, count, bytes);
+}
+
+inline void WCGraphicStreamBinaryWriter::AppendDataPtr(std::int32_t purpose, std::int32_t type,
+                                                       const void *payload,
+                                                       std::size_t count) noexcept {
+    MIREL_ASSERT_RETURN(count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()),
+                        (void)DropRecord());
+    if (char *place = Reserve(sizeof(SGSData))) {
+        Put(place, offsetof(SGSData, header),
+            SGSCommandHeader{eGSDataPtr, static_cast<std::int32_t>(sizeof(SGSData))});
+        Put(place, offsetof(SGSData, type), type);
+        Put(place, offsetof(SGSData, purpose), purpose);
+        Put(place, offsetof(SGSData, num_elements), static_cast<std::int32_t>(count));
+        Put(place, offsetof(SGSData, data_ptr),
+            static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(payload)));
+    }
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::OpenStream(const SGSStream &stream) {
@@ -272,16 +309,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(std::int32_t p
                                                                   std::int32_t type,
                                                                   const void *data,
                                                                   std::size_t count) {
-    MIREL_ASSERT_RETURN(count <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()),
-                        DropRecord());
-    SGSData header;
-    header.header.command = eGSDataPtr;
-    header.header.size = static_cast<std::int32_t>(sizeof(SGSData));
-    header.type = type;
-    header.purpose = purpose;
-    header.num_elements = static_cast<std::int32_t>(count);
-    header.data_ptr = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(data));
-    return DataPtr(header);
+    AppendDataPtr(purpose, type, data, count);
+    return *this;
 }
 
 // The element size of each overload is its type's, known here without a look-up.
@@ -289,8 +318,9 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(std::int32_t p
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Data(                                \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
         if (WillBeWrittenAsDataPtr(static_cast<std::uint64_t>(count) * sizeof(T)))                 \
-            return DataPtr(purpose, TYPE, data, count * PER_ITEM);                                 \
-        AppendDataHere(purpose, TYPE, data, count * PER_ITEM, sizeof(T) / PER_ITEM);               \
+            AppendDataPtr(purpose, TYPE, data, count * PER_ITEM);                                  \
+        else                                                                                       \
+            AppendDataHere(purpose, TYPE, data, count * PER_ITEM, sizeof(T) / PER_ITEM);           \
         return *this;                                                                              \
     }                                                                                              \
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(                            \
@@ -300,7 +330,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(std::int32_t p
     }                                                                                              \
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(                             \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
-        return DataPtr(purpose, TYPE, data, count * PER_ITEM);                                     \
+        AppendDataPtr(purpose, TYPE, data, count * PER_ITEM);                                      \
+        return *this;                                                                              \
     }
 
 MIREL_GS_DATA_FORMS(signed char, eGSTypeInt8, 1)
@@ -316,8 +347,9 @@ MIREL_GS_DATA_FORMS(WCPoint2D<float>, eGSTypeFloat, 2)
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataStr(const char *text) {
     const std::size_t length = TextLength(text);
     if (WillBeWrittenAsDataPtr(length))
-        return DataPtr(eGSPurposeText, eGSTypeChar, text, length);
-    AppendDataHere(eGSPurposeText, eGSTypeChar, text, length, 1);
+        AppendDataPtr(eGSPurposeText, eGSTypeChar, text, length);
+    else
+        AppendDataHere(eGSPurposeText, eGSTypeChar, text, length, 1);
     return *this;
 }
 
@@ -327,7 +359,8 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHereStr(const char
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtrStr(const char *text) {
-    return DataPtr(eGSPurposeText, eGSTypeChar, text, TextLength(text));
+    AppendDataPtr(eGSPurposeText, eGSTypeChar, text, TextLength(text));
+    return *this;
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::SpecialText(std::int32_t purpose,
@@ -350,24 +383,26 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::MetaData(const char *t
 
 // ---- Images ----
 
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawImageRecord(short resID,
-                                                                          const SGSRect &drawRect,
-                                                                          const SGSRect &clipRect,
-                                                                          ImageFlags flags) {
+inline WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawImageRecord(short resID, SGSRect drawRect, SGSRect clipRect,
+                                             ImageFlags flags) {
     if (resID == -1)
         return *this;
-    SGSDrawImage image;
-    image.ResID = resID;
-    image.draw_rect = drawRect;
-    image.clip_rect = clipRect;
-    image.flags = flags.GetBits();
-    AppendRecord(image);
+    if (char *place = Reserve(sizeof(SGSDrawImage))) {
+        const SGSDrawImage blank;
+        Put(place, offsetof(SGSDrawImage, header), blank.header);
+        Put(place, offsetof(SGSDrawImage, ResID), static_cast<std::int32_t>(resID));
+        Put(place, offsetof(SGSDrawImage, draw_rect), drawRect);
+        Put(place, offsetof(SGSDrawImage, clip_rect), clipRect);
+        Put(place, offsetof(SGSDrawImage, reserved), blank.reserved);
+        Put(place, offsetof(SGSDrawImage, flags), flags.GetBits());
+    }
     return *this;
 }
 
 WCGraphicStreamBinaryWriter &
-WCGraphicStreamBinaryWriter::DrawImageRecordForPath(const char *path, const SGSRect &drawRect,
-                                                    const SGSRect &clipRect) {
+WCGraphicStreamBinaryWriter::DrawImageRecordForPath(const char *path, SGSRect drawRect,
+                                                    SGSRect clipRect) {
     DataHereStr(path);
     return DrawImageRecord(-100, drawRect, clipRect, ImageFlags());
 }
@@ -609,24 +644,28 @@ WCGraphicStreamBinaryWriter::ClipMultipleRects(const std::vector<WURect<short>> 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const char *name, std::int32_t size,
                                                                const WCRGBAColor &color,
                                                                std::uint32_t flags) {
-    SGSFont font;
-    font.size = size;
-    font.color = ToSGSColor(color);
-    font.flags = flags;
+    constexpr std::size_t kNameBytes = sizeof(SGSFont::name);
     // At most 31 characters, so the name's last byte stays zero.
-    const std::size_t length = name != nullptr ? strnlen(name, sizeof font.name - 1) : 0;
-    if (Fits(sizeof font)) [[likely]] {
-        // Without growth the name cannot move, even from inside the stream, so it is copied
-        // straight into the record.
-        char *place = Reserve(sizeof font);
-        std::memcpy(place, &font, sizeof font);
+    const std::size_t length = name != nullptr ? strnlen(name, kNameBytes - 1) : 0;
+    if (!Fits(sizeof(SGSFont))) [[unlikely]] {
+        // Growth may move a name that lies in the stream, so it is copied out first.
+        SGSFont font;
         if (length != 0)
-            std::memcpy(place + offsetof(SGSFont, name), name, length);
+            std::memcpy(font.name, name, length);
+        font.size = size;
+        font.color = ToSGSColor(color);
+        font.flags = flags;
+        AppendRecord(font);
         return *this;
     }
+    char *place = Reserve(sizeof(SGSFont));
+    Put(place, offsetof(SGSFont, header), SGSFont{}.header);
+    std::memset(place + offsetof(SGSFont, name), 0, kNameBytes);
     if (length != 0)
-        std::memcpy(font.name, name, length);
-    AppendRecord(font);
+        std::memcpy(place + offsetof(SGSFont, name), name, length);
+    Put(place, offsetof(SGSFont, size), size);
+    Put(place, offsetof(SGSFont, color), ToSGSColor(color));
+    Put(place, offsetof(SGSFont, flags), flags);
     return *this;
 }
 
@@ -634,18 +673,27 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(const char
                                                                       std::int64_t owner,
                                                                       std::int32_t hAlign,
                                                                       std::int32_t vAlign) {
-    DataHereStr(text);
+    const std::size_t length = TextLength(text);
+    const std::uint64_t textBytes = DataHereRecordBytes(length);
+    // Both records in one reservation when they fit, which is every redraw but the first; the
+    // limit on a text's length is checked on the way that writes them one by one.
+    if (Fits(textBytes + sizeof(SGSDrawText)) &&
+        length <= kMaxPayloadBytes) [[likely]] {
+        char *place = static_cast<char *>(
+            m_Target->InPlaceAppendAndReserve(textBytes + sizeof(SGSDrawText)));
+        PutDataHere(place, textBytes, eGSPurposeText, eGSTypeChar, text, length, length);
+        PutText(place + textBytes, owner, hAlign, vAlign);
+        return *this;
+    }
+    AppendDataHere(eGSPurposeText, eGSTypeChar, text, length, 1);
     return DrawTheText(owner, hAlign, vAlign);
 }
 
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(std::int64_t owner,
                                                                       std::int32_t hAlign,
                                                                       std::int32_t vAlign) {
-    SGSDrawText text;
-    text.owner = owner;
-    text.hAlign = hAlign;
-    text.vAlign = vAlign;
-    AppendRecord(text);
+    if (char *place = Reserve(sizeof(SGSDrawText)))
+        PutText(place, owner, hAlign, vAlign);
     return *this;
 }
 

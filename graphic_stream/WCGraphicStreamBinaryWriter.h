@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -82,7 +83,8 @@ public:
     }
     WCGraphicStreamBinaryWriter &CloseFrame(std::int32_t command) { return CommandHeader(command); }
     WCGraphicStreamBinaryWriter &CommandHeader(std::int32_t command) {
-        AppendRecord(SGSCommandHeader{command, static_cast<std::int32_t>(sizeof(SGSCommandHeader))});
+        if (char *place = Reserve(sizeof(SGSCommandHeader)))
+            Put(place, 0, SGSCommandHeader{command, sizeof(SGSCommandHeader)});
         return *this;
     }
     WCGraphicStreamBinaryWriter &RotateFrame(const SGSFrameRotate &rotate);
@@ -232,6 +234,16 @@ public:
                                              std::int32_t vAlign = eGSAlignVCenter);
 
 private:
+    // Builds its frame records in place.
+    friend class WCStGSFrameStructWriter;
+
+    // Stores one field of a record at its place in the stream, which need not be aligned. Records
+    // are built this way rather than in a local copied over: the copy's wide loads of narrow
+    // stores just made would wait for them.
+    template <typename T>
+    static void Put(char *place, std::size_t offset, const T &value) noexcept {
+        std::memcpy(place + offset, &value, sizeof value);
+    }
     // Whether `bytes` more fit the memory object without growing it: the one check of a record's
     // fast path.
     bool Fits(std::uint64_t bytes) const noexcept {
@@ -264,19 +276,46 @@ private:
         return AppendGrowing(&record, sizeof(Record));
     }
     char *AppendGrowing(const void *record, std::uint64_t bytes) noexcept;
+    // A frame record of owner 0, built in place; null when it was dropped.
+    char *AppendFrame(std::int32_t x, std::int32_t y, std::int32_t width,
+                      std::int32_t height) noexcept {
+        char *place = Reserve(sizeof(SGSFrame));
+        if (place != nullptr) {
+            Put(place, offsetof(SGSFrame, header), SGSFrame{}.header);
+            Put(place, offsetof(SGSFrame, owner), std::int64_t{0});
+            Put(place, offsetof(SGSFrame, rect), SGSRect{{x, y}, {width, height}});
+        }
+        return place;
+    }
     // A DataHere record of `bytes` payload: the header as given, the payload (zeroes without a
     // source) and the fill that takes the stream to a multiple of 4.
     void AppendDataHere(const SGSData &header, const void *payload, std::uint64_t bytes) noexcept;
     void AppendDataHere(std::int32_t purpose, std::int32_t type, const void *payload,
                         std::size_t count, std::uint64_t elementBytes) noexcept;
+    void AppendDataPtr(std::int32_t purpose, std::int32_t type, const void *payload,
+                       std::size_t count) noexcept;
+    // The bytes a DataHere record of `bytes` payload takes at the end of the stream, its fill
+    // included.
+    std::uint64_t DataHereRecordBytes(std::uint64_t bytes) const noexcept {
+        // The fill aligns the stream, not the payload, so a stream a caller left off the grid of
+        // 4 comes back to it.
+        const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
+        return sizeof(SGSData) + bytes + ((0 - unpadded) & 3);
+    }
+    // Builds a DataHere record of `count` elements, `bytes` in all, in its reserved place.
+    static void PutDataHere(char *place, std::uint64_t recordBytes, std::int32_t purpose,
+                            std::int32_t type, const void *payload, std::size_t count,
+                            std::uint64_t bytes) noexcept;
+    static void PutText(char *place, std::int64_t owner, std::int32_t hAlign,
+                        std::int32_t vAlign) noexcept;
     template <typename T>
     WCGraphicStreamBinaryWriter &Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
                                           std::size_t count, std::int32_t method,
                                           std::uint32_t flags, float width, std::uint16_t pattern);
-    WCGraphicStreamBinaryWriter &DrawImageRecord(short resID, const SGSRect &drawRect,
-                                                 const SGSRect &clipRect, ImageFlags flags);
-    WCGraphicStreamBinaryWriter &DrawImageRecordForPath(const char *path, const SGSRect &drawRect,
-                                                        const SGSRect &clipRect);
+    WCGraphicStreamBinaryWriter &DrawImageRecord(short resID, SGSRect drawRect, SGSRect clipRect,
+                                                 ImageFlags flags);
+    WCGraphicStreamBinaryWriter &DrawImageRecordForPath(const char *path, SGSRect drawRect,
+                                                        SGSRect clipRect);
     void AppendRects(const std::vector<WURect<short>> &rects, short dx, short dy);
 
     std::uint64_t m_FramesOpened = 0;

@@ -14,15 +14,37 @@ namespace miGS {
 // A frame in which nothing was drawn does not survive: when the stream has not grown since the
 // frame was opened, the destructor zeroes the frame record and takes it off again, leaving the
 // stream exactly as long as before the guard. A frame that misses records (the memory object could
-// not grow) tells so through GetResult. [main-thread], like its writer.
+// not grow) tells so through GetResult. Every control draws inside one, so opening and closing
+// are inline. [main-thread], like its writer.
 class WCStGSFrameStructWriter {
 public:
-    WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer, const SGSFrame &frame);
+    WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer, const SGSFrame &frame)
+        : m_Writer(writer), m_DroppedBefore(writer.GetNumDroppedRecords()) {
+        Opened(m_Writer.AppendRecord(frame) != nullptr);
+    }
     // A 32-byte frame at the rectangle's top-left with its width and height. The owner is
     // deliberately not stored: such frames keep owner 0.
     WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer, const WURect<int> &rect,
-                            std::int64_t owner);
-    ~WCStGSFrameStructWriter();
+                            std::int64_t /*owner*/)
+        : m_Writer(writer), m_DroppedBefore(writer.GetNumDroppedRecords()) {
+        // A size that does not fit 32 bits wraps, as a 16-bit rectangle's does in 16 bits,
+        // instead of overflowing a signed integer.
+        const auto width = static_cast<std::int32_t>(static_cast<std::uint32_t>(rect.right) -
+                                                     static_cast<std::uint32_t>(rect.left));
+        const auto height = static_cast<std::int32_t>(static_cast<std::uint32_t>(rect.bottom) -
+                                                      static_cast<std::uint32_t>(rect.top));
+        Opened(m_Writer.AppendFrame(rect.left, rect.top, width, height) != nullptr);
+    }
+    ~WCStGSFrameStructWriter() {
+        if (!m_ShouldClose)
+            return;
+        const std::uint64_t length = m_Writer.GetStreamSize();
+        if (length > m_LengthAfterOpen) [[likely]]
+            m_Writer.CloseFrame(eGSEndFrame);
+        else if (length == m_LengthAfterOpen)
+            RemoveEmptyFrame();
+        // Shorter than right after the open: someone cleared the stream; nothing is left to close.
+    }
     WCStGSFrameStructWriter(const WCStGSFrameStructWriter &) = delete;
     WCStGSFrameStructWriter &operator=(const WCStGSFrameStructWriter &) = delete;
 
@@ -38,7 +60,19 @@ public:
     int GetResult() const noexcept;
 
 private:
-    void Open(const SGSFrame &frame);
+    // Arms the guard once the frame record is written, or leaves it unarmed.
+    void Opened(bool written) noexcept {
+        // A frame the memory object could not take is not closed either, or the destructor would
+        // remove bytes that belong to the record before it.
+        m_ShouldClose = written;
+        if (written) {
+            m_LengthAfterOpen = m_Writer.GetStreamSize();
+            m_RecordSize = sizeof(SGSFrame);
+            m_Writer.CountOpenedFrame(m_RecordSize);
+        }
+    }
+    // Zeroes the frame record, with nothing drawn behind it, and takes it off the stream.
+    void RemoveEmptyFrame() noexcept;
 
     WCGraphicStreamBinaryWriter &m_Writer;
     std::uint64_t m_LengthAfterOpen = 0;
