@@ -29,6 +29,27 @@ std::size_t TextLength(const char *text) noexcept {
     return text != nullptr ? std::strlen(text) : 0;
 }
 
+// Copies a payload into the stream. The short ones, texts and names of a few characters, are
+// copied inline as two overlapping words, which costs less than the call.
+void CopyBytes(char *to, const void *from, std::uint64_t bytes) noexcept {
+    const char *source = static_cast<const char *>(from);
+    if (bytes >= 8 && bytes <= 16) {
+        std::uint64_t head, tail;
+        std::memcpy(&head, source, 8);
+        std::memcpy(&tail, source + bytes - 8, 8);
+        std::memcpy(to, &head, 8);
+        std::memcpy(to + bytes - 8, &tail, 8);
+    } else if (bytes >= 4 && bytes < 8) {
+        std::uint32_t head, tail;
+        std::memcpy(&head, source, 4);
+        std::memcpy(&tail, source + bytes - 4, 4);
+        std::memcpy(to, &head, 4);
+        std::memcpy(to + bytes - 4, &tail, 4);
+    } else {
+        std::memcpy(to, source, bytes);
+    }
+}
+
 SGSRGBAColor ToSGSColor(const WCRGBAColor &color) noexcept {
     return SGSRGBAColor{color.red, color.green, color.blue, color.alpha};
 }
@@ -54,7 +75,7 @@ void FillDataHere(char *place, std::uint64_t recordBytes, const void *payload,
         // Without a source the payload is zeroed rather than left undefined, so the record still
         // holds the bytes its count announces and a reader stays in step.
         if (payload != nullptr)
-            std::memcpy(place + sizeof(SGSData), payload, bytes);
+            CopyBytes(place + sizeof(SGSData), payload, bytes);
         else
             std::memset(place + sizeof(SGSData), 0, bytes);
     }
@@ -662,7 +683,7 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const char *name,
     Put(place, offsetof(SGSFont, header), SGSFont{}.header);
     std::memset(place + offsetof(SGSFont, name), 0, kNameBytes);
     if (length != 0)
-        std::memcpy(place + offsetof(SGSFont, name), name, length);
+        CopyBytes(place + offsetof(SGSFont, name), name, length);
     Put(place, offsetof(SGSFont, size), size);
     Put(place, offsetof(SGSFont, color), ToSGSColor(color));
     Put(place, offsetof(SGSFont, flags), flags);
