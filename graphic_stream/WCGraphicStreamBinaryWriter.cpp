@@ -404,23 +404,6 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::MetaData(const char *t
 
 // ---- Images ----
 
-inline WCGraphicStreamBinaryWriter &
-WCGraphicStreamBinaryWriter::DrawImageRecord(short resID, SGSRect drawRect, SGSRect clipRect,
-                                             ImageFlags flags) {
-    if (resID == -1)
-        return *this;
-    if (char *place = Reserve(sizeof(SGSDrawImage))) {
-        const SGSDrawImage blank;
-        Put(place, offsetof(SGSDrawImage, header), blank.header);
-        Put(place, offsetof(SGSDrawImage, ResID), static_cast<std::int32_t>(resID));
-        Put(place, offsetof(SGSDrawImage, draw_rect), drawRect);
-        Put(place, offsetof(SGSDrawImage, clip_rect), clipRect);
-        Put(place, offsetof(SGSDrawImage, reserved), blank.reserved);
-        Put(place, offsetof(SGSDrawImage, flags), flags.GetBits());
-    }
-    return *this;
-}
-
 WCGraphicStreamBinaryWriter &
 WCGraphicStreamBinaryWriter::DrawImageRecordForPath(const char *path, SGSRect drawRect,
                                                     SGSRect clipRect) {
@@ -439,18 +422,8 @@ SGSRect AtPosition(const WCPoint2D<short> &position) noexcept {
 
 } // namespace
 
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNG(short resID, ImageFlags flags) {
-    return DrawImageRecord(resID, SGSRect{}, SGSRect{}, flags);
-}
-
 WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawPNG(const char *path) {
     return DrawImageRecordForPath(path, SGSRect{}, SGSRect{});
-}
-
-WCGraphicStreamBinaryWriter &
-WCGraphicStreamBinaryWriter::DrawPNGAtPosition(short resID, const WCPoint2D<short> &position,
-                                               ImageFlags flags) {
-    return DrawImageRecord(resID, AtPosition(position), SGSRect{}, flags);
 }
 
 WCGraphicStreamBinaryWriter &

@@ -163,10 +163,15 @@ public:
     // Images by resource number (nothing for -1) or by path (ResID -100, the path in a text
     // record just before). Draw rectangles give position and, when scaled, size; clips are
     // relative to the frame.
-    WCGraphicStreamBinaryWriter &DrawPNG(short resID, ImageFlags flags = ImageFlags());
+    // The two forms of most controls' pictures are inline.
+    WCGraphicStreamBinaryWriter &DrawPNG(short resID, ImageFlags flags = ImageFlags()) {
+        return DrawImageRecord(resID, SGSRect{}, SGSRect{}, flags);
+    }
     WCGraphicStreamBinaryWriter &DrawPNG(const char *path);
     WCGraphicStreamBinaryWriter &DrawPNGAtPosition(short resID, const WCPoint2D<short> &position,
-                                                   ImageFlags flags = ImageFlags());
+                                                   ImageFlags flags = ImageFlags()) {
+        return DrawImageRecord(resID, SGSRect{{position.x, position.y}, {}}, SGSRect{}, flags);
+    }
     WCGraphicStreamBinaryWriter &DrawPNGAtPosition(const char *path,
                                                    const WCPoint2D<short> &position);
     WCGraphicStreamBinaryWriter &DrawPNGAtPositionClipped(short resID,
@@ -313,7 +318,20 @@ private:
                                           std::size_t count, std::int32_t method,
                                           std::uint32_t flags, float width, std::uint16_t pattern);
     WCGraphicStreamBinaryWriter &DrawImageRecord(short resID, SGSRect drawRect, SGSRect clipRect,
-                                                 ImageFlags flags);
+                                                 ImageFlags flags) noexcept {
+        if (resID == -1)
+            return *this;
+        if (char *place = Reserve(sizeof(SGSDrawImage))) {
+            const SGSDrawImage blank;
+            Put(place, offsetof(SGSDrawImage, header), blank.header);
+            Put(place, offsetof(SGSDrawImage, ResID), static_cast<std::int32_t>(resID));
+            Put(place, offsetof(SGSDrawImage, draw_rect), drawRect);
+            Put(place, offsetof(SGSDrawImage, clip_rect), clipRect);
+            Put(place, offsetof(SGSDrawImage, reserved), blank.reserved);
+            Put(place, offsetof(SGSDrawImage, flags), flags.GetBits());
+        }
+        return *this;
+    }
     WCGraphicStreamBinaryWriter &DrawImageRecordForPath(const char *path, SGSRect drawRect,
                                                         SGSRect clipRect);
     void AppendRects(const std::vector<WURect<short>> &rects, short dx, short dy);
