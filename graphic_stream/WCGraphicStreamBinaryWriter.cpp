@@ -192,8 +192,7 @@ inline void WCGraphicStreamBinaryWriter::PutText(char *place, std::int64_t owner
     Put(place, offsetof(SGSDrawText, vAlign), vAlign);
 }
 
-inline void WCGraphicStreamBinaryWriter::AppendDataHere(const SGSData &header,
-                                                        const void *payload,
+inline void WCGraphicStreamBinaryWriter::AppendDataHere(const SGSData &header, const void *payload,
                                                         std::uint64_t bytes) noexcept {
     const std::uint64_t recordBytes = DataHereRecordBytes(bytes);
     const void *headerSource = &header;
@@ -404,9 +403,9 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::MetaData(const char *t
 
 // ---- Images ----
 
-WCGraphicStreamBinaryWriter &
-WCGraphicStreamBinaryWriter::DrawImageRecordForPath(const char *path, SGSRect drawRect,
-                                                    SGSRect clipRect) {
+WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawImageRecordForPath(const char *path,
+                                                                                 SGSRect drawRect,
+                                                                                 SGSRect clipRect) {
     DataHereStr(path);
     return DrawImageRecord(-100, drawRect, clipRect, ImageFlags());
 }
@@ -671,10 +670,9 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(const char
     const std::uint64_t textBytes = DataHereRecordBytes(length);
     // Both records in one reservation when they fit, which is every redraw but the first; the
     // limit on a text's length is checked on the way that writes them one by one.
-    if (Fits(textBytes + sizeof(SGSDrawText)) &&
-        length <= kMaxPayloadBytes) [[likely]] {
-        char *place = static_cast<char *>(
-            m_Target->InPlaceAppendAndReserve(textBytes + sizeof(SGSDrawText)));
+    if (Fits(textBytes + sizeof(SGSDrawText)) && length <= kMaxPayloadBytes) [[likely]] {
+        char *place =
+            static_cast<char *>(m_Target->InPlaceAppendAndReserve(textBytes + sizeof(SGSDrawText)));
         PutDataHere(place, textBytes, eGSPurposeText, eGSTypeChar, text, length, length);
         PutText(place + textBytes, owner, hAlign, vAlign);
         return *this;

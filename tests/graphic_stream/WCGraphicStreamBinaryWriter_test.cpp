@@ -55,6 +55,36 @@ TEST(WCGraphicStreamBinaryWriter, DataHereOnTheFourByteGridOrEmptyGetsNoPadding)
     EXPECT_EQ(At<std::int32_t>(memory, 36 + 16), 0);
 }
 
+// The fill is stored as one word that the header and the payload then partly cover, and a short
+// text is copied as two overlapping words, so every length up to past those words is checked at
+// every offset off the grid of 4: once while the memory object grows, once within its capacity.
+TEST(WCGraphicStreamBinaryWriter, TextAtAnyOffsetKeepsItsBytesAndFillsToTheGrid) {
+    const std::string text = "abcdefghijklmnopq";
+    for (std::uint64_t offset = 0; offset < 4; ++offset) {
+        for (std::size_t length = 0; length <= text.size(); ++length) {
+            Utils::WCStMemObj memory;
+            WCGraphicStreamBinaryWriter writer(memory);
+            for (int pass = 0; pass < 2; ++pass) {
+                writer.ClearStream();
+                memory.Append("zzz", offset);
+                writer.DrawTheText(text.substr(0, length).c_str(), 9);
+                const std::uint64_t record = 28 + length + (4 - (offset + length) % 4) % 4;
+                ASSERT_EQ(memory.GetSize(), offset + record + 24) << offset << ", " << length;
+                EXPECT_EQ(CommandAt(memory, offset), eGSDataHere);
+                EXPECT_EQ(SizeAt(memory, offset),
+                          static_cast<std::int32_t>(28 + (length + 3) / 4 * 4));
+                EXPECT_EQ(At<std::int32_t>(memory, offset + 16), static_cast<std::int32_t>(length));
+                EXPECT_EQ(
+                    std::string(static_cast<const char *>(memory.GetPtr()) + offset + 28, length),
+                    text.substr(0, length));
+                for (std::uint64_t i = offset + 28 + length; i < offset + record; ++i)
+                    EXPECT_EQ(At<unsigned char>(memory, i), 0x5F);
+                EXPECT_EQ(CommandAt(memory, offset + record), eGSDrawText);
+            }
+        }
+    }
+}
+
 TEST(WCGraphicStreamBinaryWriter, ThresholdChoosesTheDataForm) {
     WCGraphicStreamBinaryWriter writer(20);
     EXPECT_TRUE(writer.WillBeWrittenAsDataPtr(20));
