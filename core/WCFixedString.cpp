@@ -46,6 +46,24 @@ inline std::uint64_t FittingNeedleLength(const char *needle, std::uint64_t posit
     return n;
 }
 
+// A cut at the capacity may fall inside a UTF-8 character: its lead byte and the continuation
+// bytes before the cut go too, so that a cut text stays valid text.
+char *DropPartialCharacter(char *begin, char *end) noexcept {
+    char *p = end;
+    int continuations = 0;
+    while (p > begin && continuations < 3 && (static_cast<unsigned char>(p[-1]) & 0xC0u) == 0x80u) {
+        --p;
+        ++continuations;
+    }
+    if (p == begin)
+        return end;
+    const auto lead = static_cast<unsigned char>(p[-1]);
+    if (lead < 0xC0u)
+        return end;
+    const int length = lead >= 0xF0u ? 4 : lead >= 0xE0u ? 3 : 2;
+    return continuations + 1 < length ? p - 1 : end;
+}
+
 } // namespace
 
 WCFixedStringBase::WCFixedStringBase(char *const storage, std::uint64_t capacity) noexcept
@@ -94,8 +112,11 @@ WCFixedStringBase &WCFixedStringBase::assign(const char *text, std::uint64_t cou
     }
     // Measured and moved before the old text goes, so a source inside this string survives.
     const std::uint64_t n = BoundedLength(text, count < m_capacity ? count : m_capacity);
+    const bool cut = n == m_capacity && count > n && text[n] != '\0';
     std::memmove(m_begin, text, static_cast<std::size_t>(n));
     m_end = m_begin + n;
+    if (cut)
+        m_end = DropPartialCharacter(m_begin, m_end);
     *m_end = 0;
     return *this;
 }
@@ -113,7 +134,7 @@ WCFixedStringBase &WCFixedStringBase::append(const char *text) noexcept {
     char *out = m_end;
     while (out < limit && *text != '\0')
         *out++ = *text++;
-    m_end = out;
+    m_end = *text != '\0' ? DropPartialCharacter(m_begin, out) : out;
     *m_end = 0;
     return *this;
 }
@@ -129,8 +150,11 @@ WCFixedStringBase &WCFixedStringBase::append(const char *text, std::uint64_t cou
         return *this;
     const std::uint64_t room = m_capacity - size();
     const std::uint64_t n = BoundedLength(text, count < room ? count : room);
+    const bool cut = n == room && count > n && text[n] != '\0';
     std::memmove(m_end, text, static_cast<std::size_t>(n));
     m_end += n;
+    if (cut)
+        m_end = DropPartialCharacter(m_begin, m_end);
     *m_end = 0;
     return *this;
 }

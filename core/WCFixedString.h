@@ -21,7 +21,8 @@ struct PDoubleWithPrecision {
 };
 
 // A string over storage it does not own, that never allocates and never fails: every write that
-// does not fit is cut silently at `capacity` characters, and the text is always zero-terminated.
+// does not fit is cut silently at `capacity` characters (a UTF-8 character the cut would split goes
+// whole), and the text is always zero-terminated.
 // The storage pointer is fixed for the life of the object; `WCFixedString<N>` supplies it inline.
 // The only operation that allocates is `replace(char, char const *)`, which works on a heap copy.
 // Invariant: data() <= end() <= data() + capacity(), and *end() == 0.

@@ -41,6 +41,25 @@ TEST(WCFixedString, TruncatesSilentlyAtCapacity) {
     EXPECT_STREQ(WCFixedString<3>("ab", "cd").data(), "abc");
 }
 
+TEST(WCFixedString, ACutNeverSplitsAUTF8Character) {
+    // "ÿ" is two bytes, "€" three: a cut inside one drops it whole; one that fits stays.
+    const struct {
+        const char *text;
+        const char *kept;
+    } cases[] = {{"abc\xC3\xBF", "abc"},
+                 {"ab\xE2\x82\xAC", "ab"},
+                 {"a\xE2\x82\xAC\xE2\x82\xAC", "a\xE2\x82\xAC"},
+                 {"\xE2\x82\xACxyz", "\xE2\x82\xACx"},
+                 {"ab\xC3\xBF", "ab\xC3\xBF"}};
+    for (const auto &c : cases) {
+        WCFixedString<4> assigned(c.text);
+        EXPECT_STREQ(assigned.data(), c.kept) << c.text;
+        WCFixedString<4> appended;
+        appended.append(c.text, 10);
+        EXPECT_STREQ(appended.data(), c.kept) << c.text;
+    }
+}
+
 TEST(WCFixedString, NumberThatDoesNotFitKeepsItsLowDigits) {
     WCFixedString<3> s;
     s << 12345;
