@@ -118,14 +118,6 @@ WCGraphicStreamBinaryWriter::SetSizeLimit(std::uint64_t bytes) noexcept {
     return *this;
 }
 
-bool WCGraphicStreamBinaryWriter::WillBeWrittenAsDataHere(std::uint64_t bytes) const noexcept {
-    return !WillBeWrittenAsDataPtr(bytes);
-}
-
-bool WCGraphicStreamBinaryWriter::WillBeWrittenAsDataPtr(std::uint64_t bytes) const noexcept {
-    return m_DataPtrThreshold != 0 && bytes >= m_DataPtrThreshold;
-}
-
 bool WCGraphicStreamBinaryWriter::Grow(std::uint64_t bytes) noexcept {
     Utils::WCStMemObj &memory = *m_Target;
     const std::uint64_t size = memory.GetSize();

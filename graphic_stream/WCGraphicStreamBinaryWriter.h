@@ -54,8 +54,12 @@ public:
     bool RemarksActive() const noexcept { return m_RemarksActive; }
     bool MetaDataActive() const noexcept { return m_MetaDataActive; }
     WCGraphicStreamBinaryWriter &ClearStream() noexcept;
-    bool WillBeWrittenAsDataHere(std::uint64_t bytes) const noexcept;
-    bool WillBeWrittenAsDataPtr(std::uint64_t bytes) const noexcept;
+    bool WillBeWrittenAsDataHere(std::uint64_t bytes) const noexcept {
+        return !WillBeWrittenAsDataPtr(bytes);
+    }
+    bool WillBeWrittenAsDataPtr(std::uint64_t bytes) const noexcept {
+        return m_DataPtrThreshold != 0 && bytes >= m_DataPtrThreshold;
+    }
 
     // Records not written since the stream began (OpenStream on an empty stream) or was cleared:
     // the memory object could not grow so far, or the record was refused as too large.
