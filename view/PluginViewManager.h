@@ -137,7 +137,7 @@ int StartViewTimer(WSPluginView *view, std::uint64_t periodMs, std::function<voi
                    int &outTimerId);
 int StopViewTimer(int timerId);
 // Gives the view its picture source and the period of its frame timer; null stops it. At each
-// tick where the source's NeedToRedrawGUI holds, the view pulls a frame, keeps its bytes and
+// tick where the source's HasSomethingToPaint holds, the view pulls a frame, keeps its bytes and
 // hands them to the painter.
 int SetFrameSource(WSPluginView *view, WIViewFrameSource *source, std::uint64_t periodMs);
 int SetFramePainter(WSPluginView *view,

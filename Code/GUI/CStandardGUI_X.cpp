@@ -15,6 +15,7 @@
 #include "core/WUAssert.h"
 #include "resources/GetAndFilterXMLResource.h"
 #include "resources/ResourceManager.h"
+#include "view/PluginViewManager.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -503,14 +504,30 @@ int CStandardGUI_X::SetGuiScalingFactor(double factor) {
     return eNoErr;
 }
 
+std::vector<WURect<int>> CStandardGUI_X::GetAllScreensRects() const {
+    std::vector<WURect<int>> screens;
+    if (Utils::GetAllScreensRectsInPixels(screens) != eNoErr)
+        screens.clear();
+    return screens;
+}
+
+bool CStandardGUI_X::IsViewInFullScreen() const {
+    bool fullScreen = false;
+    if (m_pPluginView == nullptr ||
+        PluginViewManager::IsViewInFullScreenWindow(m_pPluginView, fullScreen) != eNoErr)
+        return false;
+    return fullScreen;
+}
+
 bool CStandardGUI_X::IsScalingFactorFitsCurrentScreen(double factor) const {
     if (m_pAlg != nullptr && m_pAlg->GetPluginValue_bool("GUI_screen_oversize_supported", false))
         return true;
-    // Without a view the document stands at the origin of the first screen.
-    const int x = 0;
-    const int y = 0;
+    // The view's origin on the desktop picks the screen; without a view it is the desktop's origin.
+    WCPoint2D<int> origin(0, 0);
+    if (m_pPluginView != nullptr)
+        PluginViewManager::PVMLocalToGlobal(m_pPluginView, WCPoint2D<int>(0, 0), origin);
     for (const WURect<int> &screen : GetAllScreensRects()) {
-        if (x < screen.left || x >= screen.right || y < screen.top || y >= screen.bottom)
+        if (!screen.PointInRect(origin))
             continue;
         const auto scaled = [factor](short value) {
             return static_cast<long long>(value * factor);

@@ -24,6 +24,7 @@
 #include "files/WCStPath.h"
 #include "resources/MirelComponentInfo.h"
 #include "resources/WCResKey.h"
+#include "view/WIViewFrameSource.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -44,7 +45,8 @@ class CStandardGUI_X : public WCAlgorithmListener,
                        public WCSystemBarListener,
                        public CSelectableHome,
                        public CDrawable,
-                       public WIControlOwner {
+                       public WIControlOwner,
+                       public PluginViewManager::WIViewFrameSource {
 public:
     // Bits of the document's flag word (Flag_List).
     enum EGUIFlags : unsigned int {
@@ -271,7 +273,10 @@ public:
     std::uint32_t GetRedrawCounter() const noexcept { return m_RedrawCounter; }
     // Every frame is a full one, unless "NoAlwaysDraw": then only while the redraw counter is
     // raised, and other frames hold only what changed.
-    virtual bool NeedToRedrawGUI() const;
+    bool NeedToRedrawGUI() override;
+    // A full frame is due, or a control, a toolbar button or the selection rect changed: what a
+    // view's timer asks before it pulls a frame.
+    bool HasSomethingToPaint() override;
     // One frame of the GUI: the stream record, the resources folder, the document's drawing and,
     // above all, the topmost control. Nothing with "NoImages".
     int GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) override;
@@ -354,10 +359,11 @@ protected:
     virtual void FinishCreateSelf() {}
     virtual void DisposeSelf() {}
     virtual void DisposeLast() {}
-    // The screens of the display, in pixels; none without a view layer.
-    virtual std::vector<WURect<int>> GetAllScreensRects() const { return {}; }
-    // Whether the view fills a full-screen window; a change repaints everything.
-    virtual bool IsViewInFullScreen() const { return false; }
+    // The screens of the display, in pixels, from the view layer.
+    virtual std::vector<WURect<int>> GetAllScreensRects() const;
+    // Whether the view fills a full-screen window (false without a view); a change repaints
+    // everything.
+    virtual bool IsViewInFullScreen() const;
 
 private:
     WTErr ReadOneRootChild(XML::CXMLElement const &child, GUIXML::WCReader &reader);

@@ -70,8 +70,21 @@ WURect<short> Cover(WURect<short> a, const WURect<short> &b) {
 
 } // namespace
 
-bool CStandardGUI_X::NeedToRedrawGUI() const {
+bool CStandardGUI_X::NeedToRedrawGUI() {
     return !GetGUIFlag(eNoAlwaysDraw) || m_RedrawCounter != 0;
+}
+
+bool CStandardGUI_X::HasSomethingToPaint() {
+    if (GetGUIFlag(eNoImages))
+        return false;
+    if (NeedToRedrawGUI() || !(m_SelectionRect == m_DrawnSelectionRect))
+        return true;
+    // Hidden ones are never painted, so they would ask for frames forever.
+    auto dirty = [](WCGUIControl *control) {
+        return control->NeedToRedrawControl() && control->ToDraw();
+    };
+    return std::any_of(m_Toolbar.begin(), m_Toolbar.end(), dirty) ||
+           std::any_of(m_Controls.begin(), m_Controls.end(), dirty);
 }
 
 void CStandardGUI_X::ClearMinimumDrawInstructionsCache() {

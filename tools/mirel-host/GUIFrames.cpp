@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <string>
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
@@ -13,12 +14,16 @@
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCGraphicStreamToCairo.h"
 #include "tools/shell/WCRecordingShell.h"
+#include "view/PluginViewManager.h"
+#include "view/WCViewCreateOptions.h"
+#include "view/linux/WUHeadlessView.h"
 
 namespace mirel_host {
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
+namespace PVM = ml::PluginViewManager;
 
 int Step(const char *what, int err) {
     if (err != ml::eNoErr)
@@ -26,13 +31,65 @@ int Step(const char *what, int err) {
     return err;
 }
 
-// One frame of the GUI into `writer`, painted over the painter's picture.
-int DrawAndPaint(ml::CStandardGUI_X &gui, ml::miGS::WCGraphicStreamBinaryWriter &writer,
-                 ml::miGS::WCGraphicStreamToCairo &painter) {
-    writer.ClearStream();
-    if (const int err = gui.GetDrawInstructions(writer); err != ml::eNoErr)
-        return err;
-    return painter.ExecStream(static_cast<char *>(writer.GetStreamPtr()), writer.GetStreamSize());
+// The view's timer period: the frames of a 60 Hz screen.
+constexpr std::uint64_t kFramePeriodMs = 16;
+
+// A headless view showing the GUI: its timer pulls a frame whenever the GUI has something to
+// paint, and the painter paints each frame over the last picture.
+class WCPaintedView {
+public:
+    WCPaintedView(ml::CStandardGUI_X &gui) : m_GUI(gui) {
+        m_Painter.FollowDataPointers(true);
+        m_Painter.SetKeepPicture(true);
+        PVM::Init();
+        PVM::WCPluginViewCreateOptions options;
+        options.m_width = gui.GetViewRect().Width();
+        options.m_height = gui.GetViewRect().Height();
+        options.m_title = gui.GetPluginName().c_str();
+        m_Error = PVM::CreatePluginView(options, m_View);
+        if (m_Error != ml::eNoErr)
+            return;
+        gui.SetPluginView(m_View);
+        PVM::SetFramePainter(m_View, [this](const char *stream, std::size_t size) {
+            m_Painter.ExecStream(const_cast<char *>(stream), size);
+            m_Frame.assign(stream, size);
+        });
+        m_Error = PVM::SetFrameSource(m_View, &gui, kFramePeriodMs);
+    }
+    ~WCPaintedView() {
+        if (m_View != nullptr) {
+            PVM::SetFrameSource(m_View, nullptr, 0);
+            PVM::DisposePluginView(m_View);
+        }
+        m_GUI.ResetPluginView();
+        PVM::Dispose();
+    }
+    int GetError() const { return m_Error; }
+    // Runs the view's clock for `frames` timer periods.
+    void Run(int frames) { PVM::AdvanceTime(kFramePeriodMs * static_cast<std::uint64_t>(frames)); }
+    std::uint64_t GetFrameCount() const {
+        std::uint64_t count = 0;
+        PVM::GetFrameCount(m_View, count);
+        return count;
+    }
+    const std::string &GetLastFrame() const { return m_Frame; }
+    ml::miGS::WCGraphicStreamToCairo &GetPainter() { return m_Painter; }
+
+private:
+    ml::CStandardGUI_X &m_GUI;
+    ml::WSPluginView *m_View = nullptr;
+    ml::miGS::WCGraphicStreamToCairo m_Painter;
+    std::string m_Frame;
+    int m_Error = ml::eNoErr;
+};
+
+// `bytes` as a writer's stream, for the GUI's file writers.
+int WriteFrame(ml::CStandardGUI_X &gui, const std::string &bytes, const char *format,
+               const std::string &name) {
+    ml::Utils::WCStMemObj copy;
+    copy.Assign(bytes.data(), bytes.size());
+    ml::miGS::WCGraphicStreamBinaryWriter writer(copy, 0);
+    return gui.WriteGraphicStreamToFile(writer, format, name.c_str());
 }
 
 } // namespace
@@ -49,23 +106,14 @@ int ExportGUIFrames(mirel_shell::WCRecordingShell &shell, const std::string &fol
     const std::string base = std::string(name.c_str()) + "-Primary";
     gui->SetGraphicStreamDumpFolder(folder.c_str());
 
-    // Streams painted in this process may point at their payloads instead of copying them.
-    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
-    writer.ActivateRemarks(true);
-    ml::miGS::WCGraphicStreamToCairo painter;
-    painter.FollowDataPointers(true);
-    painter.SetKeepPicture(true);
+    WCPaintedView view(*gui);
+    if (view.GetError() != ml::eNoErr)
+        return Step("headless view", view.GetError());
     // Idle first: what the start left for the controls reaches them before the first picture.
     shell.Idle(0, 1);
     gui->SetNeedToRedrawGUI();
-    if (const int err = DrawAndPaint(*gui, writer, painter); err != ml::eNoErr)
-        return Step("full frame", err);
-    const std::size_t fullBytes = writer.GetStreamSize();
-    // A change is painted in two frames, and so is the first picture: the view's timer keeps
-    // pulling frames until nothing is left to paint.
-    for (int i = 0; i < 3; ++i)
-        if (const int err = DrawAndPaint(*gui, writer, painter); err != ml::eNoErr)
-            return Step("settling frames", err);
+    view.Run(4);
+    const std::uint64_t framesBefore = view.GetFrameCount();
 
     ml::WCGUIControl *first = gui->GetControlPtrByIndex(0);
     if (first != nullptr && first->GetNumRegistrations() > 0) {
@@ -73,22 +121,24 @@ int ExportGUIFrames(mirel_shell::WCRecordingShell &shell, const std::string &fol
         alg->SendAndFreeBuffers(chain, 0, true);
         shell.Idle(0, 1);
     }
-    if (const int err = DrawAndPaint(*gui, writer, painter); err != ml::eNoErr)
-        return Step("minimal frame", err);
-    std::printf("  frame of the GUI: %zu bytes in full, %llu after a change of %s (%zu dirty "
-                "rect(s))\n",
-                fullBytes, static_cast<unsigned long long>(writer.GetStreamSize()),
-                first != nullptr ? first->GetName().c_str() : "nothing",
-                gui->GetDirtyRects().size());
-    int result = Step("minimal frame to yaml",
-                      gui->WriteGraphicStreamToFile(writer, "yaml", (base + "-minimal").c_str()));
+    view.Run(1);
+    const std::string minimal = view.GetLastFrame();
+    const std::size_t dirty = gui->GetDirtyRects().size();
+    view.Run(4);
+    std::printf("  view timer: %llu frame(s) for the first picture, then %llu for the change of "
+                "%s, the first of them %zu bytes for %zu dirty rect(s)\n",
+                static_cast<unsigned long long>(framesBefore),
+                static_cast<unsigned long long>(view.GetFrameCount() - framesBefore),
+                first != nullptr ? first->GetName().c_str() : "nothing", minimal.size(), dirty);
+    int result =
+        Step("minimal frame to yaml", WriteFrame(*gui, minimal, "yaml", base + "-minimal"));
     const std::string png = folder + "/" + base + ".png";
-    if (const int err = painter.WriteToPNG(png.c_str()); err != ml::eNoErr && result == ml::eNoErr)
+    if (const int err = view.GetPainter().WriteToPNG(png.c_str()); err != ml::eNoErr)
         result = Step("picture", err);
-    if (const int err = painter.GetFirstDrawError(); err != ml::eNoErr)
+    if (const int err = view.GetPainter().GetFirstDrawError(); err != ml::eNoErr)
         Step("painting", err);
     // The SVG and YAML files show a whole frame of the new state.
-    writer.ClearStream();
+    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
     gui->SetNeedToRedrawGUI();
     if (const int err = gui->GetDrawInstructions(writer); err != ml::eNoErr)
         return Step("full frame after the change", err);

@@ -136,7 +136,7 @@ int WCHeadlessDesktop::PullFrame(WSPluginView &view, bool force) {
     WIViewFrameSource *const source = view.m_frameSource;
     if (source == nullptr)
         return eSomeThingNotInitailzed;
-    if (!force && !source->NeedToRedrawGUI())
+    if (!force && !source->HasSomethingToPaint())
         return eNoErr;
     view.m_scratch.ResizePtr(0);
     {
