@@ -3,6 +3,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -154,6 +155,23 @@ TEST_F(GUIFrames, NoImagesLeavesTheWriterEmpty) {
     ml::miGS::WCGraphicStreamBinaryWriter writer(0);
     EXPECT_EQ(m_GUI->GetDrawInstructions(writer), 0);
     EXPECT_EQ(writer.GetStreamSize(), 0u);
+}
+
+TEST_F(GUIFrames, AFrameIsWrittenToFilesOfTheFourFormatsAndNoOther) {
+    ASSERT_NO_FATAL_FAILURE(Start());
+    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
+    ASSERT_EQ(m_GUI->GetDrawInstructions(writer), 0);
+    const fs::path folder = m_Home.path() / "dumps";
+    m_GUI->SetGraphicStreamDumpFolder(folder.c_str());
+    for (const char *format : {"gs", "yaml", "graph_data", "svg", "png"})
+        EXPECT_EQ(m_GUI->WriteGraphicStreamToFile(writer, format, "frame"), 0) << format;
+    EXPECT_EQ(fs::file_size(folder / "frame.gs"), writer.GetStreamSize());
+    EXPECT_FALSE(fs::exists(folder / "frame.png")) << "an unknown format writes nothing";
+    std::ifstream svg(folder / "frame.svg");
+    const std::string text((std::istreambuf_iterator<char>(svg)), std::istreambuf_iterator<char>());
+    EXPECT_NE(text.find("<svg"), std::string::npos);
+    EXPECT_TRUE(fs::exists(folder / "frame.yaml"));
+    EXPECT_TRUE(fs::exists(folder / "frame.graph_data"));
 }
 
 TEST(WCRegion, CombinesComparesAndFillsPolygons) {
