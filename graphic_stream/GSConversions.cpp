@@ -59,5 +59,52 @@ SGSRGBAColor WCRGBAColorToSGSRGBAColor(const WCRGBAColor &color) noexcept {
     return SGSRGBAColor{color.red, color.green, color.blue, color.alpha};
 }
 
+void CleanStreamText(std::string_view text, std::string &out, std::size_t maxBytes) {
+    out.clear();
+    std::size_t i = 0;
+    while (i < text.size() && out.size() < maxBytes) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        std::size_t length = 0;
+        if (byte >= 0x20 && byte < 0x7F)
+            length = 1;
+        else if (byte >= 0xC2 && byte <= 0xDF)
+            length = 2;
+        else if (byte >= 0xE0 && byte <= 0xEF)
+            length = 3;
+        else if (byte >= 0xF0 && byte <= 0xF4)
+            length = 4;
+        bool valid = length != 0 && i + length <= text.size();
+        for (std::size_t k = 1; valid && k < length; ++k)
+            valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+        // Overlong forms and surrogates are no valid UTF-8 either.
+        if (valid && length >= 3) {
+            const auto next = static_cast<unsigned char>(text[i + 1]);
+            valid = length == 3 ? !(byte == 0xE0 && next < 0xA0) && !(byte == 0xED && next >= 0xA0)
+                                : !(byte == 0xF0 && next < 0x90) && !(byte == 0xF4 && next >= 0x90);
+        }
+        if (valid && out.size() + length <= maxBytes) {
+            out.append(text.substr(i, length));
+            i += length;
+        } else if (valid) {
+            break;
+        } else {
+            out.push_back(byte == '\t' ? ' ' : '?');
+            ++i;
+        }
+    }
+}
+
+std::string StreamImagesFolder(std::string_view resourcesURL) {
+    std::string folder;
+    CleanStreamText(resourcesURL, folder);
+    while (!folder.empty() && folder.back() == '/')
+        folder.pop_back();
+    constexpr std::string_view kResources = "Contents/Resources";
+    if (folder.size() < kResources.size() ||
+        folder.compare(folder.size() - kResources.size(), kResources.size(), kResources) != 0)
+        folder += "/Contents/Resources";
+    return folder + "/PNG_/";
+}
+
 } // namespace miGS
 MIREL_NAMESPACE_END

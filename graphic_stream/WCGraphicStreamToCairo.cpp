@@ -9,6 +9,7 @@
 
 #include "core/WUAssert.h"
 #include "graphic_stream/GSCairoImageDecoder.h"
+#include "graphic_stream/GSConversions.h"
 #include "graphic_stream/GraphicStreamVocabulary.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -44,41 +45,9 @@ double PixelOffset(double width) noexcept {
 }
 
 // Text from a stream may hold anything; cairo takes only valid UTF-8 and puts its context into
-// an error state otherwise, so other bytes become '?'.
+// an error state otherwise.
 void CleanText(std::string_view text, std::string &out) {
-    out.clear();
-    std::size_t i = 0;
-    while (i < text.size() && out.size() < kMaxTextBytes) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        std::size_t length = 0;
-        if (byte >= 0x20 && byte < 0x7F)
-            length = 1;
-        else if (byte >= 0xC2 && byte <= 0xDF)
-            length = 2;
-        else if (byte >= 0xE0 && byte <= 0xEF)
-            length = 3;
-        else if (byte >= 0xF0 && byte <= 0xF4)
-            length = 4;
-        bool valid = length != 0 && i + length <= text.size();
-        for (std::size_t k = 1; valid && k < length; ++k)
-            valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
-        // Overlong forms and surrogates are no valid UTF-8 either.
-        if (valid && length == 3) {
-            const auto next = static_cast<unsigned char>(text[i + 1]);
-            valid = !(byte == 0xE0 && next < 0xA0) && !(byte == 0xED && next >= 0xA0);
-        }
-        if (valid && length == 4) {
-            const auto next = static_cast<unsigned char>(text[i + 1]);
-            valid = !(byte == 0xF0 && next < 0x90) && !(byte == 0xF4 && next >= 0x90);
-        }
-        if (valid) {
-            out.append(text.substr(i, length));
-            i += length;
-        } else {
-            out.push_back('?');
-            ++i;
-        }
-    }
+    CleanStreamText(text, out, kMaxTextBytes);
 }
 
 // The resources of one folder with the surfaces decoded from them: they live and go together,

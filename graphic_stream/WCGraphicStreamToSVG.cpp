@@ -4,6 +4,7 @@
 
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/WriteXMLToStream.h"
+#include "graphic_stream/GSConversions.h"
 #include "graphic_stream/GraphicStreamVocabulary.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -15,30 +16,7 @@ namespace {
 // so those become '?'.
 std::string CleanText(std::string_view text) {
     std::string out;
-    out.reserve(text.size());
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        std::size_t length = 0;
-        if (byte >= 0x20 && byte < 0x7F)
-            length = 1;
-        else if (byte >= 0xC2 && byte <= 0xDF)
-            length = 2;
-        else if (byte >= 0xE0 && byte <= 0xEF)
-            length = 3;
-        else if (byte >= 0xF0 && byte <= 0xF4)
-            length = 4;
-        bool valid = length != 0 && i + length <= text.size();
-        for (std::size_t k = 1; valid && k < length; ++k)
-            valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
-        if (valid) {
-            out.append(text.substr(i, length));
-            i += length;
-        } else {
-            out.push_back(byte == '\t' ? ' ' : '?');
-            ++i;
-        }
-    }
+    CleanStreamText(text, out);
     return out;
 }
 
@@ -172,8 +150,7 @@ int WCGraphicStreamToSVG::RotateFrame(SGSFrameRotate &rotate) {
 
 int WCGraphicStreamToSVG::ResourcesBaseURL(SGSData &data) {
     WCGraphicStreamEngineBase::ResourcesBaseURL(data);
-    const std::string base =
-        "file://" + CleanText(GetResourcesBaseURL().view()) + "Contents/Resources/PNG_";
+    const std::string base = "file://" + StreamImagesFolder(GetResourcesBaseURL().view());
     m_Root->SetAttrib("xml:base", base.c_str());
     return 0;
 }
