@@ -15,39 +15,8 @@ namespace miGS {
 
 namespace {
 
-constexpr std::uint64_t kMaxPayloadBytes =
-    static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()) - sizeof(SGSData) - 3;
-
-// The fill of a DataHere record, all four bytes of it, stored as one word.
-constexpr std::uint32_t kPaddingWord = 0x5F5F5F5Fu;
-
-std::uint64_t RoundUp4(std::uint64_t bytes) noexcept {
-    return (bytes + 3) & ~std::uint64_t(3);
-}
-
 std::size_t TextLength(const char *text) noexcept {
     return text != nullptr ? std::strlen(text) : 0;
-}
-
-// Copies a payload into the stream. The short ones, texts and names of a few characters, are
-// copied inline as two overlapping words, which costs less than the call.
-void CopyBytes(char *to, const void *from, std::uint64_t bytes) noexcept {
-    const char *source = static_cast<const char *>(from);
-    if (bytes >= 8 && bytes <= 16) {
-        std::uint64_t head, tail;
-        std::memcpy(&head, source, 8);
-        std::memcpy(&tail, source + bytes - 8, 8);
-        std::memcpy(to, &head, 8);
-        std::memcpy(to + bytes - 8, &tail, 8);
-    } else if (bytes >= 4 && bytes < 8) {
-        std::uint32_t head, tail;
-        std::memcpy(&head, source, 4);
-        std::memcpy(&tail, source + bytes - 4, 4);
-        std::memcpy(to, &head, 4);
-        std::memcpy(to + bytes - 4, &tail, 4);
-    } else {
-        std::memcpy(to, source, bytes);
-    }
 }
 
 SGSRGBAColor ToSGSColor(const WCRGBAColor &color) noexcept {
@@ -63,22 +32,6 @@ std::uintptr_t OffsetInStream(const Utils::WCStMemObj &memory, const void *sourc
     if (block != 0 && at >= block && at - block < memory.GetSize())
         return at - block;
     return kOutsideStream;
-}
-
-// The body of a DataHere record in its reserved `recordBytes`: payload and fill. The fill goes
-// first, as one word at the very end; the header and the payload then cover whatever of it is no
-// padding.
-void FillDataHere(char *place, std::uint64_t recordBytes, const void *payload,
-                  std::uint64_t bytes) noexcept {
-    std::memcpy(place + recordBytes - sizeof kPaddingWord, &kPaddingWord, sizeof kPaddingWord);
-    if (bytes != 0) {
-        // Without a source the payload is zeroed rather than left undefined, so the record still
-        // holds the bytes its count announces and a reader stays in step.
-        if (payload != nullptr)
-            CopyBytes(place + sizeof(SGSData), payload, bytes);
-        else
-            std::memset(place + sizeof(SGSData), 0, bytes);
-    }
 }
 
 } // namespace
@@ -160,28 +113,6 @@ char *WCGraphicStreamBinaryWriter::AppendGrowing(const void *record, std::uint64
     if (place != nullptr)
         std::memcpy(place, record, bytes);
     return place;
-}
-
-inline void WCGraphicStreamBinaryWriter::PutDataHere(char *place, std::uint64_t recordBytes,
-                                                     std::int32_t purpose, std::int32_t type,
-                                                     const void *payload, std::size_t count,
-                                                     std::uint64_t bytes) noexcept {
-    FillDataHere(place, recordBytes, payload, bytes);
-    const auto size = static_cast<std::int32_t>(sizeof(SGSData) + RoundUp4(bytes));
-    Put(place, offsetof(SGSData, header), SGSCommandHeader{eGSDataHere, size});
-    Put(place, offsetof(SGSData, type), type);
-    Put(place, offsetof(SGSData, purpose), purpose);
-    Put(place, offsetof(SGSData, num_elements), static_cast<std::int32_t>(count));
-    Put(place, offsetof(SGSData, data_ptr), std::uint64_t{0});
-}
-
-inline void WCGraphicStreamBinaryWriter::PutText(char *place, std::int64_t owner,
-                                                 std::int32_t hAlign,
-                                                 std::int32_t vAlign) noexcept {
-    Put(place, offsetof(SGSDrawText, header), SGSDrawText{}.header);
-    Put(place, offsetof(SGSDrawText, owner), owner);
-    Put(place, offsetof(SGSDrawText, hAlign), hAlign);
-    Put(place, offsetof(SGSDrawText, vAlign), vAlign);
 }
 
 inline void WCGraphicStreamBinaryWriter::AppendDataHere(const SGSData &header, const void *payload,
@@ -330,19 +261,19 @@ WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(std::int32_t p
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Data(                                \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
         if (WillBeWrittenAsDataPtr(static_cast<std::uint64_t>(count) * sizeof(T)))                 \
-            AppendDataPtr(purpose, TYPE, data, count * PER_ITEM);                                  \
+            AppendDataPtr(purpose, TYPE, data, count *PER_ITEM);                                   \
         else                                                                                       \
-            AppendDataHere(purpose, TYPE, data, count * PER_ITEM, sizeof(T) / PER_ITEM);           \
+            AppendDataHere(purpose, TYPE, data, count *PER_ITEM, sizeof(T) / PER_ITEM);            \
         return *this;                                                                              \
     }                                                                                              \
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataHere(                            \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
-        AppendDataHere(purpose, TYPE, data, count * PER_ITEM, sizeof(T) / PER_ITEM);               \
+        AppendDataHere(purpose, TYPE, data, count *PER_ITEM, sizeof(T) / PER_ITEM);                \
         return *this;                                                                              \
     }                                                                                              \
     WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DataPtr(                             \
         const T *data, std::size_t count, std::int32_t purpose) {                                  \
-        AppendDataPtr(purpose, TYPE, data, count * PER_ITEM);                                      \
+        AppendDataPtr(purpose, TYPE, data, count *PER_ITEM);                                       \
         return *this;                                                                              \
     }
 
@@ -626,59 +557,26 @@ WCGraphicStreamBinaryWriter::ClipMultipleRects(const std::vector<WURect<short>> 
     return CommandHeader(eGSClipMultipleRects);
 }
 
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::Font(const char *name, std::int32_t size,
-                                                               const WCRGBAColor &color,
-                                                               std::uint32_t flags) {
-    constexpr std::size_t kNameBytes = sizeof(SGSFont::name);
-    // At most 31 characters, so the name's last byte stays zero.
-    const std::size_t length = name != nullptr ? strnlen(name, kNameBytes - 1) : 0;
-    if (!Fits(sizeof(SGSFont))) [[unlikely]] {
-        // Growth may move a name that lies in the stream, so it is copied out first.
-        SGSFont font;
-        if (length != 0)
-            std::memcpy(font.name, name, length);
-        font.size = size;
-        font.color = ToSGSColor(color);
-        font.flags = flags;
-        AppendRecord(font);
-        return *this;
-    }
-    char *place = Reserve(sizeof(SGSFont));
-    Put(place, offsetof(SGSFont, header), SGSFont{}.header);
-    std::memset(place + offsetof(SGSFont, name), 0, kNameBytes);
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::FontGrowing(const char *name, std::size_t length, std::int32_t size,
+                                         const WCRGBAColor &color, std::uint32_t flags) noexcept {
+    // Growth may move a name that lies in the stream, so it is copied out first.
+    SGSFont font;
     if (length != 0)
-        CopyBytes(place + offsetof(SGSFont, name), name, length);
-    Put(place, offsetof(SGSFont, size), size);
-    Put(place, offsetof(SGSFont, color), ToSGSColor(color));
-    Put(place, offsetof(SGSFont, flags), flags);
+        std::memcpy(font.name, name, length);
+    font.size = size;
+    font.color = ToSGSColor(color);
+    font.flags = flags;
+    AppendRecord(font);
     return *this;
 }
 
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(const char *text,
-                                                                      std::int64_t owner,
-                                                                      std::int32_t hAlign,
-                                                                      std::int32_t vAlign) {
-    const std::size_t length = TextLength(text);
-    const std::uint64_t textBytes = DataHereRecordBytes(length);
-    // Both records in one reservation when they fit, which is every redraw but the first; the
-    // limit on a text's length is checked on the way that writes them one by one.
-    if (Fits(textBytes + sizeof(SGSDrawText)) && length <= kMaxPayloadBytes) [[likely]] {
-        char *place =
-            static_cast<char *>(m_Target->InPlaceAppendAndReserve(textBytes + sizeof(SGSDrawText)));
-        PutDataHere(place, textBytes, eGSPurposeText, eGSTypeChar, text, length, length);
-        PutText(place + textBytes, owner, hAlign, vAlign);
-        return *this;
-    }
+WCGraphicStreamBinaryWriter &
+WCGraphicStreamBinaryWriter::DrawTheTextGrowing(const char *text, std::size_t length,
+                                                std::int64_t owner, std::int32_t hAlign,
+                                                std::int32_t vAlign) noexcept {
     AppendDataHere(eGSPurposeText, eGSTypeChar, text, length, 1);
     return DrawTheText(owner, hAlign, vAlign);
-}
-
-WCGraphicStreamBinaryWriter &WCGraphicStreamBinaryWriter::DrawTheText(std::int64_t owner,
-                                                                      std::int32_t hAlign,
-                                                                      std::int32_t vAlign) {
-    if (char *place = Reserve(sizeof(SGSDrawText)))
-        PutText(place, owner, hAlign, vAlign);
-    return *this;
 }
 
 } // namespace miGS

@@ -231,16 +231,47 @@ public:
     WCGraphicStreamBinaryWriter &ClipMultipleRects(const std::vector<WURect<short>> &rects,
                                                    const WURect<short> &base);
 
-    // Text. Font names are cut to 31 characters.
+    // Text. Font names are cut to 31 characters. Every control that shows a value writes a font
+    // and a text, so both are inline while the records fit; growing is out of line.
     WCGraphicStreamBinaryWriter &Font(const char *name, std::int32_t size, const WCRGBAColor &color,
-                                      std::uint32_t flags = 0);
+                                      std::uint32_t flags = 0) {
+        const std::size_t length = NameLength(name);
+        if (!Fits(sizeof(SGSFont))) [[unlikely]]
+            return FontGrowing(name, length, size, color, flags);
+        char *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(SGSFont)));
+        Put(place, offsetof(SGSFont, header), SGSFont{}.header);
+        std::memset(place + offsetof(SGSFont, name), 0, sizeof(SGSFont::name));
+        CopyBytes(place + offsetof(SGSFont, name), name, length);
+        Put(place, offsetof(SGSFont, size), size);
+        Put(place, offsetof(SGSFont, color),
+            SGSRGBAColor{color.red, color.green, color.blue, color.alpha});
+        Put(place, offsetof(SGSFont, flags), flags);
+        return *this;
+    }
     WCGraphicStreamBinaryWriter &DrawTheText(const char *text, std::int64_t owner,
                                              std::int32_t hAlign = eGSAlignHCenter,
-                                             std::int32_t vAlign = eGSAlignVCenter);
+                                             std::int32_t vAlign = eGSAlignVCenter) {
+        // One scan gives the length for the copy, the fill and the record's size.
+        const std::size_t length = text != nullptr ? std::strlen(text) : 0;
+        const std::uint64_t textBytes = DataHereRecordBytes(length);
+        // Both records in one reservation when they fit, which is every redraw but the first; the
+        // limit on a text's length is checked on the way that writes them one by one.
+        if (!Fits(textBytes + sizeof(SGSDrawText)) || length > kMaxPayloadBytes) [[unlikely]]
+            return DrawTheTextGrowing(text, length, owner, hAlign, vAlign);
+        char *place =
+            static_cast<char *>(m_Target->InPlaceAppendAndReserve(textBytes + sizeof(SGSDrawText)));
+        PutDataHere(place, textBytes, eGSPurposeText, eGSTypeChar, text, length, length);
+        PutText(place + textBytes, owner, hAlign, vAlign);
+        return *this;
+    }
     // Only the "dTXT": the text is the last one written.
     WCGraphicStreamBinaryWriter &DrawTheText(std::int64_t owner,
                                              std::int32_t hAlign = eGSAlignHCenter,
-                                             std::int32_t vAlign = eGSAlignVCenter);
+                                             std::int32_t vAlign = eGSAlignVCenter) {
+        if (char *place = Reserve(sizeof(SGSDrawText)))
+            PutText(place, owner, hAlign, vAlign);
+        return *this;
+    }
 
 private:
     // Builds its frame records in place.
@@ -311,12 +342,94 @@ private:
         const std::uint64_t unpadded = m_Target->GetSize() + sizeof(SGSData) + bytes;
         return sizeof(SGSData) + bytes + ((0 - unpadded) & 3);
     }
+    // The largest payload a DataHere record holds: its size word is a signed 32-bit count of the
+    // header, the payload and the fill.
+    static constexpr std::uint64_t kMaxPayloadBytes =
+        static_cast<std::uint64_t>(INT32_MAX) - sizeof(SGSData) - 3;
+    // The fill of a DataHere record, all four bytes of it, stored as one word.
+    static constexpr std::uint32_t kPaddingWord = 0x5F5F5F5Fu;
+    // Copies a payload into the stream. The short ones, texts and names of a few characters, are
+    // copied inline as two overlapping words, which costs less than the call.
+    static void CopyBytes(char *to, const void *from, std::uint64_t bytes) noexcept {
+        const char *source = static_cast<const char *>(from);
+        // A length known where the writer is inlined (a literal) is one copy of fixed stores.
+        if (__builtin_constant_p(bytes)) {
+            if (bytes != 0)
+                std::memcpy(to, source, bytes);
+            return;
+        }
+        // Where the source is a literal but its length is not known, the compiler would warn of
+        // the word loads of branches that length never takes; the empty asm hides what it knows
+        // of the source and costs no instruction.
+        asm("" : "+r"(source));
+        if (bytes >= 8 && bytes <= 16) {
+            std::uint64_t head, tail;
+            std::memcpy(&head, source, 8);
+            std::memcpy(&tail, source + bytes - 8, 8);
+            std::memcpy(to, &head, 8);
+            std::memcpy(to + bytes - 8, &tail, 8);
+        } else if (bytes >= 4 && bytes < 8) {
+            std::uint32_t head, tail;
+            std::memcpy(&head, source, 4);
+            std::memcpy(&tail, source + bytes - 4, 4);
+            std::memcpy(to, &head, 4);
+            std::memcpy(to + bytes - 4, &tail, 4);
+        } else if (bytes != 0) {
+            std::memcpy(to, source, bytes);
+        }
+    }
+    // The body of a DataHere record in its reserved `recordBytes`: payload and fill. The fill goes
+    // first, as one word at the very end; the header and the payload then cover whatever of it is
+    // no padding.
+    static void FillDataHere(char *place, std::uint64_t recordBytes, const void *payload,
+                             std::uint64_t bytes) noexcept {
+        Put(place, recordBytes - sizeof kPaddingWord, kPaddingWord);
+        if (bytes != 0) {
+            // Without a source the payload is zeroed rather than left undefined, so the record
+            // still holds the bytes its count announces and a reader stays in step.
+            if (payload != nullptr)
+                CopyBytes(place + sizeof(SGSData), payload, bytes);
+            else
+                std::memset(place + sizeof(SGSData), 0, bytes);
+        }
+    }
     // Builds a DataHere record of `count` elements, `bytes` in all, in its reserved place.
     static void PutDataHere(char *place, std::uint64_t recordBytes, std::int32_t purpose,
                             std::int32_t type, const void *payload, std::size_t count,
-                            std::uint64_t bytes) noexcept;
+                            std::uint64_t bytes) noexcept {
+        FillDataHere(place, recordBytes, payload, bytes);
+        const auto size = static_cast<std::int32_t>(sizeof(SGSData) + ((bytes + 3) & ~3ull));
+        Put(place, offsetof(SGSData, header), SGSCommandHeader{eGSDataHere, size});
+        Put(place, offsetof(SGSData, type), type);
+        Put(place, offsetof(SGSData, purpose), purpose);
+        Put(place, offsetof(SGSData, num_elements), static_cast<std::int32_t>(count));
+        Put(place, offsetof(SGSData, data_ptr), std::uint64_t{0});
+    }
     static void PutText(char *place, std::int64_t owner, std::int32_t hAlign,
-                        std::int32_t vAlign) noexcept;
+                        std::int32_t vAlign) noexcept {
+        Put(place, offsetof(SGSDrawText, header), SGSDrawText{}.header);
+        Put(place, offsetof(SGSDrawText, owner), owner);
+        Put(place, offsetof(SGSDrawText, hAlign), hAlign);
+        Put(place, offsetof(SGSDrawText, vAlign), vAlign);
+    }
+    // A font name's length, cut to 31 characters so its last byte stays zero. The length of a
+    // literal is known at compile time through strlen, which the compiler folds and strnlen not.
+    static std::size_t NameLength(const char *name) noexcept {
+        constexpr std::size_t kMaxName = sizeof(SGSFont::name) - 1;
+        if (name == nullptr)
+            return 0;
+        if (__builtin_constant_p(std::strlen(name)))
+            return std::strlen(name) < kMaxName ? std::strlen(name) : kMaxName;
+        return strnlen(name, kMaxName);
+    }
+    // The cold paths of the inline Font and DrawTheText: the memory object has to grow, or the
+    // text is too long for one record.
+    WCGraphicStreamBinaryWriter &FontGrowing(const char *name, std::size_t length,
+                                             std::int32_t size, const WCRGBAColor &color,
+                                             std::uint32_t flags) noexcept;
+    WCGraphicStreamBinaryWriter &DrawTheTextGrowing(const char *text, std::size_t length,
+                                                    std::int64_t owner, std::int32_t hAlign,
+                                                    std::int32_t vAlign) noexcept;
     template <typename T>
     WCGraphicStreamBinaryWriter &Vertices(const WCRGBAColor &color, const WCPoint2D<T> *points,
                                           std::size_t count, std::int32_t method,
