@@ -18,8 +18,8 @@ std::uint64_t DroppedSince(const WCGraphicStreamBinaryWriter &writer, std::uint6
 
 void WCStGSFrameStructWriter::RemoveEmptyFrame() noexcept {
     Utils::WCStMemObj &memory = m_Writer.GetMemObj();
-    const std::uint64_t start = memory.GetSize() - m_RecordSize;
-    std::memset(static_cast<char *>(memory.GetPtr()) + start, 0, m_RecordSize);
+    const std::uint64_t start = memory.GetSize() - sizeof(SGSFrame);
+    std::memset(static_cast<char *>(memory.GetPtr()) + start, 0, sizeof(SGSFrame));
     memory.ResizePtr(start);
 }
 

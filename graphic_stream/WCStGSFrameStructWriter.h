@@ -19,14 +19,16 @@ namespace miGS {
 class WCStGSFrameStructWriter {
 public:
     WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer, const SGSFrame &frame)
-        : m_Writer(writer), m_DroppedBefore(writer.GetNumDroppedRecords()) {
+        : m_Writer(writer), m_LengthAfterOpen(writer.GetStreamSize() + sizeof(SGSFrame)),
+          m_DroppedBefore(writer.GetNumDroppedRecords()) {
         Opened(m_Writer.AppendRecord(frame) != nullptr);
     }
     // A 32-byte frame at the rectangle's top-left with its width and height. The owner is
     // deliberately not stored: such frames keep owner 0.
     WCStGSFrameStructWriter(WCGraphicStreamBinaryWriter &writer, const WURect<int> &rect,
                             std::int64_t /*owner*/)
-        : m_Writer(writer), m_DroppedBefore(writer.GetNumDroppedRecords()) {
+        : m_Writer(writer), m_LengthAfterOpen(writer.GetStreamSize() + sizeof(SGSFrame)),
+          m_DroppedBefore(writer.GetNumDroppedRecords()) {
         // A size that does not fit 32 bits wraps, as a 16-bit rectangle's does in 16 bits,
         // instead of overflowing a signed integer.
         const auto width = static_cast<std::int32_t>(static_cast<std::uint32_t>(rect.right) -
@@ -60,25 +62,23 @@ public:
     int GetResult() const noexcept;
 
 private:
-    // Arms the guard once the frame record is written, or leaves it unarmed.
+    // Arms the guard once the frame record is written, or leaves it unarmed. The length after the
+    // open was taken before the record went in, when the stream's size was still at hand rather
+    // than to be read again after the stores that built the record.
     void Opened(bool written) noexcept {
         // A frame the memory object could not take is not closed either, or the destructor would
         // remove bytes that belong to the record before it.
         m_ShouldClose = written;
-        if (written) {
-            m_LengthAfterOpen = m_Writer.GetStreamSize();
-            m_RecordSize = sizeof(SGSFrame);
-            m_Writer.CountOpenedFrame(m_RecordSize);
-        }
+        if (written)
+            m_Writer.CountOpenedFrame(sizeof(SGSFrame));
     }
     // Zeroes the frame record, with nothing drawn behind it, and takes it off the stream.
     void RemoveEmptyFrame() noexcept;
 
     WCGraphicStreamBinaryWriter &m_Writer;
-    std::uint64_t m_LengthAfterOpen = 0;
-    std::uint64_t m_RecordSize = 0;
-    std::uint64_t m_DroppedBefore = 0;
-    bool m_ShouldClose = false;
+    std::uint64_t m_LengthAfterOpen;
+    std::uint64_t m_DroppedBefore;
+    bool m_ShouldClose;
 };
 
 // The same guard for a whole stream: the constructor writes the stream record (and, when given,
