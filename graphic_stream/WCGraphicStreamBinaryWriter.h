@@ -240,7 +240,7 @@ public:
             return FontGrowing(name, length, size, color, flags);
         char *place = static_cast<char *>(m_Target->InPlaceAppendAndReserve(sizeof(SGSFont)));
         Put(place, offsetof(SGSFont, header), SGSFont{}.header);
-        std::memset(place + offsetof(SGSFont, name), 0, sizeof(SGSFont::name));
+        Put(place, offsetof(SGSFont, name), SGSFont{}.name);
         CopyBytes(place + offsetof(SGSFont, name), name, length);
         Put(place, offsetof(SGSFont, size), size);
         Put(place, offsetof(SGSFont, color),
@@ -280,9 +280,26 @@ private:
     // Stores one field of a record at its place in the stream, which need not be aligned. Records
     // are built this way rather than in a local copied over: the copy's wide loads of narrow
     // stores just made would wait for them.
+    //
+    // The fields go in as 32-bit words: stores of that type cannot alias the memory object's size,
+    // capacity and block pointer, so the compiler keeps those in registers from one record to the
+    // next instead of reading back, after every record, the size it has just stored.
+    using StreamWord = std::uint32_t __attribute__((aligned(1)));
+    static void PutWord(char *place, std::uint32_t word) noexcept {
+        *reinterpret_cast<StreamWord *>(place) = word;
+    }
+    static std::uint32_t LoadWord(const char *from) noexcept {
+        std::uint32_t word;
+        std::memcpy(&word, from, sizeof word);
+        return word;
+    }
     template <typename T>
     static void Put(char *place, std::size_t offset, const T &value) noexcept {
-        std::memcpy(place + offset, &value, sizeof value);
+        static_assert(sizeof(T) % sizeof(std::uint32_t) == 0, "records are made of 32-bit words");
+        std::uint32_t words[sizeof(T) / sizeof(std::uint32_t)];
+        std::memcpy(words, &value, sizeof value);
+        for (std::size_t i = 0; i < sizeof(T) / sizeof(std::uint32_t); ++i)
+            PutWord(place + offset + i * sizeof(std::uint32_t), words[i]);
     }
     // Whether `bytes` more fit the memory object without growing it: the one check of a record's
     // fast path.
@@ -352,10 +369,13 @@ private:
     // copied inline as two overlapping words, which costs less than the call.
     static void CopyBytes(char *to, const void *from, std::uint64_t bytes) noexcept {
         const char *source = static_cast<const char *>(from);
-        // A length known where the writer is inlined (a literal) is one copy of fixed stores.
-        if (__builtin_constant_p(bytes)) {
-            if (bytes != 0)
-                std::memcpy(to, source, bytes);
+        // A length known where the writer is inlined (a literal) is a row of fixed word stores,
+        // the last one overlapping when the length is no multiple of 4.
+        if (__builtin_constant_p(bytes) && bytes >= 4 && bytes <= 64) {
+            for (std::uint64_t i = 0; i + 4 <= bytes; i += 4)
+                PutWord(to + i, LoadWord(source + i));
+            if (bytes % 4 != 0)
+                PutWord(to + bytes - 4, LoadWord(source + bytes - 4));
             return;
         }
         // Where the source is a literal but its length is not known, the compiler would warn of
@@ -363,17 +383,18 @@ private:
         // of the source and costs no instruction.
         asm("" : "+r"(source));
         if (bytes >= 8 && bytes <= 16) {
-            std::uint64_t head, tail;
-            std::memcpy(&head, source, 8);
-            std::memcpy(&tail, source + bytes - 8, 8);
-            std::memcpy(to, &head, 8);
-            std::memcpy(to + bytes - 8, &tail, 8);
+            // Two overlapping pairs of words.
+            const std::uint32_t w0 = LoadWord(source), w1 = LoadWord(source + 4);
+            const std::uint32_t w2 = LoadWord(source + bytes - 8);
+            const std::uint32_t w3 = LoadWord(source + bytes - 4);
+            PutWord(to, w0);
+            PutWord(to + 4, w1);
+            PutWord(to + bytes - 8, w2);
+            PutWord(to + bytes - 4, w3);
         } else if (bytes >= 4 && bytes < 8) {
-            std::uint32_t head, tail;
-            std::memcpy(&head, source, 4);
-            std::memcpy(&tail, source + bytes - 4, 4);
-            std::memcpy(to, &head, 4);
-            std::memcpy(to + bytes - 4, &tail, 4);
+            const std::uint32_t head = LoadWord(source), tail = LoadWord(source + bytes - 4);
+            PutWord(to, head);
+            PutWord(to + bytes - 4, tail);
         } else if (bytes != 0) {
             std::memcpy(to, source, bytes);
         }
