@@ -240,12 +240,6 @@ const WSCase kCases[] = {
 
 } // namespace
 
-// The font library keeps what it matched for the life of the process, which a sanitized build's
-// leak check would report as this program's own.
-extern "C" const char *__lsan_default_suppressions() {
-    return "leak:libfontconfig.so\n";
-}
-
 TEST_F(WCGraphicStreamToCairoTest, EachRecordKindPaintsItsReviewedPicture) {
     for (const WSCase &test : kCases) {
         SCOPED_TRACE(test.m_Name);
