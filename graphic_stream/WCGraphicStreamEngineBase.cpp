@@ -413,7 +413,7 @@ std::uint64_t WCGraphicStreamEngineBase::ExactRecordSize(const SGSCommandHeader 
         const std::int32_t fixed = MinimumRecordSize(header.command);
         // A command this walk does not know may be larger, but never beyond any record's size.
         return fixed > std::int32_t(sizeof(SGSCommandHeader)) ? std::uint64_t(fixed)
-                                                               : kMaxUnknownRecordSize;
+                                                              : kMaxUnknownRecordSize;
     }
     }
 }
@@ -561,6 +561,18 @@ const SGSFont &WCGraphicStreamEngineBase::GetFont() const noexcept {
 const WCGraphicStreamEngineBase::WSFrameState *
 WCGraphicStreamEngineBase::GetTopFrameState() const noexcept {
     return m_FrameStack.empty() ? nullptr : &m_FrameStack.back();
+}
+
+void WCGraphicStreamEngineBase::GetVertexScale(const SGSDrawVertices &vertices, double &outX,
+                                               double &outY) const noexcept {
+    outX = vertices.scale.h;
+    outY = vertices.scale.v;
+    const SGSSize &logical = vertices.logical_size;
+    const WSFrameState *frame = GetTopFrameState();
+    if (logical.width > 0 && logical.height > 0 && frame != nullptr) {
+        outX *= static_cast<double>(frame->m_Frame.rect.size.width) / logical.width;
+        outY *= static_cast<double>(frame->m_Frame.rect.size.height) / logical.height;
+    }
 }
 
 SGSData *WCGraphicStreamEngineBase::GetLatestDataOfPurpose(std::int32_t purpose) const noexcept {

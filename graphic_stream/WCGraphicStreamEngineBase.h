@@ -213,6 +213,9 @@ public:
     const std::vector<WSFrameState> &GetFrameStack() const noexcept { return m_FrameStack; }
     // The innermost frame state, or null outside any frame.
     const WSFrameState *GetTopFrameState() const noexcept;
+    // The factors from a vertex record's units to the frame's pixels: its scale, and with a
+    // logical size, that size stretched over the innermost frame.
+    void GetVertexScale(const SGSDrawVertices &vertices, double &outX, double &outY) const noexcept;
 
     // Scratch arrays for converting vertices, reused from walk to walk: each call of a walk hands
     // out the next one, resized to `length`.

@@ -372,14 +372,9 @@ bool WCGraphicStreamToCairo::ReadVertices(const SGSDrawVertices &vertices) {
     m_Points.clear();
     if (!GetLatestVertexPoints(points) || points.size() == 0)
         return false;
-    double scaleX = vertices.scale.h;
-    double scaleY = vertices.scale.v;
-    const SGSSize &logical = vertices.logical_size;
-    const WSFrameState *frame = GetTopFrameState();
-    if (logical.width > 0 && logical.height > 0 && frame != nullptr) {
-        scaleX *= static_cast<double>(frame->m_Frame.rect.size.width) / logical.width;
-        scaleY *= static_cast<double>(frame->m_Frame.rect.size.height) / logical.height;
-    }
+    double scaleX = 1.0;
+    double scaleY = 1.0;
+    GetVertexScale(vertices, scaleX, scaleY);
     if (!std::isfinite(scaleX) || !std::isfinite(scaleY))
         return false;
     m_Points.resize(points.size());

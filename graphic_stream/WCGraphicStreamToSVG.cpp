@@ -236,14 +236,10 @@ int WCGraphicStreamToSVG::DrawVertices(SGSDrawVertices &vertices) {
         points += Number(corner.x) + "," + Number(corner.y);
     }
 
-    double scaleX = vertices.scale.h;
-    double scaleY = vertices.scale.v;
+    double scaleX = 1.0;
+    double scaleY = 1.0;
+    GetVertexScale(vertices, scaleX, scaleY);
     const SGSSize &logical = vertices.logical_size;
-    const WSFrameState *frame = GetTopFrameState();
-    if (logical.width > 0 && logical.height > 0 && frame != nullptr) {
-        scaleX *= static_cast<double>(frame->m_Frame.rect.size.width) / logical.width;
-        scaleY *= static_cast<double>(frame->m_Frame.rect.size.height) / logical.height;
-    }
 
     XML::CXMLElement *group = AddChild("g");
     group->AddAttrib("id", NextID().c_str());
