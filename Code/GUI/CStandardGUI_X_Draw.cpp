@@ -177,22 +177,13 @@ int CStandardGUI_X::GetDrawIntructionsControl(miGS::WCGraphicStreamBinaryWriter 
     return err;
 }
 
+// Inside the control's frame, the base picture cut to the control's rect is the base picture
+// drawn relative to that rect.
 int CStandardGUI_X::GetDrawInstructionsControlBackground(miGS::WCGraphicStreamBinaryWriter &writer,
                                                          const WCGUIControl &control) {
-    const WCBaseImageVector *picts = GetCurrentBasePictVec();
-    if (picts == nullptr || GetGUIFlag(eDropBaseImage))
+    if (GetGUIFlag(eDropBaseImage))
         return eNoErr;
-    const WURect<short> &rect = control.GetDrawableRect();
-    const WURect<short> local(0, 0, rect.Height(), rect.Width());
-    for (std::size_t i = 0; i < picts->GetImagesVectorSize(); ++i) {
-        const WCBaseImage *image = picts->GetImagePtr(i);
-        if (image == nullptr || image->GetResID() < 0 || !Intersects(image->GetBoundRect(), rect))
-            continue;
-        const WURect<short> placed = Relative(image->GetBoundRect(), rect.left, rect.top);
-        writer.DrawPNGAtPositionClipped(
-            image->GetResID(), WCPoint2D<short>(placed.left, placed.top), Common(local, placed));
-    }
-    return eNoErr;
+    return GetDrawInstructionsBasePict(writer, control.GetDrawableRect());
 }
 
 int CStandardGUI_X::GetDrawInstructionsForControl(std::size_t index,
