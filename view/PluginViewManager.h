@@ -173,6 +173,21 @@ bool IsMainThread();
 namespace Utils {
 // The rectangles of the screens on the desktop, in pixels; the first is the main screen.
 int GetAllScreensRectsInPixels(std::vector<WURect<int>> &outScreens);
+
+// The mouse cursor: hidden while a control is dragged, so the drag is not bounded by the screen
+// edge, and put back where the control wants it on release. Hides and shows nest like the
+// window systems' own counters. [main-thread]
+int HideCursor();
+int ShowCursor();
+bool IsCursorHidden();
+// On the desktop, in pixels.
+int MoveCursor(const WCPoint2D<int> &global);
+WCPoint2D<int> GetCursorPosition();
+// The cursor's shape: 0, the arrow, is what InitCursor gives back; other numbers are the
+// plug-in's colour cursors by resource id.
+int SetCursor(int cursorId);
+int InitCursor();
+int GetCursorShape();
 } // namespace Utils
 
 MIREL_NAMESPACE_END

@@ -95,8 +95,94 @@ ENeighbors CSelectableHome::DirectionFromTabModifiers(const bool *modifiers) {
     return shift ? eNeighborUp : eNeighborLeft;
 }
 
-int CSelectableHome::AdjustSelectionToClick(std::vector<CSelectable *> &, bool *) {
-    return eNotImplemented;
+void CSelectableHome::AdjustSelectionToClick(std::vector<CSelectable *> &clicked,
+                                             const bool *modifiers) {
+    const int m = m_Min;
+    const int M = m_Max;
+    const bool shift = modifiers != nullptr && modifiers[2];
+    const bool anyAllowsShift =
+        std::any_of(clicked.begin(), clicked.end(), [](const CSelectable *selectable) {
+            return selectable->GetSelectableFlag(eAllowShiftMod);
+        });
+    auto maxOf = [](const CSelectable *selectable) {
+        int lo = 0, hi = 0;
+        selectable->GetMinMax(lo, hi);
+        return hi;
+    };
+    auto highest = [this]() -> CSelectable * {
+        CSelectable *top = nullptr;
+        for (CSelectable *selectable : m_Selectables)
+            if (top == nullptr || selectable->GetSelection() > top->GetSelection())
+                top = selectable;
+        return top != nullptr && IsSelected(top) ? top : nullptr;
+    };
+
+    if (clicked.empty()) {
+        if (!shift) {
+            ResetSelectedList();
+            SetSelection(M, true);
+        }
+        return;
+    }
+    if (shift && !anyAllowsShift) {
+        // A shift-click adds an idle control to the selection and takes a selected one out.
+        for (CSelectable *selectable : clicked) {
+            const int level = selectable->GetSelection();
+            if (level == m && maxOf(selectable) > m) {
+                CSelectable *top = highest();
+                if (top == nullptr) {
+                    SwapSelections(selectable);
+                } else if (!selectable->GetSelectableFlag(eNoMultipleSelection) &&
+                           top->GetSelectableFlag(eNoMultipleSelection)) {
+                    top->MinSelect();
+                    selectable->MaxSelect();
+                } else {
+                    selectable->SetSelection(m + 1, true);
+                }
+            } else if (level == M || (level > m && level == maxOf(selectable))) {
+                if (GetNumSelectedControls(m + 1, M) < 2 && !selectable->SholdKeepSelectedOnShift()) {
+                    ResetSelectedList();
+                    SetSelection(M, true);
+                } else if (GetNumSelectedControls(m + 1, M) >= 2) {
+                    selectable->DoTab(eNeighborRight);
+                    selectable->MinSelect();
+                }
+            } else {
+                selectable->MinSelect();
+            }
+        }
+        AdjustSelectionToSelectableFlags();
+        return;
+    }
+
+    // A plain click keeps a selection it falls into, and otherwise starts a new one.
+    bool allSelected = false;
+    for (const CSelectable *selectable : clicked) {
+        if (maxOf(selectable) < m + 2)
+            continue;
+        const int level = selectable->GetSelection();
+        allSelected = level >= m + 2 && level <= M;
+        if (!allSelected)
+            break;
+    }
+    if (!allSelected) {
+        ResetSelectedList();
+        SetSelection(M, true);
+    }
+    // The clicked list comes topmost first: the top one becomes active, the control active
+    // before it and the others under the point take the selected level below.
+    std::erase_if(clicked, [&](const CSelectable *selectable) { return maxOf(selectable) <= m; });
+    if (clicked.empty())
+        return;
+    const int lowered = std::max(m + 1, M - 1);
+    CSelectable *previousTop = highest();
+    clicked.front()->MaxSelect();
+    SetSelection(lowered, true);
+    if (previousTop != nullptr && previousTop != clicked.front())
+        previousTop->SetSelection(lowered, true);
+    for (std::size_t i = 1; i < clicked.size(); ++i)
+        clicked[i]->SetSelection(lowered, true);
+    AdjustSelectionToSelectableFlags();
 }
 
 MIREL_NAMESPACE_END

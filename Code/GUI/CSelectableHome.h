@@ -34,9 +34,11 @@ public:
     // The tab key's direction from its modifiers (index 2 shift): with modifier 3 held, 1 for
     // shift and 3 without; without it, 0 for shift and 2 without.
     static ENeighbors DirectionFromTabModifiers(const bool *modifiers);
-    // The click rules belong to input handling, which is not built: eNotImplemented, with the
-    // list and the flag untouched.
-    int AdjustSelectionToClick(std::vector<CSelectable *> &clicked, bool *changed);
+    // The selection after a click on `clicked` (the selectables under the point, topmost
+    // first) with the event's four modifiers: a plain click makes the topmost one active and
+    // keeps a selection it falls into; a shift-click adds to or takes from the selection. The
+    // list is left holding the selectables the click selected, topmost first.
+    void AdjustSelectionToClick(std::vector<CSelectable *> &clicked, const bool *modifiers);
 
 private:
     std::vector<CSelectable *> m_Selectables;

@@ -90,6 +90,7 @@ int CStandardGUI_X::FinishCreate() {
         m_pAlg->SetPluginValue_bool("GUI_scaling_should_follow_chainer", true);
     BuildTabGroups();
     RelinkSelection();
+    BuildDragDrop_DroppableMap();
     if (m_pAlg != nullptr) {
         m_pAlg->Broadcaster()->insert(this);
         const EPluginSetup setup = m_pAlg->GetActiveSetup();
@@ -124,15 +125,35 @@ void CStandardGUI_X::Dispose() {
 void CStandardGUI_X::RelinkSelection() {
     std::vector<CSelectable *> selectables(m_Controls.begin(), m_Controls.end());
     BuildSelectableList(selectables);
+    // The document's own levels span its controls': a click with nothing under it takes the
+    // top one, and the first control it selects the one below.
+    int min = 0, max = 0;
+    GetListMinMax(min, max);
+    SetMinMax(0, std::max(max, static_cast<int>(eSelectActive)));
     // The tab lists, when the XML gives them, decide the neighbours over the list order.
     LinkTabRing(m_TabHoriz, false, true);
     LinkTabRing(m_TabVert, true, true);
+}
+
+void CStandardGUI_X::ForgetInInput(const WCGUIControl *control) {
+    auto gone = [control](const WCGUIControl *c) { return control == nullptr || c == control; };
+    std::erase_if(m_SelectedList, gone);
+    if (m_pActiveControl != nullptr && gone(m_pActiveControl))
+        m_pActiveControl = nullptr;
+    if (m_pHoverControl != nullptr && gone(m_pHoverControl))
+        m_pHoverControl = nullptr;
+    for (auto &[group, controls] : m_Droppable)
+        std::erase_if(controls, gone);
+    for (auto &[id, touch] : m_Touches)
+        std::erase_if(touch.m_Controls, gone);
 }
 
 void CStandardGUI_X::DeleteOwned() {
     // The selection list, the drawing cache and the groups point at the controls: they go first.
     BuildSelectableList({});
     ClearMinimumDrawInstructionsCache();
+    ForgetInInput(nullptr);
+    m_pActiveToolbarButton = nullptr;
     m_Hovering.clear();
     m_pTopmost = nullptr;
     m_TabHoriz.clear();
@@ -287,6 +308,7 @@ int CStandardGUI_X::DeleteControl(WCGUIControl *control) {
         return kErrGUIObjectNotFound;
     m_ReadingOrder.erase(owned);
     ClearMinimumDrawInstructionsCache();
+    ForgetInInput(control);
     m_Hovering.clear();
     m_pTopmost = nullptr;
     m_Controls.erase(std::remove(m_Controls.begin(), m_Controls.end(), control), m_Controls.end());

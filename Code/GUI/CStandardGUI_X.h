@@ -13,6 +13,8 @@
 #include "Code/GUI/ControlGroup.h"
 #include "Code/GUI/WCGUIXMLReader.h"
 #include "Code/GUI/WCNeighborable.h"
+#include "Code/GUI/WCRegisterInfo.h"
+#include "Code/GUI/WCTouchEvent.h"
 #include "Code/GUI/WCSkinsData.h"
 #include "Code/GUI/WCSystemBarListener.h"
 #include "Code/GUI/WIControlOwner.h"
@@ -21,6 +23,7 @@
 #include "core/WCPoint2D.h"
 #include "core/WCRGBAColor.h"
 #include "core/WURect.h"
+#include "Code/Process/KPAPIProcessMemory.h"
 #include "files/WCStPath.h"
 #include "resources/MirelComponentInfo.h"
 #include "resources/WCResKey.h"
@@ -34,6 +37,12 @@ class WCGUIControl;
 class WCHtmlManager;
 class X_CToolbarButton;
 struct WSPluginView;
+namespace PluginViewManager {
+class WCEventData;
+}
+namespace Utils {
+class WCStMemObj;
+}
 
 // The document of one plug-in GUI, read from a GUI XML resource: the controls (in drawing and
 // hit-test order, and in reading order, which owns them), templates, base pictures, toolbar,
@@ -319,6 +328,115 @@ public:
     void SetSelectionRect(const WURect<short> &rect) noexcept { m_SelectionRect = rect; }
     const WURect<short> &GetDrawnSelectionRect() const noexcept { return m_DrawnSelectionRect; }
 
+    // ---- input -------------------------------------------------------------------------------
+    // Events come from the view (ViewEventCallback routes them) in GUI units, on the main thread.
+    // A parameter change a control makes comes back as a chain of buffers, which the document
+    // joins and hands to the process side at the end of the event. Events outside the view, on
+    // hidden or disabled controls, or with absurd amounts change nothing.
+    using WCEventData = PluginViewManager::WCEventData;
+    using BUFFER_HEADER = KPAPI_PROCESS_MEMORY::BUFFER_HEADER;
+    // Clock of wheel acceleration and hovers, in microseconds; a replay sets its own.
+    using WTInputClock = std::int64_t (*)();
+
+    // The callback a view of this document installs (reference: the document): routes the
+    // event codes to the handlers below; true when handled.
+    static bool ViewEventCallback(void *reference, int eventCode, WCEventData *event, void *owner);
+    virtual int DoMouseDown(WCEventData &event);
+    virtual int DoMouseMove(WCEventData &event);
+    virtual int DoMouseUp(WCEventData &event);
+    virtual int DoMouseWheel(WCEventData &event);
+    virtual int DoKey(WCEventData &event, bool &handled);
+    // A batch of WCTouchEvent records.
+    virtual int DoTouch(const Utils::WCStMemObj &touchBuffer, bool &handled);
+    virtual int DoPinchGesture(WCEventData &event, double dx, double dy);
+    // `accepted`: some control under the point takes the files.
+    virtual int DoFileDragOver(WCEventData &event, bool &accepted);
+    virtual int DoFileDrop(WCEventData &event, bool &handled);
+
+    // Hit test: the controls under `point` in list order, less hidden ones and overlapped
+    // markers; then, unless the event forbids it, the selection follows the click.
+    void CreateClickedList(std::vector<WCGUIControl *> &list, const WCPoint2D<short> &point) const;
+    void FilterHiddenClickedControls(std::vector<WCGUIControl *> &list) const;
+    void FilterOverlappedMarkers(std::vector<WCGUIControl *> &list) const;
+    void GetFilteredClickedList(std::vector<WCGUIControl *> &list, bool build,
+                                const WCPoint2D<short> &point, WCEventData &event);
+    // The selected controls in drawing order and the active one (the highest level).
+    void PrepareCurrSelectedList();
+    const std::vector<WCGUIControl *> &GetCurrSelectedList() const noexcept {
+        return m_SelectedList;
+    }
+    WCGUIControl *GetActiveControl() const noexcept { return m_pActiveControl; }
+    // The selected controls less those whose parameter's link group is not the selection's.
+    std::vector<WCGUIControl *> FilterNotLinkedFromSelected(
+        const std::vector<WCGUIControl *> &list) const;
+
+    // Mouse movement into state deltas (y grows upward).
+    void MouseDelta_GetActiveControlParamDeltas();
+    WCPoint2D<double> MouseDelta_Calculate(const WCEventData &event);
+    void MouseDelta_RestrictToAxis(WCPoint2D<double> &delta, const bool *modifiers);
+    void MouseDelta_ActiveControlChangeResolution(WCPoint2D<double> &delta);
+    void MouseDelta_HighPrecision(WCPoint2D<double> &delta, int modifier, const bool *modifiers);
+    void MouseDelta_ActiveControlChangeTouchResolution(const WCGUIControl &control,
+                                                       WCPoint2D<double> &delta) const;
+    static void ClearAxisLocks() noexcept { sAxisXLocked = sAxisYLocked = false; }
+    // Wheel notches under 200 ms apart speed up: 32 minus 0.15 per elapsed ms.
+    void AccelerateMouseWheel(WCPoint2D<double> &delta, std::int64_t nowMicroseconds);
+    void LimitsRect_Reset();
+    const WURect<double> &GetLimitsRect() const noexcept { return m_LimitsRect; }
+    void SetInputClock(WTInputClock clock) noexcept { m_InputClock = clock; }
+    bool IsInMouseDown() const noexcept { return m_InMouseDown; }
+    bool IsTextEntryPending() const noexcept { return m_TextEntryPending; }
+
+    int ModifyControlsOnMouseDown(WCEventData &event, bool &keepGoing);
+    int ModifyControlsOnMouseDrag(WCEventData &event);
+    int ModifyControlsOnMouseUp(WCEventData &event);
+    int ModifyControlsOnMouseWheel(WCEventData &event);
+    int ModifyControlsOnMouseHover(WCEventData &event);
+    int ModifyControlsOnKey(WCEventData &event, bool &handled);
+    int PassEventToSelectedControls(WCEventData &event, bool &handled);
+    // True when a toolbar button took the click.
+    bool ModifyToolBarControlsOnMouseDown(WCEventData &event);
+    int ModifyToolBarControlsOnMouseUp(WCEventData &event);
+    bool GetControlsDefaultHideMouse() const;
+    // Whether typing a digit on a selected control opens its text box.
+    virtual bool AcceptsTextEntry() const { return true; }
+    // Opens the view's text box over the active control's value; the typed text comes back
+    // through HandleTextBoxCallback.
+    int TrackTextInput(WCEventData &event, bool fromMouseUp);
+    static void HandleTextBoxCallback(void *refCon, const char *text, bool accepted);
+    virtual int LaunchHelpFile();
+    // The rubber band of a selection by drag, and the controls it selects.
+    void UpdateSelectRect(WCEventData &event);
+    void UpdateControlsSelectionToSelectionRect(const WURect<short> &rect, WCEventData &event);
+    const WURect<short> &GetSelectRect() const noexcept { return m_SelectionRect; }
+
+    // Touch: one record at a time, by its id.
+    int DoSingleTouch(const WCTouchEvent &touch);
+    int DoSingleTouchDown(const WCTouchEvent &touch);
+    int DoSingleTouchMove(const WCTouchEvent &touch);
+    int DoSingleTouchUp(const WCTouchEvent &touch);
+    void ClearTouchEventsMap();
+    static WCPoint2D<double> GetTouchDelta(const WCPoint2D<short> &from,
+                                           const WCPoint2D<short> &to);
+
+    // Value drag and drop: drop groups and their controls, and the values of the drag going on.
+    void BuildDragDrop_DroppableMap();
+    int DragDropStart(WCEventData &event);
+    int DragDropMove(WCEventData &event);
+    int DragDropStop(WCEventData &event);
+    void SetDragDrop_DragValues(std::uint64_t paramId, int group, double value);
+    void SetDragDrop_DropValues(std::uint64_t paramId, int group, short x, short y);
+    const sDragDropValues &GetDragDrop_DragValues() const noexcept { return m_DragValues; }
+    const sDragDropValues &GetDragDrop_DropValues() const noexcept { return m_DropValues; }
+    const std::map<int, std::vector<WCGUIControl *>> &GetDroppableMap() const noexcept {
+        return m_Droppable;
+    }
+
+    // The process side's chain operations, through the algorithm's exec callback.
+    BUFFER_HEADER *ChainBuffers(BUFFER_HEADER *head, BUFFER_HEADER *next);
+    // Sends the chain and frees it; the pointer is null after.
+    int ExecuteAndDisposeBuffer(BUFFER_HEADER *&chain);
+
     // ---- algorithm events --------------------------------------------------------------------
     void PresetLoaded(Preset::CPresetInfo const &info) override;
     void PresetModified(EPluginSetup setup) override;
@@ -374,7 +492,44 @@ private:
     void RelinkSelection();
     void UnpublishKeys();
     void DumpControlOrder(const std::vector<WCGUIControl *> &ordered) const;
+    // The input state lets go of `control` (every control for null) before it is deleted.
+    void ForgetInInput(const WCGUIControl *control);
     void DeleteOwned();
+
+    // Input state.
+    struct WSTouchRecord {
+        WCTouchEvent m_Event;
+        WCPoint2D<short> m_Last;
+        std::vector<WCGUIControl *> m_Controls;
+    };
+    static bool sAxisXLocked;
+    static bool sAxisYLocked;
+    std::vector<WCGUIControl *> m_SelectedList;
+    WCGUIControl *m_pActiveControl = nullptr;
+    WCGUIControl *m_pHoverControl = nullptr;
+    WCPoint2D<short> m_MouseLocation;
+    WCPoint2D<short> m_PreviousMouseLocation;
+    WCPoint2D<short> m_MouseDownLocation;
+    std::size_t m_LeadIndexH = 0;
+    std::size_t m_LeadIndexV = 0;
+    double m_AccumulatorH = 0.0;
+    double m_AccumulatorV = 0.0;
+    WURect<double> m_LimitsRect;
+    bool m_InMouseDown = false;
+    bool m_TextEntryPending = false;
+    // A text box of this document is open; a click elsewhere is taken by it.
+    bool m_TextBoxOpen = false;
+    bool m_DragSelect = false;
+    bool m_SelectRectDragged = false;
+    bool m_CursorHidden = false;
+    bool m_HoverLock = false;
+    X_CToolbarButton *m_pActiveToolbarButton = nullptr;
+    std::int64_t m_LastWheelTime = 0;
+    WTInputClock m_InputClock = nullptr;
+    sDragDropValues m_DragValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
+    sDragDropValues m_DropValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
+    std::map<int, std::vector<WCGUIControl *>> m_Droppable;
+    std::map<int, WSTouchRecord> m_Touches;
 
     cALGORITHM *m_pAlg = nullptr;
     WCFixedString<127> m_PluginName;

@@ -26,6 +26,9 @@ class WCAnimation;
 namespace miGS {
 class WCGraphicStreamBinaryWriter;
 }
+namespace PluginViewManager {
+class WCEventData;
+}
 
 // Options a control factory may be handed besides the XML.
 class WCControlCreationOptionsBase {
@@ -138,6 +141,68 @@ public:
     // The text of registration `index`'s value window; eOutOfRangeNumber without one.
     virtual int GetValueWinText(std::size_t index, WCFixedStringBase &out) const;
 
+    // ---- input -------------------------------------------------------------------------------
+    // Every handler answers the chain of buffers its parameter changes built (null for none),
+    // which the document joins and sends; the *Self hooks are where a concrete control adds its
+    // own reaction, last. A control with no registrations changes nothing.
+    using WCEventData = PluginViewManager::WCEventData;
+    using BUFFER_HEADER = WCParamRegistrationData::BUFFER_HEADER;
+
+    // Touches the registrations, resets those the modifiers ask to reset, keeps the lead value,
+    // then MouseDownSelf, which widens `limits` (the range of states the moving controls span).
+    // `keepGoing` false stops the document's walk over the selected controls.
+    virtual BUFFER_HEADER *MouseDown(WCEventData &event, WURect<double> &limits, bool &keepGoing);
+    // `dx` and `dy` are state deltas (y up); every registration gets its offsets and absolute
+    // positions in a fixed order, then a value drag may start.
+    virtual BUFFER_HEADER *MouseDrag(WCEventData &event, double dx, double dy, bool &keepGoing);
+    virtual BUFFER_HEADER *MouseUp(WCEventData &event);
+    // Wheel deltas in states; a step too small to change the value moves to the next one that
+    // does.
+    virtual BUFFER_HEADER *MouseWheel(WCEventData &event, double dx, double dy);
+    // Hover on (inside) or off.
+    virtual void MouseOver(WCEventData &event, bool inside, bool &keepGoing);
+    // Arrow keys step the registrations by the sensitivity times the parameter's state step.
+    virtual BUFFER_HEADER *HandleKeyEvent(WCEventData &event, bool &handled);
+    // Typed text for the registration that can take it, as the algorithm translates it.
+    virtual BUFFER_HEADER *EnterText(const char *text);
+    virtual BUFFER_HEADER *TouchPinchGesture(double dx, double dy);
+    // Whether a file drag over this control would be taken; the drop itself.
+    virtual bool FileDragOver(WCEventData &event);
+    virtual BUFFER_HEADER *FileDrop(WCEventData &event);
+    // Value drag and drop: a drag of a value started, passes over this control, ended. Move and
+    // stop answer whether the point is over the control.
+    virtual void DragDropStart(const sDragDropValues &values);
+    virtual bool DragDropMove(const sDragDropValues &values, const WCPoint2D<short> &point);
+    virtual BUFFER_HEADER *DragDropStop(const sDragDropValues &values,
+                                        const WCPoint2D<short> &point);
+    // A popup menu of the control's parameter; menus are not built on this platform yet.
+    virtual int DoControlPopupMenuSelf(WCEventData &event);
+    // Pixels of a mouse movement on the registration at `paramIndex` to states: discrete
+    // parameters move by whole steps of 96 pixels, remembering the rest in `accumulator`;
+    // continuous ones by `range` pixels for the whole scale, or by state steps when slow.
+    virtual double ConvertMouseDeltaFromPixelsToState(double delta, double &accumulator,
+                                                      std::size_t paramIndex, double range) const;
+    // Fine adjustment applies: no discrete registration on an axis, not both axes without the
+    // primary modifier, and some registration on a mouse axis.
+    virtual bool DoesControlSupportHighPrecision(const bool *modifiers) const;
+    // Registered to both mouse axes.
+    virtual bool IsControllerOnTwoAxes() const;
+    // A shift-click goes to the control itself instead of changing the selection.
+    virtual bool ControlHandlesShiftMod() const { return false; }
+    virtual bool ShouldIgnoreMouseRightClick(const WCEventData &) const { return false; }
+    virtual bool ShouldAcceptMouseWheelEvent() const { return true; }
+    // Whether the cursor hides while this control is dragged.
+    virtual bool ShouldHideCursorOnDrag() const;
+    // Where the cursor goes back to when the drag ends (GUI units).
+    virtual WCPoint2D<short> GetCursorPosOnRelease() const { return m_LastMousePosition; }
+    // The rect whose size turns pixels into states: the movement rect, else the drawable rect.
+    virtual WURect<short> GetMouseDragRect() const;
+    // The option-reset rule: "OptionReset" with Alt alone, or the registration's own test.
+    static bool NeedToResetParam(const bool *modifiers, const WCParamRegistrationData &data);
+    const sDragDropValues &GetDragDropValues() const noexcept { return m_DragValues; }
+    bool IsDragInProgress() const noexcept { return m_DragInProgress; }
+    void SetMouseSensitivity(double sensitivity) noexcept { m_MouseSensitivity = sensitivity; }
+
     // ---- drawing -----------------------------------------------------------------------------
     // Whether the document draws this control again after all others, so that it stands above
     // them (an open menu, a dragged handle); none does here.
@@ -198,6 +263,20 @@ public:
     void SetHoverImage(bool on) noexcept { m_HoverImage = on; }
 
 protected:
+    virtual BUFFER_HEADER *MouseDownSelf(WCEventData &event, WURect<double> &limits,
+                                         bool &keepGoing);
+    virtual BUFFER_HEADER *MouseDragSelf(WCEventData &, double, double, bool &) { return nullptr; }
+    virtual BUFFER_HEADER *MouseUpSelf(WCEventData &) { return nullptr; }
+    virtual BUFFER_HEADER *MouseWheelSelf(WCEventData &, double, double) { return nullptr; }
+    virtual BUFFER_HEADER *KeySelf(WCEventData &, bool &) { return nullptr; }
+    virtual void MouseOverSelf(WCEventData &, bool, bool &) {}
+    virtual BUFFER_HEADER *EnterTextSelf(const char *text);
+    // Joins two chains through the algorithm's process side.
+    BUFFER_HEADER *Chain(BUFFER_HEADER *head, BUFFER_HEADER *next) const;
+    // The event's modifiers for `data`: the fine-adjust (primary) modifier is taken out unless
+    // the registration asks for it, so a fine drag still reaches plain registrations.
+    static void ModifiersFor(const WCParamRegistrationData &data, const bool *event, bool *out);
+
     // Called for registration `index` when its parameter changed and the control shows.
     virtual void UpdatePointerSelf(std::size_t) {}
     // Copies everything of this control into `other` (registrations registered anew).
@@ -245,6 +324,8 @@ protected:
     short m_DragDropImageResID = -1;
     int m_DisableMode = eDisableWhenRequested;
     double m_ValueAtMouseDown = 0.0;
+    bool m_InMouseDownGuard = false;
+    sDragDropValues m_DragValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
     bool m_ValueChangedDuringDrag = false;
     bool m_HasColor = false;
     WCRGBAColor m_Color;

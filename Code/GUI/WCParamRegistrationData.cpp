@@ -264,7 +264,8 @@ WCParamRegistrationData::BUFFER_HEADER *
 WCParamRegistrationData::OffsetParamValue(double delta, unsigned int type, const bool *modifiers,
                                           bool drag) {
     const sCONTROL_PARAM *param = Param();
-    if (param == nullptr || !IsRegisteredToType(type, modifiers) || !std::isfinite(delta))
+    if (param == nullptr || !IsRegisteredToType(type, modifiers) || !std::isfinite(delta) ||
+        delta == 0.0)
         return nullptr;
     double state = param->GetState(SetupOf(*m_pAlg)) + delta;
     const bool cyclic = param->IsDiscrete() ? !param->IsFlagSet(eParamFlag_NotCyclic)
@@ -293,6 +294,33 @@ WCParamRegistrationData::OffsetToNextDifferentState(int direction, unsigned int 
     const double step = GetActiveControllerParameterStateStep();
     return OffsetParamValue((direction < 0 ? -1.0 : 1.0) * (step > 0.0 ? step : 1.0), type,
                             modifiers);
+}
+
+bool WCParamRegistrationData::DoesNewStateChangeRealWorld(double delta) const {
+    const sCONTROL_PARAM *param = Param();
+    if (param == nullptr || !std::isfinite(delta))
+        return false;
+    const double now = param->GetState(SetupOf(*m_pAlg));
+    double before = now;
+    double after = std::clamp(now + delta, 0.0, 1000.0);
+    m_pAlg->StateToRealWorld(m_ParamID, before);
+    m_pAlg->StateToRealWorld(m_ParamID, after);
+    return before != after;
+}
+
+WCParamRegistrationData::BUFFER_HEADER *
+WCParamRegistrationData::OffsetParamValueToNextDifferentValue(double delta, unsigned int type,
+                                                              const bool *modifiers) {
+    if (Param() == nullptr || !std::isfinite(delta) || delta == 0.0)
+        return nullptr;
+    // Past 1000 states every parameter has reached its end of the scale; the count bounds a
+    // delta too small to get there.
+    double grown = delta;
+    for (int steps = 2; steps <= 1000 && std::fabs(grown) < 1000.0 &&
+                        !DoesNewStateChangeRealWorld(grown);
+         ++steps)
+        grown = delta * steps;
+    return OffsetParamValue(grown, type, modifiers);
 }
 
 double WCParamRegistrationData::UpdateMouseDeltaStep(double delta) const {

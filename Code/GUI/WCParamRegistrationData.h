@@ -89,11 +89,18 @@ public:
     // Sets the state when registered to `type` with equal modifiers (null: any); the chain.
     BUFFER_HEADER *SetParamValue(double state, unsigned int type, const bool *modifiers);
     // The state plus `delta`, kept in 0..1000 (wrapping for cyclic parameters); `drag` goes
-    // through DragParam. Null when not registered to `type` with those modifiers.
+    // through DragParam. Null when not registered to `type` with those modifiers, or for a
+    // delta of 0, which changes nothing and so sends nothing.
     BUFFER_HEADER *OffsetParamValue(double delta, unsigned int type, const bool *modifiers,
                                     bool drag = false);
     BUFFER_HEADER *OffsetToNextDifferentState(int direction, unsigned int type,
                                               const bool *modifiers);
+    // Whether the state plus `delta` shows another real-world value than the state now.
+    bool DoesNewStateChangeRealWorld(double delta) const;
+    // Offsets by `delta`, grown in steps of itself until the real-world value changes (at most
+    // to the end of the scale), so that a small wheel step on a coarse parameter still moves.
+    BUFFER_HEADER *OffsetParamValueToNextDifferentValue(double delta, unsigned int type,
+                                                        const bool *modifiers);
     double UpdateMouseDeltaStep(double delta) const;
     double RealWorldToState(double value) const;
     double StateToRealWorld(double state) const;

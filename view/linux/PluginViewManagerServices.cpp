@@ -262,6 +262,44 @@ int GetAllScreensRectsInPixels(std::vector<WURect<int>> &outScreens) {
     return eNoErr;
 }
 
+int HideCursor() {
+    ++PluginViewManager::WCHeadlessDesktop::Get().m_cursorHideCount;
+    return eNoErr;
+}
+
+int ShowCursor() {
+    int &count = PluginViewManager::WCHeadlessDesktop::Get().m_cursorHideCount;
+    if (count > 0)
+        --count;
+    return eNoErr;
+}
+
+bool IsCursorHidden() {
+    return PluginViewManager::WCHeadlessDesktop::Get().m_cursorHideCount > 0;
+}
+
+int MoveCursor(const WCPoint2D<int> &global) {
+    PluginViewManager::WCHeadlessDesktop::Get().m_cursorPosition = global;
+    return eNoErr;
+}
+
+WCPoint2D<int> GetCursorPosition() {
+    return PluginViewManager::WCHeadlessDesktop::Get().m_cursorPosition;
+}
+
+int SetCursor(int cursorId) {
+    PluginViewManager::WCHeadlessDesktop::Get().m_cursorShape = cursorId;
+    return eNoErr;
+}
+
+int InitCursor() {
+    return SetCursor(0);
+}
+
+int GetCursorShape() {
+    return PluginViewManager::WCHeadlessDesktop::Get().m_cursorShape;
+}
+
 } // namespace Utils
 
 MIREL_NAMESPACE_END

@@ -167,6 +167,9 @@ void WCHeadlessDesktop::Reset() {
     m_responder = nullptr;
     m_questions.clear();
     m_textBox = WSTextBoxState();
+    m_cursorHideCount = 0;
+    m_cursorPosition = WCPoint2D<int>();
+    m_cursorShape = 0;
     m_nextTimerId = 1;
     m_advancing = false;
     m_initialised = false;

@@ -55,6 +55,9 @@ public:
     std::function<int(const WCMessageBoxCreateOptions &)> m_responder;
     std::vector<WCMessageBoxCreateOptions> m_questions;
     WSTextBoxState m_textBox;
+    int m_cursorHideCount = 0;
+    WCPoint2D<int> m_cursorPosition;
+    int m_cursorShape = 0;
     WCMainThreadQueue m_queue;
 
 private:
