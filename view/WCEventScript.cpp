@@ -141,6 +141,7 @@ public:
 private:
     bool m_pressed[eMouseButtonCount] = {false, false, false};
     std::size_t m_stepNumber = 0;
+    std::size_t m_fileCount = 0;
     int m_line = 0;
 
     [[noreturn]] void Fail(int code, const std::string &why) {
@@ -188,6 +189,9 @@ private:
             return 0;
         if (!node.IsSequence())
             return Name(kModifiers, node, "modifier");
+        // Lists stay short so that an alias repeated in every step cannot multiply the work.
+        if (node.size() > std::size(kModifiers))
+            Fail(eOutOfRangeNumber, "more modifiers than there are");
         unsigned mask = 0;
         for (const YAML::Node &name : node)
             mask |= Name(kModifiers, name, "modifier");
@@ -219,6 +223,10 @@ private:
             Fail(eKeyNotFound, "'files' is missing");
         if (!files.IsSequence() || files.size() == 0)
             Fail(eInvalidFileFormatProblem, "'files' is no list of paths");
+        m_fileCount += files.size();
+        if (m_fileCount > WCEventScript::kMaxSteps)
+            Fail(eOutOfRangeNumber,
+                 "more than " + std::to_string(WCEventScript::kMaxSteps) + " files in the script");
         for (const YAML::Node &file : files) {
             std::string path = Scalar(file, "a file");
             if (path.empty() || path.size() > 4095)

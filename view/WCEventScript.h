@@ -44,7 +44,7 @@ struct WCEventScriptStep {
 // a mouse does. Modifiers: primary, secondary, shift, alt. Named keys: up down left right home
 // end page-up page-down insert tab return escape space backspace delete f1..f12; a `char` is one
 // byte. Frame names are letters, digits, '-', '_' and '.', not first, at most 127 bytes.
-// Limits: 100000 steps, a wheel amount of 120000 either way, a wait of one hour.
+// Limits: 100000 steps and as many files, a wheel amount of 120000 either way, a wait of one hour.
 //
 // A read that fails answers its code, keeps the steps read before, and leaves the step, line and
 // reason in GetLastError. Codes: eFMFileNotFound and the file layer's for the file;

@@ -115,6 +115,7 @@ TEST(WCEventScript, RefusesBadInputWithItsCodeAndKeepsTheScriptItHad) {
         {"{event: wheel, x: 1, y: 1, amount: 120001}", eOutOfRangeNumber},
         {"{event: wait, ms: 3600001}", eOutOfRangeNumber},
         {"{event: wait, ms: -1}", eOutOfRangeNumber},
+        {"{event: move, x: 1, y: 1, modifiers: [alt, alt, alt, alt, alt]}", eOutOfRangeNumber},
         {"{event: frame, name: " + std::string(128, 'n') + "}", eValueWrongSize},
         {"{event: key, char: ab}", eValueWrongSize},
         {"{event: frame, name: ../up}", eFMIllegalPathRef},
