@@ -130,6 +130,8 @@ void CStandardGUI_X::RelinkSelection() {
     int min = 0, max = 0;
     GetListMinMax(min, max);
     SetMinMax(0, std::max(max, static_cast<int>(eSelectActive)));
+    if (CurrMaxSelected() == 0)
+        SetSelection(m_Max, false);
     // The tab lists, when the XML gives them, decide the neighbours over the list order.
     LinkTabRing(m_TabHoriz, false, true);
     LinkTabRing(m_TabVert, true, true);

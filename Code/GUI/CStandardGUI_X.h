@@ -386,6 +386,8 @@ public:
     void SetInputClock(WTInputClock clock) noexcept { m_InputClock = clock; }
     bool IsInMouseDown() const noexcept { return m_InMouseDown; }
     bool IsTextEntryPending() const noexcept { return m_TextEntryPending; }
+    // A click on empty space started a selection by rectangle.
+    bool IsDragSelecting() const noexcept { return m_DragSelect; }
 
     int ModifyControlsOnMouseDown(WCEventData &event, bool &keepGoing);
     int ModifyControlsOnMouseDrag(WCEventData &event);

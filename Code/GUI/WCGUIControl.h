@@ -273,9 +273,9 @@ protected:
     virtual BUFFER_HEADER *EnterTextSelf(const char *text);
     // Joins two chains through the algorithm's process side.
     BUFFER_HEADER *Chain(BUFFER_HEADER *head, BUFFER_HEADER *next) const;
-    // The event's modifiers for `data`: the fine-adjust (primary) modifier is taken out unless
-    // the registration asks for it, so a fine drag still reaches plain registrations.
-    static void ModifiersFor(const WCParamRegistrationData &data, const bool *event, bool *out);
+    // The event's modifiers as registration `data` hears them: primary (fine adjustment) and
+    // shift (axis lock) are taken out unless `data` asks for them.
+    void ModifiersFor(const WCParamRegistrationData &data, const bool *event, bool *out) const;
 
     // Called for registration `index` when its parameter changed and the control shows.
     virtual void UpdatePointerSelf(std::size_t) {}

@@ -26,12 +26,20 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::Chain(BUFFER_HEADER *head, BUFFER_HEA
     return m_pAlg->ChainBufs(head, next);
 }
 
-void WCGUIControl::ModifiersFor(const WCParamRegistrationData &data, const bool *event,
-                                bool *out) {
+void WCGUIControl::ModifiersFor(const WCParamRegistrationData &, const bool *event,
+                                bool *out) const {
     for (int i = 0; i < eNumModifiers; ++i)
         out[i] = event != nullptr && event[i];
-    if (!data.GetRegisterModifier(eModPrimary))
-        out[eModPrimary] = false;
+    // Fine adjustment (primary) and the axis lock (shift) are the drag's own modifiers: they are
+    // taken out, so plain registrations still hear the drag, unless this control gives the
+    // modifier a registration of its own (then that one alone answers to it).
+    for (const int modifier : {int(eModPrimary), int(eModShift)}) {
+        const bool claimed =
+            std::any_of(m_Registrations.begin(), m_Registrations.end(), [&](const auto &other) {
+                return other.GetRegisterModifier(modifier);
+            });
+        out[modifier] = out[modifier] && claimed;
+    }
 }
 
 bool WCGUIControl::NeedToResetParam(const bool *modifiers, const WCParamRegistrationData &data) {

@@ -350,7 +350,23 @@ int WCParamRegistrationData::GetNumStates() const {
 
 double WCParamRegistrationData::GetActiveControllerParameterStateStep() const {
     const sCONTROL_PARAM *param = Param();
-    return param != nullptr ? param->GetStateStep() : 0.0;
+    if (param == nullptr)
+        return 0.0;
+    if (param->GetStateStep() > 0.0)
+        return param->GetStateStep();
+    // A continuous parameter steps by its resolution, measured in states where its value
+    // stands (the scale may be curved): one state at least, and never more than ten, so a
+    // coarse resolution on a narrow range still moves by small steps.
+    const int setup = SetupOf(*m_pAlg);
+    const double state = param->GetState(setup);
+    const double resolution = param->GetScaleResolution();
+    double step = 0.0;
+    for (const double direction : {1.0, -1.0}) {
+        double next = param->GetRealWorld(setup) + direction * resolution;
+        if (step <= 0.0 && m_pAlg->RealWorldToState(m_ParamID, next) == eNoErr)
+            step = std::fabs(next - state);
+    }
+    return std::isfinite(step) && step >= 1.0 ? std::min(step, 10.0) : 1.0;
 }
 
 bool WCParamRegistrationData::IsActiveControllerParameterDiscrete() const {
