@@ -12,76 +12,20 @@
 #include "core/WTErrors.h"
 #include "files/WUFileSystemObjects.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
-#include "graphic_stream/WCGraphicStreamToCairo.h"
+#include "tools/mirel-host/WCPaintedView.h"
 #include "tools/shell/WCRecordingShell.h"
-#include "view/PluginViewManager.h"
-#include "view/WCViewCreateOptions.h"
-#include "view/linux/WUHeadlessView.h"
 
 namespace mirel_host {
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
-namespace PVM = ml::PluginViewManager;
 
 int Step(const char *what, int err) {
     if (err != ml::eNoErr)
         std::printf("  %s -> %d (%s)\n", what, err, ml::WTErrName(err));
     return err;
 }
-
-// The view's timer period: the frames of a 60 Hz screen.
-constexpr std::uint64_t kFramePeriodMs = 16;
-
-// A headless view showing the GUI: its timer pulls a frame whenever the GUI has something to
-// paint, and the painter paints each frame over the last picture.
-class WCPaintedView {
-public:
-    WCPaintedView(ml::CStandardGUI_X &gui) : m_GUI(gui) {
-        m_Painter.FollowDataPointers(true);
-        m_Painter.SetKeepPicture(true);
-        PVM::Init();
-        PVM::WCPluginViewCreateOptions options;
-        options.m_width = gui.GetViewRect().Width();
-        options.m_height = gui.GetViewRect().Height();
-        options.m_title = gui.GetPluginName().c_str();
-        m_Error = PVM::CreatePluginView(options, m_View);
-        if (m_Error != ml::eNoErr)
-            return;
-        gui.SetPluginView(m_View);
-        PVM::SetFramePainter(m_View, [this](const char *stream, std::size_t size) {
-            m_Painter.ExecStream(const_cast<char *>(stream), size);
-            m_Frame.assign(stream, size);
-        });
-        m_Error = PVM::SetFrameSource(m_View, &gui, kFramePeriodMs);
-    }
-    ~WCPaintedView() {
-        if (m_View != nullptr) {
-            PVM::SetFrameSource(m_View, nullptr, 0);
-            PVM::DisposePluginView(m_View);
-        }
-        m_GUI.ResetPluginView();
-        PVM::Dispose();
-    }
-    int GetError() const { return m_Error; }
-    // Runs the view's clock for `frames` timer periods.
-    void Run(int frames) { PVM::AdvanceTime(kFramePeriodMs * static_cast<std::uint64_t>(frames)); }
-    std::uint64_t GetFrameCount() const {
-        std::uint64_t count = 0;
-        PVM::GetFrameCount(m_View, count);
-        return count;
-    }
-    const std::string &GetLastFrame() const { return m_Frame; }
-    ml::miGS::WCGraphicStreamToCairo &GetPainter() { return m_Painter; }
-
-private:
-    ml::CStandardGUI_X &m_GUI;
-    ml::WSPluginView *m_View = nullptr;
-    ml::miGS::WCGraphicStreamToCairo m_Painter;
-    std::string m_Frame;
-    int m_Error = ml::eNoErr;
-};
 
 // `bytes` as a writer's stream, for the GUI's file writers.
 int WriteFrame(ml::CStandardGUI_X &gui, const std::string &bytes, const char *format,

@@ -6,6 +6,8 @@
 //                               shows a preset file, or writes it in the other form
 //   mirel-host gui [--out FOLDER] [module]
 //                               paints the plug-in's main GUI to PNG, SVG and YAML files
+//   mirel-host replay SCRIPT [--out FOLDER] [module]
+//                               plays an event script into the main GUI, painting its frame marks
 
 #include <cmath>
 #include <cstdio>
@@ -29,6 +31,7 @@
 #include "tools/mirel-host/DemoPresets.h"
 #include "tools/mirel-host/GUIFrames.h"
 #include "tools/mirel-host/PresetCommand.h"
+#include "tools/mirel-host/ReplayCommand.h"
 #include "tools/shell/WCRecordingShell.h"
 
 namespace {
@@ -47,6 +50,7 @@ void PrintUsage(std::FILE *out) {
     std::fprintf(out, "usage: mirel-host version\n"
                       "       mirel-host demo [plug-in module]\n"
                       "       mirel-host gui [--out FOLDER] [plug-in module]\n");
+    mirel_host::PrintReplayUsage(out, false);
     mirel_host::PrintPresetUsage(out, false);
 }
 
@@ -396,6 +400,8 @@ int main(int argc, char **argv) {
         return mirel_host::RunPresetCommand(argc - 2, argv + 2);
     if (std::strcmp(argv[1], "gui") == 0)
         return mirel_host::RunGUICommand(argc - 2, argv + 2, MIREL_EXAMPLE_MODULE);
+    if (std::strcmp(argv[1], "replay") == 0)
+        return mirel_host::RunReplayCommand(argc - 2, argv + 2, MIREL_EXAMPLE_MODULE);
     if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "help") == 0) {
         PrintUsage(stdout);
         return 0;
