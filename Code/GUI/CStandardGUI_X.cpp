@@ -111,6 +111,9 @@ void CStandardGUI_X::Dispose() {
         return;
     m_Disposed = true;
     DeactivateWindow();
+    // An open text box calls back into this document: it goes first, its text unused.
+    if (m_TextBoxOpen)
+        PluginViewManager::QuitTextBox();
     if (m_pAlg != nullptr)
         m_pAlg->Broadcaster()->remove(this);
     DeleteOwned();

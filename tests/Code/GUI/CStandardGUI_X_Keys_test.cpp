@@ -210,6 +210,12 @@ TEST_F(GUIInputKeys, ADigitOpensTheValueBoxUnlessPrimaryIsHeldAndTheTypedValueIs
     ASSERT_EQ(PVM::CommitTextBox("loud"), 0);
     m_Alg->GetParamRealWorld(0, gain);
     EXPECT_DOUBLE_EQ(gain, 3.5);
+
+    // A box left open does not outlive its document, which its callback would reach.
+    EXPECT_EQ(Key(PVM::eKeyCharacter, '.'), 0);
+    ASSERT_EQ(m_Alg->DisposeGuiAndRemoveFromMap("Primary"), 0);
+    ASSERT_EQ(PVM::GetTextBoxState(box), 0);
+    EXPECT_FALSE(box.m_active);
 }
 
 TEST_F(GUIInputKeys, EscapeGoesHomeAndTabWalksTheRingByItsModifiers) {
