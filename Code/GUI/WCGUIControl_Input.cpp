@@ -94,7 +94,7 @@ bool WCGUIControl::DoesControlSupportHighPrecision(const bool *modifiers) const 
 double WCGUIControl::ConvertMouseDeltaFromPixelsToState(double delta, double &accumulator,
                                                         std::size_t paramIndex,
                                                         double range) const {
-    if (paramIndex >= m_Registrations.size() || !std::isfinite(delta))
+    if (paramIndex >= m_Registrations.size() || !std::isfinite(delta) || delta == 0.0)
         return 0.0;
     const WCParamRegistrationData &data = m_Registrations[paramIndex];
     const double d = data.UpdateMouseDeltaStep(delta);
@@ -195,10 +195,9 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseDrag(WCEventData &event, double 
         if (dy != 0.0)
             chain = Chain(chain, data.SetParamValue(y, eRegAbsMouseMoveVertical, modifiers));
     }
-    const double lead =
+    if (GetControlFlag(eCF_NoMouseUpAfterDrag) &&
         m_Registrations[std::min<std::size_t>(m_LeadParamIndex, m_Registrations.size() - 1)]
-            .GetValue();
-    if (GetControlFlag(eCF_NoMouseUpAfterDrag) && lead != m_ValueAtMouseDown)
+                .GetValue() != m_ValueAtMouseDown)
         m_ValueChangedDuringDrag = true;
 
     if (!m_DragInProgress && m_DragValues.m_GroupNumber >= 0) {

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/WCCountingAllocator.h"
 #include "tests/support/WCSilentAlgorithm.h"
 #include "tests/support/WCTestHome.h"
 
@@ -68,6 +69,8 @@ const char *kGUI = R"(<GUI version="5">
 class WCInputAlgorithm : public mirel_test::WCSilentAlgorithm {
 public:
     using WCSilentAlgorithm::WCSilentAlgorithm;
+    // Builds no buffers, so that what a test counts is the library's own doing.
+    bool m_Quiet = false;
 
 protected:
     void InitProcessCodeSelf() override {
@@ -77,7 +80,7 @@ protected:
     // Every change sends one coefficient word, so the tests can count what reached the
     // process side.
     BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override {
-        return PrepareCoefBufferWithBypass(0, 1, true);
+        return m_Quiet ? nullptr : PrepareCoefBufferWithBypass(0, 1, true);
     }
     int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
         return out.Assign(kParamXML, std::strlen(kParamXML));
@@ -186,6 +189,22 @@ TEST_F(GUIInput, AKnobDragMovesByTheControlsSizeFastAndByStepsSlowThenSendsAndAl
     Down(30, 40, kAlt);
     EXPECT_NEAR(RealWorld(eGain), 0.0, 1e-9) << "Alt-click resets to the initial value";
     Up(30, 40, kAlt);
+}
+
+TEST_F(GUIInput, ADragMoveAllocatesNothing) {
+    ASSERT_NO_FATAL_FAILURE(Start());
+    m_Alg->m_Quiet = true;
+    Down(30, 40);
+    Move(30, 37);
+    Move(30, 40);
+    long allocations = 0;
+    for (int i = 0; i < 10; ++i) {
+        const short y = i % 2 == 0 ? 37 : 40;
+        allocations +=
+            mirel_test::CountAllocations([&] { m_GUI->DoMouseMove(Event(30, y, kNone)); });
+    }
+    EXPECT_EQ(allocations, 0);
+    Up(30, 40);
 }
 
 TEST_F(GUIInput, ADiscreteSliderStepsEvery96PixelsCarryingTheRestAndIgnoresFineAdjustment) {
