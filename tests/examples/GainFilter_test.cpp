@@ -24,6 +24,10 @@
 #include "tests/support/WCGoldenPicture.h"
 #include "tests/support/WCTestHome.h"
 #include "tools/shell/WCRecordingShell.h"
+#include "view/PluginViewManager.h"
+#include "view/WCEventScript.h"
+#include "view/linux/WUEventScriptPlayer.h"
+#include "view/linux/WUHeadlessView.h"
 
 namespace {
 
@@ -382,6 +386,77 @@ TEST(GainFilterModule, ItsGUIIsPaintedAndAMinimalFrameOverTheOldPictureEqualsAFu
     mirel_test::ExpectSamePicture(kept.GetSurface(), fresh.GetSurface(),
                                   "the minimal frame over the old picture");
     mirel_test::ExpectGoldenPicture(fresh.GetSurface(), kPictures, "GainFilter_Primary_changed");
+}
+
+} // namespace
+
+namespace {
+
+namespace PVM = ml::PluginViewManager;
+
+TEST(GainFilterModule, AReplayedKnobDragMovesTheGainByTheDragArithmeticAndPaintsIt) {
+    mirel_test::WCTestHome home;
+    WCRecordingShell shell;
+    ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
+    ml::cALGORITHM *alg = shell.Algorithm();
+    ASSERT_EQ(alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
+    ml::CStandardGUI_X &gui = *alg->GetGUIPtr("Primary");
+    PVM::WCEventScript script;
+    ASSERT_EQ(script.ReadFromFile(MIREL_SOURCE_DIR "/examples/GainFilter/Scripts/knob-drag.yaml"),
+              0)
+        << script.GetLastError();
+
+    // The view's events go to the GUI, and its frames into a picture kept from frame to frame.
+    ASSERT_EQ(PVM::Init(), 0);
+    PVM::WCPluginViewCreateOptions options;
+    options.m_width = gui.GetViewRect().Width();
+    options.m_height = gui.GetViewRect().Height();
+    options.m_callback = &ml::CStandardGUI_X::ViewEventCallback;
+    options.m_reference = &gui;
+    ml::WSPluginView *view = nullptr;
+    ASSERT_EQ(PVM::CreatePluginView(options, view), 0);
+    gui.SetPluginView(view);
+    // Wheel acceleration reads the desktop's clock, which the script's waits advance.
+    gui.SetInputClock([]() -> std::int64_t {
+        return static_cast<std::int64_t>(PVM::GetCurrentTimeMs()) * 1000;
+    });
+    ml::miGS::WCGraphicStreamToCairo painter;
+    painter.FollowDataPointers(true);
+    painter.SetKeepPicture(true);
+    PVM::SetFramePainter(view, [&](const char *stream, std::size_t size) {
+        painter.ExecStream(const_cast<char *>(stream), size);
+    });
+    ASSERT_EQ(PVM::SetFrameSource(view, &gui, 16), 0);
+    shell.ClearLog();
+
+    const int played = PVM::PlayEventScript(
+        view, script,
+        [&](const std::string &mark) {
+            shell.Idle(0, 1);
+            PVM::AdvanceTime(64);
+            mirel_test::ExpectGoldenPicture(painter.GetSurface(), kPictures,
+                                            "GainFilter_Primary_" + mark);
+            return 0;
+        },
+        16);
+    EXPECT_EQ(played, 0);
+    PVM::SetFrameSource(view, nullptr, 0);
+    gui.ResetPluginView();
+    PVM::Dispose();
+
+    // Three fast moves of 4 pixels on the 48-pixel knob, a twelfth of the scale each (3 dB), and
+    // a slow pixel, one step (0.1 dB); then a wheel notch, one step more.
+    double gain = 0.0;
+    ASSERT_EQ(alg->GetParamRealWorld(0, gain), 0);
+    EXPECT_NEAR(gain, 9.2, 1e-9);
+    EXPECT_FLOAT_EQ(shell.CoefAsFloat(0), static_cast<float>(std::pow(10.0, 9.2 / 20.0)))
+        << "the gain word the process side holds";
+    long sends = 0;
+    for (const auto &call : shell.Calls())
+        sends += call.op == ml::eExecSendBuffers;
+    EXPECT_EQ(sends, 5) << "one chain per event that changed a parameter";
+    EXPECT_EQ(shell.Stop(), 0);
+    EXPECT_EQ(shell.LiveBuffers(), 0u);
 }
 
 } // namespace
