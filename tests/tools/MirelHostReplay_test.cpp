@@ -33,10 +33,9 @@ TEST(MirelHostReplay, PaintsEachFrameMarkAndNamesTheParametersTheEventsChanged) 
               0)
         << mirel_test::ReadFileText(out);
     const std::string text = mirel_test::ReadFileText(out);
-    const std::size_t wheel = text.find("frame after-wheel");
-    ASSERT_NE(wheel, std::string::npos) << text;
-    EXPECT_NE(text.find("  Gain         0.0 dB -> "), std::string::npos) << text;
-    EXPECT_EQ(text.find("Cutoff"), text.find("Cutoff", wheel)) << text;
+    const std::size_t drag = text.find("frame after-drag");
+    ASSERT_NE(drag, std::string::npos) << text;
+    EXPECT_NE(text.find("  Gain         0.0 dB -> ", drag), std::string::npos) << text;
     EXPECT_EQ(text.find("received 0 buffer chain"), std::string::npos) << text;
     for (const char *png : {"after-drag.png", "after-wheel.png"})
         EXPECT_GT(fs::file_size(dir.path() / "frames" / png), 0u) << png;
