@@ -90,9 +90,10 @@ void CSelectableHome::AdjustSelectionToSelectableFlags() {
 
 ENeighbors CSelectableHome::DirectionFromTabModifiers(const bool *modifiers) {
     const bool shift = modifiers != nullptr && modifiers[2];
+    // Tab goes forward along the ring, shift-tab back; with Alt, along the vertical ring.
     if (modifiers != nullptr && modifiers[3])
-        return shift ? eNeighborDown : eNeighborRight;
-    return shift ? eNeighborUp : eNeighborLeft;
+        return shift ? eNeighborUp : eNeighborDown;
+    return shift ? eNeighborLeft : eNeighborRight;
 }
 
 void CSelectableHome::AdjustSelectionToClick(std::vector<CSelectable *> &clicked,

@@ -31,8 +31,8 @@ public:
     void GoHome(bool notify);
     // When one selected selectable refuses company ("NoMultipleSelection"), the others go idle.
     void AdjustSelectionToSelectableFlags();
-    // The tab key's direction from its modifiers (index 2 shift): with modifier 3 held, 1 for
-    // shift and 3 without; without it, 0 for shift and 2 without.
+    // The tab key's direction from its modifiers (index 2 shift): right (forward) for Tab, left
+    // for shift-Tab; with modifier 3 (Alt) held, down and up.
     static ENeighbors DirectionFromTabModifiers(const bool *modifiers);
     // The selection after a click on `clicked` (the selectables under the point, topmost
     // first) with the event's four modifiers: a plain click makes the topmost one active and

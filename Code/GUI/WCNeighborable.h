@@ -6,12 +6,13 @@
 
 MIREL_NAMESPACE_BEGIN
 
-// The four directions of tab navigation between selectables.
+// The four directions of tab navigation between selectables; the tab key's directions are these
+// numbers (Tab 2, shift-Tab 0, with Alt 3 and 1).
 enum ENeighbors : int {
-    eNeighborUp = 0,
-    eNeighborDown = 1,
-    eNeighborLeft = 2,
-    eNeighborRight = 3,
+    eNeighborLeft = 0,
+    eNeighborUp = 1,
+    eNeighborRight = 2,
+    eNeighborDown = 3,
     eNumNeighbors = 4,
 };
 

@@ -224,8 +224,8 @@ TEST_F(GUIInputKeys, EscapeGoesHomeAndTabWalksTheRingByItsModifiers) {
         int modifier;
         const char *selected;
     } rows[] = {{PVM::eKeyEscape, -1, "Knob"},
-                {PVM::eKeyTab, -1, "Entry"},
-                {PVM::eKeyTab, ml::eModFourth, "NoFlag"}};
+                {PVM::eKeyTab, -1, "NoFlag"},
+                {PVM::eKeyTab, ml::eModShift, "Entry"}};
     for (const auto &row : rows) {
         Select("Drop");
         bool handled = false;
