@@ -82,6 +82,8 @@ int WCDispatcherAbs::HandleTouch(const WCEventMessage &message) {
     m_eventData.SetEventMessage(message);
     m_eventData.SetTouchEventID(static_cast<int>(message.m_param));
     m_eventData.SetMouseLocation(message.m_position);
+    // A finger on the glass is a pressed left button; its lift releases it.
+    m_eventData.SetMouseButtonPressed(eMouseButtonLeft, message.m_buttons[eMouseButtonLeft]);
     return CallBack(eEventTouch) ? 1 : 0;
 }
 

@@ -28,7 +28,8 @@ public:
 
     // 1 when the message was handled, 0 when not (always 0 without a callback).
     int HandleEvent(const WCEventMessage &message);
-    // A touch: its id and where it is, code eEventTouch.
+    // A touch: its id, where it is and whether the finger is on the glass (the left button),
+    // code eEventTouch.
     int HandleTouch(const WCEventMessage &message);
 
     WCEventData &GetEventData() noexcept { return m_eventData; }

@@ -51,6 +51,7 @@ enum WEScriptEvent : unsigned {
     eScriptDragOver,
     eScriptDrop,
     eScriptTouch,
+    eScriptTouchUp,
     eScriptWait,
     eScriptFrame
 };
@@ -72,6 +73,7 @@ constexpr WSEventKind kEvents[] = {
     {"drag-over", eScriptDragOver, kAt | fFiles},
     {"drop", eScriptDrop, kAt | fFiles},
     {"touch", eScriptTouch, fX | fY | fId},
+    {"touch-up", eScriptTouchUp, fX | fY | fId},
     {"wait", eScriptWait, fMs},
     {"frame", eScriptFrame, fName},
 };
@@ -324,6 +326,7 @@ private:
             ReadFiles(step, message);
             break;
         case eScriptTouch:
+        case eScriptTouchUp:
             message.m_kind = eMsgTouch;
             message.m_param =
                 step["id"] ? static_cast<unsigned>(Integer(step, "id", 0, 65535)) : 0u;
@@ -331,9 +334,12 @@ private:
         case eScriptWait:
         case eScriptFrame: break;
         }
-        // A mouse reports every button held down with each message, not only with its own.
+        // A mouse reports every button held down with each message, not only with its own; a
+        // finger's left button says whether it is on the glass.
         for (int b = 0; b < eMouseButtonCount; ++b)
             message.m_buttons[b] = m_pressed[b];
+        if (message.m_kind == eMsgTouch)
+            message.m_buttons[eMouseButtonLeft] = kind->m_event == eScriptTouch;
     }
 };
 

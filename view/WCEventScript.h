@@ -35,7 +35,8 @@ struct WCEventScriptStep {
 //     - {event: key, char: "7", modifiers: [primary, shift]}
 //     - {event: drag-over, x: 10, y: 10, files: [a.wav]}
 //     - {event: drop, x: 10, y: 10, files: [a.wav]}
-//     - {event: touch, x: 10, y: 10, id: 1}
+//     - {event: touch, x: 10, y: 10, id: 1}         # a finger put down, or moved
+//     - {event: touch-up, x: 10, y: 10, id: 1}      # and lifted
 //     - {event: wait, ms: 100}
 //     - {event: frame, name: after-drag}
 //

@@ -86,6 +86,18 @@ bool CStandardGUI_X::ViewEventCallback(void *reference, int eventCode, WCEventDa
     case PVM::eEventKeyDown: gui->DoKey(*event, handled); return handled;
     case PVM::eEventFileDragOver: gui->DoFileDragOver(*event, handled); return handled;
     case PVM::eEventFileDrop: gui->DoFileDrop(*event, handled); return handled;
+    case PVM::eEventTouch: {
+        // A finger on the glass is down the first time its id is seen, then moving.
+        WCTouchEvent touch;
+        touch.m_ID = event->GetTouchEventID();
+        touch.m_Location = event->GetMouseLocation();
+        touch.m_Phase = !event->GetMouseButtonPressed(PVM::eMouseButtonLeft)
+                            ? WCTouchEvent::eTouchUp
+                        : gui->m_Touches.contains(touch.m_ID) ? WCTouchEvent::eTouchMove
+                                                              : WCTouchEvent::eTouchDown;
+        std::copy_n(event->GetAllKeyModifiers(), 4, touch.m_Modifiers);
+        return gui->DoSingleTouch(touch) == eNoErr;
+    }
     default: return false;
     }
 }

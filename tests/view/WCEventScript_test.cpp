@@ -29,6 +29,7 @@ events:
   - {event: drop, x: 10, y: 11, files: [a.wav, "b c.aif"]}
   - {event: drag-over, x: 12, y: 13, files: [d.wav]}
   - {event: touch, x: 3, y: 4, id: 7}
+  - {event: touch-up, x: 3, y: 5, id: 7}
   - {event: wait, ms: 3600000}
   - {event: frame, name: after-drag_2.v1}
 )";
@@ -63,7 +64,8 @@ TEST(WCEventScript, ReadsEveryKindIntoItsMessageWithTheButtonsHeldSinceItsDown) 
         {eMsgKeyDown, 0, 0, false, false, 0, 0, eKeySpace, ' ', 0, {}},
         {eMsgFileDrop, 10, 11, false, false, 0, 0, eKeyNone, 0, 0, {"a.wav", "b c.aif"}},
         {eMsgFileDragOver, 12, 13, false, false, 0, 0, eKeyNone, 0, 0, {"d.wav"}},
-        {eMsgTouch, 3, 4, false, false, 0, 0, eKeyNone, 0, 7, {}},
+        {eMsgTouch, 3, 4, true, false, 0, 0, eKeyNone, 0, 7, {}},
+        {eMsgTouch, 3, 5, false, false, 0, 0, eKeyNone, 0, 7, {}},
     };
     const auto &steps = script.GetSteps();
     ASSERT_EQ(steps.size(), std::size(expected) + 2);
@@ -85,10 +87,11 @@ TEST(WCEventScript, ReadsEveryKindIntoItsMessageWithTheButtonsHeldSinceItsDown) 
         EXPECT_EQ(m.m_param, e.param);
         EXPECT_EQ(m.m_paths, e.paths);
     }
-    EXPECT_EQ(steps[13].m_kind, WCEventScriptStep::eStepWait);
-    EXPECT_EQ(steps[13].m_waitMs, 3600000u);
-    EXPECT_EQ(steps[14].m_kind, WCEventScriptStep::eStepFrame);
-    EXPECT_EQ(steps[14].m_frameName, "after-drag_2.v1");
+    const std::size_t last = steps.size() - 1;
+    EXPECT_EQ(steps[last - 1].m_kind, WCEventScriptStep::eStepWait);
+    EXPECT_EQ(steps[last - 1].m_waitMs, 3600000u);
+    EXPECT_EQ(steps[last].m_kind, WCEventScriptStep::eStepFrame);
+    EXPECT_EQ(steps[last].m_frameName, "after-drag_2.v1");
 }
 
 TEST(WCEventScript, RefusesBadInputWithItsCodeAndKeepsTheScriptItHad) {

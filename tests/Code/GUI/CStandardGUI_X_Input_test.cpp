@@ -17,7 +17,9 @@
 #include "Code/GUI/WCGUIControl.h"
 #include "resources/ResourceManager.h"
 #include "tools/shell/WCRecordingShell.h"
+#include "view/PluginViewManager.h"
 #include "view/WCEventData.h"
+#include "view/linux/WUHeadlessView.h"
 
 namespace {
 
@@ -319,6 +321,37 @@ TEST_F(GUIInput, EventsOutsideTheControlsOrAbsurdChangeNothingAndSendNothing) {
     EXPECT_EQ(State(eGain), gain);
     EXPECT_EQ(State(eX), x);
     EXPECT_EQ(Sends(), 0);
+}
+
+TEST_F(GUIInput, AViewHandsItsMouseAndTouchMessagesToTheDocument) {
+    ASSERT_NO_FATAL_FAILURE(Start());
+    ASSERT_EQ(PVM::Init(), 0);
+    PVM::WCPluginViewCreateOptions options;
+    options.m_width = 400;
+    options.m_height = 200;
+    options.m_callback = &ml::CStandardGUI_X::ViewEventCallback;
+    options.m_reference = m_GUI;
+    ml::WSPluginView *view = nullptr;
+    ASSERT_EQ(PVM::CreatePluginView(options, view), 0);
+    auto post = [&](PVM::WEEventMessageKind kind, short y, bool pressed, unsigned id = 0) {
+        PVM::WCEventMessage message;
+        message.m_kind = kind;
+        message.m_position = {30, y};
+        message.m_buttons[PVM::eMouseButtonLeft] = pressed;
+        message.m_param = id;
+        return PVM::PostEvent(view, message);
+    };
+    const double before = State(eGain);
+    EXPECT_EQ(post(PVM::eMsgLeftButtonDown, 40, true), 1);
+    EXPECT_EQ(post(PVM::eMsgMouseMove, 34, true), 1);
+    EXPECT_EQ(post(PVM::eMsgLeftButtonUp, 34, false), 1);
+    const double dragged = State(eGain);
+    EXPECT_NEAR(dragged - before, 125.0, 0.5) << "an eighth of the scale";
+    // A finger: down, 100 pixels up, lifted; the knob moves by the touch resolution.
+    for (const auto &[y, on] : {std::pair<short, bool>{40, true}, {-60, true}, {-60, false}})
+        EXPECT_EQ(post(PVM::eMsgTouch, y, on, 7), 1);
+    EXPECT_GT(State(eGain), dragged);
+    PVM::Dispose();
 }
 
 } // namespace
