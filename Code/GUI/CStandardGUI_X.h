@@ -107,7 +107,11 @@ public:
     bool IsFinished() const noexcept { return m_Finished; }
     bool IsDisposed() const noexcept { return m_Disposed; }
     void SetPluginView(WSPluginView *view) noexcept { m_pPluginView = view; }
-    void ResetPluginView() noexcept { m_pPluginView = nullptr; }
+    // The view is going: a value box it held went with it.
+    void ResetPluginView() noexcept {
+        m_pPluginView = nullptr;
+        m_TextBoxOpen = false;
+    }
     WSPluginView *GetPluginView() const noexcept { return m_pPluginView; }
     // Where the host placed the GUI's window, in screen coordinates.
     void SetWindowPosition(const WCPoint2D<short> &position) noexcept {

@@ -1,5 +1,6 @@
 #include "tools/mirel-host/ReplayCommand.h"
 
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -14,6 +15,7 @@
 #include "view/PluginViewManager.h"
 #include "view/WCEventScript.h"
 #include "view/linux/WUEventScriptPlayer.h"
+#include "view/linux/WUHeadlessView.h"
 
 namespace mirel_host {
 
@@ -69,6 +71,11 @@ int Replay(mirel_shell::WCRecordingShell &shell, const PVM::WCEventScript &scrip
     if (gui == nullptr)
         return 2;
     WCPaintedView view(*gui, &ml::CStandardGUI_X::ViewEventCallback);
+    // Wheel acceleration reads the view's clock, which the script's waits advance, so a replay
+    // moves the same every time.
+    gui->SetInputClock([]() -> std::int64_t {
+        return static_cast<std::int64_t>(PVM::GetCurrentTimeMs()) * 1000;
+    });
     int timer = 0;
     int err = view.GetError();
     // The plug-in's idle runs on the view's clock, as a host's idle timer would.
