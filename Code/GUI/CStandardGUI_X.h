@@ -532,8 +532,8 @@ private:
     X_CToolbarButton *m_pActiveToolbarButton = nullptr;
     std::int64_t m_LastWheelTime = 0;
     WTInputClock m_InputClock = nullptr;
-    sDragDropValues m_DragValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
-    sDragDropValues m_DropValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
+    sDragDropValues m_DragValues = kNoDragDropValues;
+    sDragDropValues m_DropValues = kNoDragDropValues;
     std::map<int, std::vector<WCGUIControl *>> m_Droppable;
     std::map<int, WSTouchRecord> m_Touches;
 

@@ -438,7 +438,7 @@ int CStandardGUI_X::DoMouseUp(WCEventData &event) {
         }
         if (m_DragValues.m_GroupNumber >= 0) {
             DragDropStop(event);
-            m_DragValues = sDragDropValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
+            m_DragValues = kNoDragDropValues;
         }
     }
     if (m_CursorHidden) {

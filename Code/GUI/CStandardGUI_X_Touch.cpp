@@ -36,8 +36,6 @@ PVM::WCEventData TouchEventData(const WCTouchEvent &touch, const WCPoint2D<short
     return event;
 }
 
-const sDragDropValues kNoDragDrop{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
-
 } // namespace
 
 // ---- touch -----------------------------------------------------------------------------------
@@ -258,7 +256,7 @@ int CStandardGUI_X::DragDropMove(WCEventData &event) {
     if (m_DragValues.m_GroupNumber < 0 || group == m_Droppable.end())
         return eNoErr;
     const WCPoint2D<short> point = event.GetMouseLocation();
-    m_DropValues = kNoDragDrop;
+    m_DropValues = kNoDragDropValues;
     for (WCGUIControl *control : group->second)
         if (!control->IsHidden(true) && control->DragDropMove(m_DragValues, point))
             SetDragDrop_DropValues(control->GetLeadParamID(), m_DragValues.m_GroupNumber, point.x,
@@ -279,8 +277,8 @@ int CStandardGUI_X::DragDropStop(WCEventData &event) {
         if (target != group->second.rend())
             chain = (*target)->DragDropStop(m_DragValues, point);
     }
-    m_DragValues = kNoDragDrop;
-    m_DropValues = kNoDragDrop;
+    m_DragValues = kNoDragDropValues;
+    m_DropValues = kNoDragDropValues;
     return ExecuteAndDisposeBuffer(chain);
 }
 

@@ -325,7 +325,7 @@ protected:
     int m_DisableMode = eDisableWhenRequested;
     double m_ValueAtMouseDown = 0.0;
     bool m_InMouseDownGuard = false;
-    sDragDropValues m_DragValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
+    sDragDropValues m_DragValues = kNoDragDropValues;
     bool m_ValueChangedDuringDrag = false;
     bool m_HasColor = false;
     WCRGBAColor m_Color;

@@ -125,7 +125,7 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseDown(WCEventData &event, WURect<
         if (data.ShouldSendTouch(modifiers) && !data.IsRegisteredToType(eRegDisplayOnly, nullptr))
             data.Touch();
 
-    m_DragValues = sDragDropValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
+    m_DragValues = kNoDragDropValues;
     for (const auto &data : m_Registrations)
         if (data.GetRegisterFlag(eRegDrag)) {
             m_DragValues = data.GetRegisterInfo().m_DragDrop;
@@ -223,7 +223,7 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseUp(WCEventData &event) {
         return nullptr;
     if (m_DragInProgress) {
         m_DragInProgress = false;
-        m_DragValues = sDragDropValues{~std::uint64_t(0), -1, -1.0, WCPoint2D<short>(-1, -1)};
+        m_DragValues = kNoDragDropValues;
     }
     BUFFER_HEADER *chain = MouseUpSelf(event);
     m_LastMousePosition = event.GetMouseLocation();

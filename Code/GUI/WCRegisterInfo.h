@@ -74,6 +74,9 @@ struct sDragDropValues {
     double m_Value = 0.0;
     WCPoint2D<short> m_Position;
 };
+// The values while no drag goes on: every field -1.
+inline constexpr sDragDropValues kNoDragDropValues{~std::uint64_t(0), -1, -1.0,
+                                                   WCPoint2D<short>(-1, -1)};
 
 // Which gestures and modifiers a registration answers to, with the fixed and reset values.
 // [main-thread]: a plain value of a control.
