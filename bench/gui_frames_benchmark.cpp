@@ -7,21 +7,15 @@
 #include <cairo.h>
 
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <memory>
 #include <string>
-
-#include <unistd.h>
 
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
+#include "bench/support/WCBenchGUI.h"
 #include "bench/support/WCBenchRatios.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCGraphicStreamToCairo.h"
-#include "resources/ResourceManager.h"
-#include "tests/support/WCSilentAlgorithm.h"
 
 namespace {
 
@@ -36,34 +30,15 @@ constexpr int kHeight = (kControls / kColumns) * 40;
 const char *kParamXML = R"(<ParamXML><Parameter Name="Gain"><Scale><ScaleType Type="linear"/>
   <Minimum>-24</Minimum><Maximum>12</Maximum></Scale><Units>dB</Units></Parameter></ParamXML>)";
 
-class WCPlugin : public mirel_test::WCSilentAlgorithm {
-public:
-    WCPlugin(ml::MirelComponentInfo const &info, ml::WTResContainerType *&container)
-        : WCSilentAlgorithm(info, container) {
-        SetAlgName("Frames");
-    }
-
-protected:
-    int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
-        return out.Assign(kParamXML, std::strlen(kParamXML));
-    }
-};
-
-// A bundle of one base picture and a GUI of coloured controls, each showing the gain as text,
-// in a temporary folder; a started plug-in with that GUI.
+// A base picture and a GUI of coloured controls, each showing the gain as text.
 struct WSGUI {
-    fs::path m_Folder;
-    ml::WTResContainerType *m_Container = nullptr;
-    std::unique_ptr<WCPlugin> m_Alg;
+    mirel_bench::WCBenchGUI m_Bench;
     ml::CStandardGUI_X *m_GUI = nullptr;
 
-    WSGUI() {
-        m_Folder = fs::temp_directory_path() / ("mirel-gui-frames-" + std::to_string(::getpid()));
-        const fs::path resources = m_Folder / "Frames.bundle/Contents/Resources";
-        fs::create_directories(resources / "GUIXML");
+    WSGUI() : m_Bench("Frames", kParamXML, GUIXML(), WriteBasePicture), m_GUI(m_Bench.GUI()) {}
+
+    static void WriteBasePicture(const fs::path &resources) {
         fs::create_directories(resources / "PNG_");
-        std::ofstream(resources / "resource_config.yaml")
-            << "Extensions:\n  GUIXML: .xml\n  PNG_: .png\n";
         cairo_surface_t *base = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, kWidth, kHeight);
         cairo_t *cr = cairo_create(base);
         cairo_pattern_t *gradient = cairo_pattern_create_linear(0, 0, kWidth, kHeight);
@@ -75,6 +50,8 @@ struct WSGUI {
         cairo_destroy(cr);
         cairo_surface_write_to_png(base, (resources / "PNG_/1.png").c_str());
         cairo_surface_destroy(base);
+    }
+    static std::string GUIXML() {
         std::string xml = "<GUI version=\"5\"><ViewRect_List><Rect top=\"0\" left=\"0\" width=\"" +
                           std::to_string(kWidth) + "\" height=\"" + std::to_string(kHeight) +
                           "\"/></ViewRect_List><Pict_List><Image Type=\"Base\" ResID=\"1\"/>"
@@ -93,22 +70,7 @@ struct WSGUI {
                           i, y, x, 40 + i % 200);
             xml += control;
         }
-        xml += "</Control_List></GUI>";
-        std::ofstream(resources / "GUIXML/1000.xml") << xml;
-        ml::RM::OpenResContainer((m_Folder / "Frames.bundle").c_str(), 0, m_Container);
-        ml::MirelComponentInfo info;
-        m_Alg = std::make_unique<WCPlugin>(info, m_Container);
-        m_Alg->FinishCreate();
-        m_Alg->DoIdle(0);
-        if (m_Alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary") == 0)
-            m_GUI = m_Alg->GetGUIPtr("Primary");
-    }
-    ~WSGUI() {
-        m_Alg.reset();
-        ml::RM::CloseResContainer(m_Container);
-        ml::RM::Dispose();
-        std::error_code err;
-        fs::remove_all(m_Folder, err);
+        return xml + "</Control_List></GUI>";
     }
     // One frame: full when `full`, else with control 250 alone dirty.
     void Frame(ml::miGS::WCGraphicStreamBinaryWriter &writer, bool full) {

@@ -6,25 +6,18 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <string>
 
-#include <unistd.h>
-
+#include "Code/Algorithm/cALGORITHM.h"
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
+#include "bench/support/WCBenchGUI.h"
 #include "bench/support/WCBenchRatios.h"
-#include "resources/ResourceManager.h"
-#include "tests/support/WCSilentAlgorithm.h"
 #include "view/WCEventData.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
-namespace fs = std::filesystem;
 namespace PVM = ml::PluginViewManager;
 
 constexpr int kControls = 500;
@@ -34,35 +27,21 @@ const char *kParamXML = R"(<ParamXML><Parameter Name="Gain"><Scale><ScaleType Ty
   <Minimum>-24</Minimum><Maximum>12</Maximum><Resolution>0.1</Resolution></Scale>
   <Units>dB</Units></Parameter></ParamXML>)";
 
-class WCPlugin : public mirel_test::WCSilentAlgorithm {
-public:
-    WCPlugin(ml::MirelComponentInfo const &info, ml::WTResContainerType *&container)
-        : WCSilentAlgorithm(info, container) {
-        SetAlgName("Input");
-    }
-
-protected:
-    int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
-        return out.Assign(kParamXML, std::strlen(kParamXML));
-    }
-};
-
-// A bundle with the GUI in a temporary folder, and a started plug-in showing it.
+// The GUI: a grid of sliders, each dragged vertically.
 struct WSGUI {
-    fs::path m_Folder;
-    ml::WTResContainerType *m_Container = nullptr;
-    std::unique_ptr<WCPlugin> m_Alg;
+    mirel_bench::WCBenchGUI m_Bench;
     ml::CStandardGUI_X *m_GUI = nullptr;
+    ml::cALGORITHM *m_Alg = nullptr;
 
-    WSGUI() {
-        m_Folder = fs::temp_directory_path() / ("mirel-gui-input-" + std::to_string(::getpid()));
-        const fs::path resources = m_Folder / "Input.bundle/Contents/Resources";
-        fs::create_directories(resources / "GUIXML");
-        std::ofstream(resources / "resource_config.yaml") << "Extensions:\n  GUIXML: .xml\n";
-        std::string xml = "<GUI version=\"5\"><ViewRect_List><Rect top=\"0\" left=\"0\" width=\"" +
-                          std::to_string(kColumns * 40) + "\" height=\"" +
-                          std::to_string(kControls / kColumns * 40) +
-                          "\"/></ViewRect_List><Flag_List><NoAlwaysDraw/></Flag_List><Control_List>";
+    WSGUI()
+        : m_Bench("Input", kParamXML, GUIXML()), m_GUI(m_Bench.GUI()), m_Alg(m_Bench.Algorithm()) {}
+
+    static std::string GUIXML() {
+        std::string xml =
+            "<GUI version=\"5\"><ViewRect_List><Rect top=\"0\" left=\"0\" width=\"" +
+            std::to_string(kColumns * 40) + "\" height=\"" +
+            std::to_string(kControls / kColumns * 40) +
+            "\"/></ViewRect_List><Flag_List><NoAlwaysDraw/></Flag_List><Control_List>";
         for (int i = 0; i < kControls; ++i) {
             char control[512];
             std::snprintf(control, sizeof control,
@@ -73,21 +52,7 @@ struct WSGUI {
                           i, (i / kColumns) * 40, (i % kColumns) * 40);
             xml += control;
         }
-        xml += "</Control_List></GUI>";
-        std::ofstream(resources / "GUIXML/1000.xml") << xml;
-        ml::RM::OpenResContainer((m_Folder / "Input.bundle").c_str(), 0, m_Container);
-        ml::MirelComponentInfo info;
-        m_Alg = std::make_unique<WCPlugin>(info, m_Container);
-        m_Alg->FinishCreate();
-        if (m_Alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary") == 0)
-            m_GUI = m_Alg->GetGUIPtr("Primary");
-    }
-    ~WSGUI() {
-        m_Alg.reset();
-        ml::RM::CloseResContainer(m_Container);
-        ml::RM::Dispose();
-        std::error_code err;
-        fs::remove_all(m_Folder, err);
+        return xml + "</Control_List></GUI>";
     }
     // The centre of control `index`.
     static ml::WCPoint2D<short> Centre(int index) {
