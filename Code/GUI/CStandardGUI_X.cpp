@@ -114,6 +114,7 @@ void CStandardGUI_X::Dispose() {
     // An open text box calls back into this document: it goes first, its text unused.
     if (m_TextBoxOpen)
         PluginViewManager::QuitTextBox();
+    EndGesture();
     if (m_pAlg != nullptr)
         m_pAlg->Broadcaster()->remove(this);
     DeleteOwned();

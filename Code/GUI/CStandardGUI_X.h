@@ -107,11 +107,9 @@ public:
     bool IsFinished() const noexcept { return m_Finished; }
     bool IsDisposed() const noexcept { return m_Disposed; }
     void SetPluginView(WSPluginView *view) noexcept { m_pPluginView = view; }
-    // The view is going: a value box it held went with it.
-    void ResetPluginView() noexcept {
-        m_pPluginView = nullptr;
-        m_TextBoxOpen = false;
-    }
+    // The view is going: a gesture in progress ends (the cursor shows again, the capture goes)
+    // and a value box it held went with it.
+    void ResetPluginView();
     WSPluginView *GetPluginView() const noexcept { return m_pPluginView; }
     // Where the host placed the GUI's window, in screen coordinates.
     void SetWindowPosition(const WCPoint2D<short> &position) noexcept {
@@ -498,6 +496,8 @@ private:
     void RelinkSelection();
     void UnpublishKeys();
     void DumpControlOrder(const std::vector<WCGUIControl *> &ordered) const;
+    // Ends a mouse or touch gesture where it stands, values kept.
+    void EndGesture();
     // The input state lets go of `control` (every control for null) before it is deleted.
     void ForgetInInput(const WCGUIControl *control);
     void DeleteOwned();

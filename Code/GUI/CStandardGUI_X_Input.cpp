@@ -102,6 +102,27 @@ bool CStandardGUI_X::ViewEventCallback(void *reference, int eventCode, WCEventDa
     }
 }
 
+void CStandardGUI_X::ResetPluginView() {
+    EndGesture();
+    m_pPluginView = nullptr;
+    m_TextBoxOpen = false;
+}
+
+void CStandardGUI_X::EndGesture() {
+    // A drag cut short by the window going must not leave the user without a cursor or the
+    // mouse captured by a view that is no more.
+    if (m_CursorHidden) {
+        Utils::ShowCursor();
+        m_CursorHidden = false;
+    }
+    if (m_pPluginView != nullptr && PVM::PVMGetCapture() == m_pPluginView)
+        PVM::PVMReleaseCapture();
+    m_InMouseDown = m_DragSelect = m_SelectRectDragged = m_TextEntryPending = false;
+    m_SelectionRect.Reset();
+    m_DragValues = kNoDragDropValues;
+    ClearTouchEventsMap();
+}
+
 // ---- buffers ---------------------------------------------------------------------------------
 
 CStandardGUI_X::BUFFER_HEADER *CStandardGUI_X::ChainBuffers(BUFFER_HEADER *head,
@@ -200,13 +221,14 @@ int CStandardGUI_X::DoMouseDown(WCEventData &event) {
     // A click outside the view is somebody else's.
     if (!m_DrawableRect.IsEmpty() && !m_DrawableRect.PointInRect(point))
         return eNoErr;
-    if (!event.IsNoCapture() && m_pPluginView != nullptr)
-        PVM::PVMSetCapture(m_pPluginView);
+    // A click while the value box is open only closes it.
     if (m_TextBoxOpen) {
         PVM::QuitTextBox();
         m_TextBoxOpen = false;
         return eNoErr;
     }
+    if (!event.IsNoCapture() && m_pPluginView != nullptr)
+        PVM::PVMSetCapture(m_pPluginView);
     m_InMouseDown = true;
     m_pActiveControl = nullptr;
     m_AccumulatorH = m_AccumulatorV = 0.0;

@@ -333,6 +333,7 @@ TEST_F(GUIInput, AViewHandsItsMouseAndTouchMessagesToTheDocument) {
     options.m_reference = m_GUI;
     ml::WSPluginView *view = nullptr;
     ASSERT_EQ(PVM::CreatePluginView(options, view), 0);
+    m_GUI->SetPluginView(view);
     auto post = [&](PVM::WEEventMessageKind kind, short y, bool pressed, unsigned id = 0) {
         PVM::WCEventMessage message;
         message.m_kind = kind;
@@ -351,6 +352,12 @@ TEST_F(GUIInput, AViewHandsItsMouseAndTouchMessagesToTheDocument) {
     for (const auto &[y, on] : {std::pair<short, bool>{40, true}, {-60, true}, {-60, false}})
         EXPECT_EQ(post(PVM::eMsgTouch, y, on, 7), 1);
     EXPECT_GT(State(eGain), dragged);
+    // A GUI that goes in the middle of a drag gives the cursor and the mouse back.
+    EXPECT_EQ(post(PVM::eMsgLeftButtonDown, 40, true), 1);
+    EXPECT_TRUE(ml::Utils::IsCursorHidden());
+    EXPECT_EQ(m_Alg->DisposeGuiAndRemoveFromMap("Primary"), 0);
+    EXPECT_FALSE(ml::Utils::IsCursorHidden());
+    EXPECT_EQ(PVM::PVMGetCapture(), nullptr);
     PVM::Dispose();
 }
 
