@@ -152,6 +152,7 @@ void CStandardGUI_X::ForgetInInput(const WCGUIControl *control) {
         std::erase_if(controls, gone);
     for (auto &[id, touch] : m_Touches)
         std::erase_if(touch.m_Controls, gone);
+    std::erase_if(m_Watched, gone);
 }
 
 void CStandardGUI_X::DeleteOwned() {

@@ -207,6 +207,7 @@ public:
     int SelectControl(std::int64_t index);
     void DeSelectAllControls() { ResetSelectedList(); }
     void DeSelectControl(WCGUIControl *control) override;
+    void WatchControl(WCGUIControl *control) override;
     // -1 beyond the list.
     int GetNumRegisteredParamsForControl(std::int64_t index) const;
 
@@ -498,6 +499,10 @@ private:
     void DumpControlOrder(const std::vector<WCGUIControl *> &ordered) const;
     // Ends a mouse or touch gesture where it stands, values kept.
     void EndGesture();
+    // The watched controls in drawing order, toolbar buttons left out (the toolbar draws apart).
+    void OrderWatched();
+    // Stops watching the controls that have nothing more to show.
+    void PruneWatched();
     // The input state lets go of `control` (every control for null) before it is deleted.
     void ForgetInInput(const WCGUIControl *control);
     void DeleteOwned();
@@ -581,6 +586,8 @@ private:
     std::vector<WURect<short>> m_LastDirtyRects;
     std::vector<WSNotedControl> m_NotedControls;
     std::vector<WCGUIControl *> m_Hovering;
+    // The controls that asked to be looked at (WatchControl); a frame looks at these alone.
+    std::vector<WCGUIControl *> m_Watched;
     WCGUIControl *m_pTopmost = nullptr;
     WURect<short> m_SelectionRect;
     WURect<short> m_DrawnSelectionRect;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string>
 
@@ -84,7 +85,57 @@ bool CStandardGUI_X::HasSomethingToPaint() {
         return control->NeedToRedrawControl() && control->ToDraw();
     };
     return std::any_of(m_Toolbar.begin(), m_Toolbar.end(), dirty) ||
-           std::any_of(m_Controls.begin(), m_Controls.end(), dirty);
+           std::any_of(m_Watched.begin(), m_Watched.end(), dirty);
+}
+
+void CStandardGUI_X::WatchControl(WCGUIControl *control) {
+    if (control != nullptr)
+        m_Watched.push_back(control);
+}
+
+void CStandardGUI_X::OrderWatched() {
+    // Past a few controls one walk of the list is cheaper than finding each one's place.
+    constexpr std::size_t kFew = 8;
+    if (m_Watched.size() > kFew) {
+        for (WCGUIControl *control : m_Watched)
+            control->ClearWatched();
+        m_Watched.clear();
+        for (WCGUIControl *control : m_Controls)
+            if (control->GetRedrawCounter() > 0 || control->HasAnimations() ||
+                control->GetHoverState() != WCMouseHover::eHoverOff ||
+                control->GetPreviousHoverState() != WCMouseHover::eHoverOff)
+                control->Watch();
+        return;
+    }
+    // Toolbar buttons and templates watch themselves through the same owner; they are not drawn
+    // with the controls.
+    std::array<std::pair<std::ptrdiff_t, WCGUIControl *>, kFew> placed;
+    std::size_t count = 0;
+    for (WCGUIControl *control : m_Watched) {
+        const auto place = std::find(m_Controls.begin(), m_Controls.end(), control);
+        if (place == m_Controls.end())
+            control->ClearWatched();
+        else
+            placed[count++] = {place - m_Controls.begin(), control};
+    }
+    // An insertion sort of at most a few.
+    for (std::size_t i = 1; i < count; ++i)
+        for (std::size_t j = i; j > 0 && placed[j].first < placed[j - 1].first; --j)
+            std::swap(placed[j], placed[j - 1]);
+    m_Watched.clear();
+    for (std::size_t i = 0; i < count; ++i)
+        m_Watched.push_back(placed[i].second);
+}
+
+void CStandardGUI_X::PruneWatched() {
+    std::erase_if(m_Watched, [](WCGUIControl *control) {
+        const bool quiet = control->GetRedrawCounter() == 0 && !control->HasAnimations() &&
+                           control->GetHoverState() == WCMouseHover::eHoverOff &&
+                           control->GetPreviousHoverState() == WCMouseHover::eHoverOff;
+        if (quiet)
+            control->ClearWatched();
+        return quiet;
+    });
 }
 
 void CStandardGUI_X::ClearMinimumDrawInstructionsCache() {
@@ -154,6 +205,7 @@ int CStandardGUI_X::GetDrawInstructionsSelf(miGS::WCGraphicStreamBinaryWriter &w
         keep(GetMinimumDrawInstructions(writer));
     }
     keep(GetDrawInstructionsSelectedRect(writer));
+    PruneWatched();
     if (m_RedrawCounter != 0)
         --m_RedrawCounter;
     return err;
@@ -251,7 +303,9 @@ int CStandardGUI_X::GetMinimumDrawInstructions(miGS::WCGraphicStreamBinaryWriter
     // showing or has to be wiped keeps its control dirty for the next frame.
     m_DirtyRects.clear();
     m_Hovering.clear();
-    for (WCGUIControl *control : m_Controls) {
+    // Only the watched controls can be dirty or hovering: a large GUI costs what changed.
+    OrderWatched();
+    for (WCGUIControl *control : m_Watched) {
         if (control->NeedToRedrawControl() && visible(control))
             m_DirtyRects.push_back(control->GetCombinedRect());
         if (control->IsHoverToBeCleaned() || control->GetHoverVisibility())

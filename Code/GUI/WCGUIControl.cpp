@@ -116,6 +116,9 @@ int WCGUIControl::FinishCreate() {
     const int err = FinishCreateSelf();
     RegisterWithAnimations();
     SetNeedToRedrawControl();
+    // An animation's frames come from its timer, asked at every frame.
+    if (HasAnimations())
+        Watch();
     return err;
 }
 

@@ -11,6 +11,7 @@
 #include "Code/GUI/WCBaseImageVector.h"
 #include "Code/GUI/WCMouseHover.h"
 #include "Code/GUI/WCNeedToDrawListener.h"
+#include "Code/GUI/WIControlOwner.h"
 #include "Code/GUI/WUControlNames.h"
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
@@ -107,13 +108,28 @@ public:
     void UpdatePointer(std::size_t index) override;
     // This control and its draw dependents need two frames of redraw.
     void SetNeedToRedrawControl() override;
-    virtual void SetNeedToRedrawControlOnly() { m_RedrawCounter = 2; }
+    // An override calls this one: it tells the owner to look at the control in coming frames.
+    virtual void SetNeedToRedrawControlOnly() {
+        m_RedrawCounter = 2;
+        Watch();
+    }
     virtual void UpdateRedrawControl() {
         if (m_RedrawCounter > 0)
             --m_RedrawCounter;
     }
     virtual bool NeedToRedrawControl();
     int GetRedrawCounter() const noexcept { return m_RedrawCounter; }
+    // Whether the owner looks at this control in coming frames; it clears the mark when there is
+    // nothing more to see (no redraw due, no hover under way, no animation).
+    bool IsWatched() const noexcept { return m_Watched; }
+    void ClearWatched() noexcept { m_Watched = false; }
+    void Watch() {
+        if (m_pOwner != nullptr && !m_Watched) {
+            m_Watched = true;
+            m_pOwner->WatchControl(this);
+        }
+    }
+    bool HasAnimations() const noexcept { return !m_Animations.empty(); }
 
     // ---- geometry ----------------------------------------------------------------------------
     virtual void Move(int dx, int dy);
@@ -277,6 +293,8 @@ protected:
     // shift (axis lock) are taken out unless `data` asks for them.
     void ModifiersFor(const WCParamRegistrationData &data, const bool *event, bool *out) const;
 
+    void HoverStateChanged() override { Watch(); }
+
     // Called for registration `index` when its parameter changed and the control shows.
     virtual void UpdatePointerSelf(std::size_t) {}
     // Copies everything of this control into `other` (registrations registered anew).
@@ -300,6 +318,7 @@ protected:
     double m_MouseSensitivity = 1.0;
     int m_Page = 0;
     int m_RedrawCounter = 0;
+    bool m_Watched = false;
     int m_MaxSelection = kDefaultMaxSelection;
     WCFixedString<31> m_ClassType;
     WCFixedString<63> m_FatherName;

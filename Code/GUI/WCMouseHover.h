@@ -41,11 +41,14 @@ public:
 protected:
     // The clock in seconds; a hook so tests can step time.
     virtual double GetSecondsNow() const;
+    // The state changed: the hover will need painting.
+    virtual void HoverStateChanged() {}
 
 private:
-    void ChangeState(int state) noexcept {
+    void ChangeState(int state) {
         m_PreviousState = m_State;
         m_State = state;
+        HoverStateChanged();
     }
     void Stamp() { m_StartTime = GetSecondsNow(); }
 

@@ -24,6 +24,9 @@ public:
     virtual int GroupAddControl(const char *name, WCGUIControl *control) = 0;
     // Takes the control out of the active selection.
     virtual void DeSelectControl(WCGUIControl *control) = 0;
+    // The control may need painting in a coming frame (a redraw asked, a hover changing, an
+    // animation running); a frame looks at such controls only.
+    virtual void WatchControl(WCGUIControl *) {}
 };
 
 MIREL_NAMESPACE_END
