@@ -401,6 +401,7 @@ public:
     int PassEventToSelectedControls(WCEventData &event, bool &handled);
     // True when a toolbar button took the click.
     bool ModifyToolBarControlsOnMouseDown(WCEventData &event);
+    // eNotImplemented: the buttons' actions (presets, undo) are not built; the press is drawn.
     int ModifyToolBarControlsOnMouseUp(WCEventData &event);
     bool GetControlsDefaultHideMouse() const;
     // Whether typing a digit on a selected control opens its text box.

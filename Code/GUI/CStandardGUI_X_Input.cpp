@@ -306,11 +306,11 @@ bool CStandardGUI_X::ModifyToolBarControlsOnMouseDown(WCEventData &event) {
 }
 
 int CStandardGUI_X::ModifyToolBarControlsOnMouseUp(WCEventData &) {
-    // The toolbar's buttons act through the preset and undo layers of the host shell; a press
-    // is only remembered for the redraw.
+    // The buttons' own actions (presets, undo) come with their classes; until then a press is
+    // drawn and answered as not done.
     m_pActiveToolbarButton = nullptr;
     RedrawToolbar();
-    return eNoErr;
+    return eNotImplemented;
 }
 
 // ---- drag ------------------------------------------------------------------------------------
