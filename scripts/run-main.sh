@@ -7,4 +7,7 @@ cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 cmake --preset default
 cmake --build --preset default --target mirel-host
-exec build/default/tools/mirel-host demo
+build/default/tools/mirel-host demo
+# A user's session on the example's GUI, replayed without a window: a knob dragged and turned.
+exec build/default/tools/mirel-host replay examples/GainFilter/Scripts/knob-drag.yaml \
+  --out build/default/tools/GUI-replay
