@@ -5,51 +5,65 @@
 #include <iterator>
 
 #include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/WCGUIControl.h"
 #include "Code/GUI/X_CToolbarButton.h"
 
 MIREL_NAMESPACE_BEGIN
 
 namespace {
 
-// Every control kind a GUI XML may name; the family of concrete classes grows behind this list.
-constexpr const char *kControlTypes[] = {
-    "TextKnob",
-    "MFTextKnob",
-    "Toggle",
-    "Slider",
-    "SliderModStripes",
-    "Popup",
-    "DynamicPopup",
-    "DynamicPopupModSource",
-    "DynamicPopupWithAlg",
-    "Marker",
-    "Graph",
-    "VU",
-    "PolygonVU",
-    "RotationKnob",
-    "RotationKnobMeter",
-    "RotationKnobModRings",
-    "RadioButton",
-    "DigitDisplay",
-    "IncDec",
-    "ScrollerButton",
-    "Scrollbar",
-    "LRB",
-    "ZoomVerticesGraph",
-    "MultiThumbSlider",
-    "ControlForAutomation",
-    "AutoTrim",
-    "FixedStateToggleWithOff",
-    "NoGUI",
-    "Arc",
-    "ArcMarker",
-    "Bar",
-    "BarMarker",
-    "TextEntry",
-    "QuantizedSlider",
-    "DragHandle",
-    "Tab",
-    "MultipartVU",
+using WTControlMaker = WCGUIControl *(*)(CStandardGUI_X *gui);
+
+template <typename T>
+WCGUIControl *Make(CStandardGUI_X *gui) {
+    return new T(gui);
+}
+
+struct WSControlKind {
+    const char *m_Type;
+    WTControlMaker m_Make;
+};
+
+// Every control kind a GUI XML may name, with the class that stands behind it; kinds without a
+// class of their own yet are plain controls carrying their type name.
+constexpr WSControlKind kControlKinds[] = {
+    {"TextKnob", &Make<WCGUIControl>},
+    {"MFTextKnob", &Make<WCGUIControl>},
+    {"Toggle", &Make<WCGUIControl>},
+    {"Slider", &Make<WCGUIControl>},
+    {"SliderModStripes", &Make<WCGUIControl>},
+    {"Popup", &Make<WCGUIControl>},
+    {"DynamicPopup", &Make<WCGUIControl>},
+    {"DynamicPopupModSource", &Make<WCGUIControl>},
+    {"DynamicPopupWithAlg", &Make<WCGUIControl>},
+    {"Marker", &Make<WCGUIControl>},
+    {"Graph", &Make<WCGUIControl>},
+    {"VU", &Make<WCGUIControl>},
+    {"PolygonVU", &Make<WCGUIControl>},
+    {"RotationKnob", &Make<WCGUIControl>},
+    {"RotationKnobMeter", &Make<WCGUIControl>},
+    {"RotationKnobModRings", &Make<WCGUIControl>},
+    {"RadioButton", &Make<WCGUIControl>},
+    {"DigitDisplay", &Make<WCGUIControl>},
+    {"IncDec", &Make<WCGUIControl>},
+    {"ScrollerButton", &Make<WCGUIControl>},
+    {"Scrollbar", &Make<WCGUIControl>},
+    {"LRB", &Make<WCGUIControl>},
+    {"ZoomVerticesGraph", &Make<WCGUIControl>},
+    {"MultiThumbSlider", &Make<WCGUIControl>},
+    {"ControlForAutomation", &Make<WCGUIControl>},
+    {"AutoTrim", &Make<WCGUIControl>},
+    {"FixedStateToggleWithOff", &Make<WCGUIControl>},
+    {"NoGUI", &Make<WCGUIControl>},
+    {"Arc", &Make<WCGUIControl>},
+    {"ArcMarker", &Make<WCGUIControl>},
+    {"Bar", &Make<WCGUIControl>},
+    {"BarMarker", &Make<WCGUIControl>},
+    {"TextEntry", &Make<WCGUIControl>},
+    {"QuantizedSlider", &Make<WCGUIControl>},
+    {"DragHandle", &Make<WCGUIControl>},
+    {"Tab", &Make<WCGUIControl>},
+    {"MultipartVU", &Make<WCGUIControl>},
 };
 
 constexpr const char *kToolbarTypes[] = {
@@ -64,16 +78,24 @@ bool Contains(const char *const (&table)[N], const char *type) noexcept {
                        [type](const char *known) { return std::strcmp(known, type) == 0; });
 }
 
+const WSControlKind *FindKind(const char *type) noexcept {
+    if (type == nullptr)
+        return nullptr;
+    const auto found = std::find_if(
+        std::begin(kControlKinds), std::end(kControlKinds),
+        [type](const WSControlKind &kind) { return std::strcmp(kind.m_Type, type) == 0; });
+    return found == std::end(kControlKinds) ? nullptr : found;
+}
+
 } // namespace
 
 bool IsDefaultControlType(const char *type) noexcept {
-    return type != nullptr && Contains(kControlTypes, type);
+    return FindKind(type) != nullptr;
 }
 
 WCGUIControl *CreateDefaultControls(const WCFixedStringBase &type, CStandardGUI_X *gui) {
-    if (!IsDefaultControlType(type.c_str()))
-        return nullptr;
-    return new WCGUIControl(gui);
+    const WSControlKind *kind = FindKind(type.c_str());
+    return kind != nullptr ? kind->m_Make(gui) : nullptr;
 }
 
 X_CToolbarButton *CreateDefaultToolbarButtons(const WCFixedStringBase &type, CStandardGUI_X *gui) {
