@@ -480,7 +480,7 @@ int CStandardGUI_X::DoMouseUp(WCEventData &event) {
     m_InMouseDown = m_SelectRectDragged = false;
     if (!event.IsNoCapture())
         PVM::PVMReleaseCapture();
-    SetNeedToRedrawGUI();
+    // What the release changed marked its own controls: the next frame holds them alone.
     return err;
 }
 
@@ -554,7 +554,6 @@ int CStandardGUI_X::ModifyControlsOnMouseWheel(WCEventData &event) {
                                   .GetActiveControllerParameterStateStep()
                             : 0.0;
     BUFFER_HEADER *chain = top->MouseWheel(event, delta.x * step, delta.y * step);
-    SetNeedToRedrawGUI();
     return ExecuteAndDisposeBuffer(chain);
 }
 
