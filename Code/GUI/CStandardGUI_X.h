@@ -372,6 +372,7 @@ public:
     // The selected controls less those whose parameter's link group is not the selection's.
     std::vector<WCGUIControl *> FilterNotLinkedFromSelected(
         const std::vector<WCGUIControl *> &list) const;
+    bool IsLinkedToSelection(const WCGUIControl *control) const;
 
     // Mouse movement into state deltas (y grows upward).
     void MouseDelta_GetActiveControlParamDeltas();

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/GUI/CStandardGUI_X.h"
@@ -200,11 +201,18 @@ void CStandardGUI_X::PrepareCurrSelectedList() {
     }
 }
 
-std::vector<WCGUIControl *>
-CStandardGUI_X::FilterNotLinkedFromSelected(const std::vector<WCGUIControl *> &list) const {
+bool CStandardGUI_X::IsLinkedToSelection(const WCGUIControl *) const {
     // Link groups decide which parameters move together; until they tie controls together,
     // every selected control moves.
-    return list;
+    return true;
+}
+
+std::vector<WCGUIControl *>
+CStandardGUI_X::FilterNotLinkedFromSelected(const std::vector<WCGUIControl *> &list) const {
+    std::vector<WCGUIControl *> linked;
+    std::copy_if(list.begin(), list.end(), std::back_inserter(linked),
+                 [this](const WCGUIControl *control) { return IsLinkedToSelection(control); });
+    return linked;
 }
 
 bool CStandardGUI_X::GetControlsDefaultHideMouse() const {
@@ -388,10 +396,16 @@ void CStandardGUI_X::MouseDelta_HighPrecision(WCPoint2D<double> &delta, int modi
                                               const bool *modifiers) {
     if (modifiers == nullptr || modifier < 0 || modifier >= eNumModifiers || !modifiers[modifier])
         return;
-    const std::vector<WCGUIControl *> moving = FilterNotLinkedFromSelected(m_SelectedList);
-    if (moving.empty() || !std::all_of(moving.begin(), moving.end(), [&](const WCGUIControl *c) {
-            return c->DoesControlSupportHighPrecision(modifiers);
-        }))
+    // Every moving control must take fine steps; walked in place, as a drag allocates nothing.
+    bool any = false;
+    for (const WCGUIControl *control : m_SelectedList) {
+        if (!IsLinkedToSelection(control))
+            continue;
+        if (!control->DoesControlSupportHighPrecision(modifiers))
+            return;
+        any = true;
+    }
+    if (!any)
         return;
     delta.x *= kHighPrecisionFactor;
     delta.y *= kHighPrecisionFactor;
