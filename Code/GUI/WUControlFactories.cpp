@@ -5,6 +5,10 @@
 #include <iterator>
 
 #include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/Controls/CDigitDisplay_X.h"
+#include "Code/GUI/Controls/CRotationKnob.h"
+#include "Code/GUI/Controls/CToggle_X.h"
+#include "Code/GUI/Controls/CVuMeter_X.h"
 #include "Code/GUI/WCGUIControl.h"
 #include "Code/GUI/X_CToolbarButton.h"
 
@@ -29,7 +33,7 @@ struct WSControlKind {
 constexpr WSControlKind kControlKinds[] = {
     {"TextKnob", &Make<WCGUIControl>},
     {"MFTextKnob", &Make<WCGUIControl>},
-    {"Toggle", &Make<WCGUIControl>},
+    {"Toggle", &Make<CToggle_X>},
     {"Slider", &Make<WCGUIControl>},
     {"SliderModStripes", &Make<WCGUIControl>},
     {"Popup", &Make<WCGUIControl>},
@@ -38,13 +42,13 @@ constexpr WSControlKind kControlKinds[] = {
     {"DynamicPopupWithAlg", &Make<WCGUIControl>},
     {"Marker", &Make<WCGUIControl>},
     {"Graph", &Make<WCGUIControl>},
-    {"VU", &Make<WCGUIControl>},
+    {"VU", &Make<CVuMeter_X>},
     {"PolygonVU", &Make<WCGUIControl>},
-    {"RotationKnob", &Make<WCGUIControl>},
+    {"RotationKnob", &Make<CRotationKnob>},
     {"RotationKnobMeter", &Make<WCGUIControl>},
     {"RotationKnobModRings", &Make<WCGUIControl>},
     {"RadioButton", &Make<WCGUIControl>},
-    {"DigitDisplay", &Make<WCGUIControl>},
+    {"DigitDisplay", &Make<CDigitDisplay_X>},
     {"IncDec", &Make<WCGUIControl>},
     {"ScrollerButton", &Make<WCGUIControl>},
     {"Scrollbar", &Make<WCGUIControl>},

@@ -1,0 +1,91 @@
+#include "Code/GUI/Controls/CToggle_X.h"
+
+#include <cmath>
+#include <utility>
+
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "view/WCEventData.h"
+
+MIREL_NAMESPACE_BEGIN
+
+namespace {
+
+// States within this of an end count as that end, so that a sum of steps that misses 1000 by
+// rounding still wraps.
+constexpr double kStateTolerance = 1e-6;
+
+} // namespace
+
+CToggle_X *CToggle_X::Clone() const {
+    auto *copy = new CToggle_X(m_pOwner);
+    CopyTo(*copy);
+    copy->m_Pushed.Assign(m_Pushed);
+    copy->m_Released.Assign(m_Released);
+    return copy;
+}
+
+double CToggle_X::NextState(double state, double step, bool reverse) noexcept {
+    if (!(step > 0.0) || !std::isfinite(state))
+        step = 1000.0;
+    if (reverse)
+        return state <= kStateTolerance ? 1000.0 : std::fmax(0.0, state - step);
+    return state >= 1000.0 - kStateTolerance ? 0.0 : std::fmin(1000.0, state + step);
+}
+
+WTErr CToggle_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *) {
+    if (cls == nullptr)
+        return eMemNullPointer;
+    WTErr first = eNoErr;
+    for (const XML::CXMLElement *child : cls->GetSubElements()) {
+        if (child->GetName() != "Image")
+            continue;
+        const auto type = child->GetAttribString("Type");
+        WCBaseImage *target =
+            type == "Pushed" ? &m_Pushed : type == "Released" ? &m_Released : nullptr;
+        if (target == nullptr)
+            continue;
+        WCBaseImage image;
+        const WTErr err = image.ReadFromXML(child);
+        if (err == eNoErr)
+            target->Assign(image);
+        else if (first == eNoErr)
+            first = err;
+    }
+    return first;
+}
+
+void CToggle_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
+    if (cls == nullptr)
+        return;
+    const std::pair<const char *, const WCBaseImage *> images[] = {{"Pushed", &m_Pushed},
+                                                                  {"Released", &m_Released}};
+    for (const auto &[type, image] : images) {
+        if (image->GetResID() == WCBaseImage::kNoResID)
+            continue;
+        auto *element = cls->push_sub_element(new XML::CXMLElement("Image"));
+        element->AddAttrib("Type", type);
+        image->WriteToXML(element);
+    }
+}
+
+// No question to the algorithm for the next state: every toggle steps by its parameter's state
+// step, which for a two-state switch is off and on.
+WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,
+                                                      bool &keepGoing) {
+    BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
+    const bool reverse = GetControlFlag(eCF_SetOppositeNextState);
+    for (auto &data : m_Registrations) {
+        bool modifiers[eNumModifiers];
+        ModifiersFor(data, event.GetAllKeyModifiers(), modifiers);
+        // An option-reset click already reset the value in MouseDown; it does not step as well.
+        if (!data.IsRegisteredToType(eRegMouseDown, modifiers) ||
+            NeedToResetParam(event.GetAllKeyModifiers(), data))
+            continue;
+        const double next = NextState(data.GetValue(),
+                                      data.GetActiveControllerParameterStateStep(), reverse);
+        chain = Chain(chain, data.SetParamValue(next, eRegMouseDown, modifiers));
+    }
+    return chain;
+}
+
+MIREL_NAMESPACE_END
