@@ -459,4 +459,27 @@ TEST(GainFilterModule, AReplayedKnobDragMovesTheGainByTheDragArithmeticAndPaints
     EXPECT_EQ(shell.LiveBuffers(), 0u);
 }
 
+TEST(GainFilterModule, AClickOnTheFilterSwitchTurnsItOffAndTheNextOneOn) {
+    mirel_test::WCTestHome home;
+    WCRecordingShell shell;
+    ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
+    ml::cALGORITHM *alg = shell.Algorithm();
+    ASSERT_EQ(alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
+    ml::CStandardGUI_X &gui = *alg->GetGUIPtr("Primary");
+    PVM::WCEventData event;
+    event.SetMouseLocation({184, 148});
+    event.SetMouseDownLocation({184, 148});
+    event.SetMouseClickCount(PVM::eClickSingle);
+    for (const double expected : {0.0, 1.0}) {
+        event.SetMouseButtonPressed(PVM::eMouseButtonLeft, true);
+        ASSERT_EQ(gui.DoMouseDown(event), 0);
+        event.SetMouseButtonPressed(PVM::eMouseButtonLeft, false);
+        ASSERT_EQ(gui.DoMouseUp(event), 0);
+        double filter = -1.0;
+        ASSERT_EQ(alg->GetParamRealWorld(2, filter), 0);
+        EXPECT_EQ(filter, expected);
+    }
+    EXPECT_EQ(shell.Stop(), 0);
+}
+
 } // namespace
