@@ -99,7 +99,8 @@ void CDigitDisplay_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (m_AlwaysShowSign)
         cls->push_sub_element(new XML::CXMLElement("AlwaysShowSign", "true"));
     if (m_HasAlignment)
-        cls->push_sub_element(new XML::CXMLElement("DigitsAlignment", kAlignmentNames[m_Alignment]));
+        cls->push_sub_element(
+            new XML::CXMLElement("DigitsAlignment", kAlignmentNames[m_Alignment]));
     if (m_HasDigitColor)
         cls->push_sub_element(GUIXML::WriteColor("Color", m_DigitColor));
     if (!m_DrawArea.IsReset())

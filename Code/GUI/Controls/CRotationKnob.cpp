@@ -200,8 +200,7 @@ int CRotationKnob::GetDrawInstructionsBkgColor(miGS::WCGraphicStreamBinaryWriter
     const WCPoint2D<short> frame = FrameSize();
     writer.Remark("RotationKnob frame");
     writer.DrawPNGAtPositionClipped(
-        m_Strip.GetResID(),
-        WCPoint2D<short>(0, static_cast<short>(-GetCurrentFrame() * frame.y)),
+        m_Strip.GetResID(), WCPoint2D<short>(0, static_cast<short>(-GetCurrentFrame() * frame.y)),
         WURect<short>(0, 0, frame.y, frame.x));
     return err;
 }

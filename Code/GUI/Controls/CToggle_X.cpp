@@ -40,8 +40,9 @@ WTErr CToggle_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM 
         if (child->GetName() != "Image")
             continue;
         const auto type = child->GetAttribString("Type");
-        WCBaseImage *target =
-            type == "Pushed" ? &m_Pushed : type == "Released" ? &m_Released : nullptr;
+        WCBaseImage *target = type == "Pushed"     ? &m_Pushed
+                              : type == "Released" ? &m_Released
+                                                   : nullptr;
         if (target == nullptr)
             continue;
         WCBaseImage image;
@@ -58,7 +59,7 @@ void CToggle_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (cls == nullptr)
         return;
     const std::pair<const char *, const WCBaseImage *> images[] = {{"Pushed", &m_Pushed},
-                                                                  {"Released", &m_Released}};
+                                                                   {"Released", &m_Released}};
     for (const auto &[type, image] : images) {
         if (image->GetResID() == WCBaseImage::kNoResID)
             continue;
@@ -81,8 +82,8 @@ WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect
         if (!data.IsRegisteredToType(eRegMouseDown, modifiers) ||
             NeedToResetParam(event.GetAllKeyModifiers(), data))
             continue;
-        const double next = NextState(data.GetValue(),
-                                      data.GetActiveControllerParameterStateStep(), reverse);
+        const double next =
+            NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(), reverse);
         chain = Chain(chain, data.SetParamValue(next, eRegMouseDown, modifiers));
     }
     return chain;
