@@ -145,7 +145,7 @@ public:
     // Inside the drawable rect (right and bottom excluded), on a non-transparent pixel of the
     // alpha selection and, with "JumpToScaleMarks", of the scale marks mask; else, unless
     // "IgnoreMouseOnTextWin", inside a text or bitmap window.
-    bool IsInside(const WCPoint2D<short> &point) const;
+    virtual bool IsInside(const WCPoint2D<short> &point) const;
     virtual WCPoint2D<short> CalcRelativeClickPoint(const WCPoint2D<short> &point) const;
     virtual bool IsCyclicControl() const;
 

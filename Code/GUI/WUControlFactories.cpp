@@ -7,6 +7,7 @@
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
 #include "Code/GUI/Controls/CRotationKnob.h"
+#include "Code/GUI/Controls/CSlider_X.h"
 #include "Code/GUI/Controls/CToggle_X.h"
 #include "Code/GUI/Controls/CVuMeter_X.h"
 #include "Code/GUI/WCGUIControl.h"
@@ -34,7 +35,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"TextKnob", &Make<WCGUIControl>},
     {"MFTextKnob", &Make<WCGUIControl>},
     {"Toggle", &Make<CToggle_X>},
-    {"Slider", &Make<WCGUIControl>},
+    {"Slider", &Make<CSlider_X>},
     {"SliderModStripes", &Make<WCGUIControl>},
     {"Popup", &Make<WCGUIControl>},
     {"DynamicPopup", &Make<WCGUIControl>},

@@ -130,15 +130,16 @@ using Records = std::vector<std::string>;
 TEST_F(GUIFrames, AFullFrameThenOnlyWhatChangedAndItsNeighboursClippedToIt) {
     ASSERT_NO_FATAL_FAILURE(Start());
     EXPECT_EQ(Frame(), (Records{"BSTM", "RURL", "clip", "draw", "Control \"A\" [Slider]", "BFRM",
-                                "draw", "Control \"B\" [Toggle]", "BFRM", "draw",
-                                "Control \"C\" [VU]", "BFRM", "draw", "ESTM"}));
+                                "Slider background", "draw", "Control \"B\" [Toggle]", "BFRM",
+                                "draw", "Control \"C\" [VU]", "BFRM", "draw", "ESTM"}));
     Settle();
     EXPECT_EQ(Frame(), (Records{"BSTM", "RURL", "clip", "ESTM"}))
         << "a frame with nothing dirty holds no more than the stream and its clip";
 
     m_GUI->GetControlPtrByName("A")->SetNeedToRedrawControl();
     EXPECT_EQ(Frame(), (Records{"BSTM", "RURL", "clip", "Control \"A\" [Slider] (R)", "BFRM",
-                                "draw", "Control \"B\" [Toggle] (NR)", "BFRM", "draw", "ESTM"}))
+                                "Slider background", "draw", "Control \"B\" [Toggle] (NR)",
+                                "BFRM", "draw", "ESTM"}))
         << "B overlaps A, and its image fills its rect: it repaints whole";
     EXPECT_EQ(m_GUI->GetDirtyRects(), (std::vector<ml::WURect<short>>{{10, 10, 50, 50}}));
 
