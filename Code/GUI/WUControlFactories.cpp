@@ -7,6 +7,7 @@
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
 #include "Code/GUI/Controls/CRotationKnob.h"
+#include "Code/GUI/Controls/CQuantizedSlider.h"
 #include "Code/GUI/Controls/CSlider_X.h"
 #include "Code/GUI/Controls/CToggle_X.h"
 #include "Code/GUI/Controls/CVuMeter_X.h"
@@ -65,7 +66,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"Bar", &Make<WCGUIControl>},
     {"BarMarker", &Make<WCGUIControl>},
     {"TextEntry", &Make<WCGUIControl>},
-    {"QuantizedSlider", &Make<WCGUIControl>},
+    {"QuantizedSlider", &Make<CQuantizedSlider>},
     {"DragHandle", &Make<WCGUIControl>},
     {"Tab", &Make<WCGUIControl>},
     {"MultipartVU", &Make<WCGUIControl>},

@@ -97,10 +97,13 @@ const char *kParamXML = R"(<ParamXML>
     <Resolution>0.001</Resolution></Scale><InitialValue>0</InitialValue></Parameter>
   <Parameter Name="A"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
     <Resolution>0.001</Resolution></Scale><InitialValue>0.5</InitialValue></Parameter>
+  <Parameter Name="Q"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>4</Maximum>
+    <NumberOfStates>5</NumberOfStates></Scale></Parameter>
 </ParamXML>)";
 
 // A vertical slider whose 120-pixel area is shorter than the control, a horizontal one, and a
-// vertical one that follows the mouse absolutely; each thumb a 20 x 20 picture.
+// vertical one that follows the mouse absolutely, and a quantized one of five steps; each thumb a
+// 20 x 20 picture.
 const char *kGUI = R"(<GUI version="5">
   <ViewRect_List><Rect top="0" left="0" width="400" height="220"/></ViewRect_List>
   <Flag_List/>
@@ -121,6 +124,9 @@ const char *kGUI = R"(<GUI version="5">
       <ImageList Type="ForeGround"><Image ResID="11"><PositionRect top="20" left="60" width="20" height="20"/></Image></ImageList>
       <ParameterList><Param Name="A" UpdateGraphics="true"><RegisterType>MouseDrawHorizontal</RegisterType>
         <RegisterType>AbsMouseMoveVertical</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Q"><Class Type="QuantizedSlider"/><ControlRect top="20" left="100" width="220" height="20"/>
+      <ImageList Type="ForeGround"><Image ResID="11"><PositionRect top="20" left="100" width="20" height="20"/></Image></ImageList>
+      <ParameterList><Param Name="Q" UpdateGraphics="true"><RegisterType>MouseHorizontal</RegisterType></Param></ParameterList></cCONTROLLER>
   </Control_List></GUI>)";
 
 class WCSliderAlgorithm : public mirel_test::WCSilentAlgorithm {
@@ -192,15 +198,17 @@ protected:
     PVM::WCEventData m_Event;
 };
 
-TEST_F(CSlider_XInGUI, TheThumbCentreTravelsFromTheStateZeroEndAndAStateBeyond1000DrawsAs1000) {
+TEST_F(CSlider_XInGUI,
+       TheThumbCentreTravelsFromTheStateZeroEndAndAStateBeyond1000DrawsAs1000AQuantizedOneOnSteps) {
     // V travels over y 40..140 (the 120-pixel area less the thumb), 1000 at the top; H over
     // x 20..220, 1000 at the right.
     const struct {
         const char *slider;
         double state;
         short centre;
-    } cases[] = {{"V", 0.0, 140}, {"V", 1000.0, 40},  {"V", 500.0, 90}, {"V", 1200.0, 40},
-                 {"H", 0.0, 20},  {"H", 1000.0, 220}, {"H", 250.0, 70}, {"H", -5.0, 20}};
+    } cases[] = {{"V", 0.0, 140},  {"V", 1000.0, 40},  {"V", 500.0, 90}, {"V", 1200.0, 40},
+                 {"H", 0.0, 20},   {"H", 1000.0, 220}, {"H", 250.0, 70}, {"H", -5.0, 20},
+                 {"Q", 130.0, 160}}; // Q travels x 110..310; 130 snaps to its step at 250
     for (const auto &c : cases) {
         ml::CSlider_X &slider = Slider(c.slider);
         slider.UpdateSliderGUI(0, c.state);
