@@ -337,6 +337,9 @@ void CSlider_X::UpdatePointerSelf(std::size_t index) {
 CSlider_X::BUFFER_HEADER *CSlider_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,
                                                    bool &keepGoing) {
     BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
+    // Without a thumb there is nothing to hold, and a hold point would only shift hit tests.
+    if (m_ThumbRect.IsEmpty())
+        return chain;
     const WCPoint2D<short> at = event.GetMouseLocation();
     m_HoldPoint = WCPoint2D<short>(static_cast<short>(at.x - m_ThumbCentre.x),
                                    static_cast<short>(at.y - m_ThumbCentre.y));

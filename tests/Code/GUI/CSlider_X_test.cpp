@@ -256,6 +256,14 @@ TEST_F(CSlider_XInGUI, TheHoldPointKeepsAClickOnTheThumbFromJumpingInAnAbsoluteD
     EXPECT_EQ(a.GetHoldPoint().y, 0) << "the mouse-up forgets it";
 }
 
+TEST_F(CSlider_XInGUI, WithMouseTrackKnobOnlyTheThumbTakesTheMouse) {
+    ml::CSlider_X &v = Slider("V"); // state 0: the thumb covers x 10..30, y 130..150
+    EXPECT_TRUE(v.IsInside({20, 60}));
+    v.SetControlFlag(ml::eCF_SliderMouseTrackKnob, true);
+    EXPECT_FALSE(v.IsInside({20, 60}));
+    EXPECT_TRUE(v.IsInside({20, 140}));
+}
+
 // One frame of the control, dumped as YAML with its remarks.
 std::string DrawToYAML(ml::WCGUIControl &control) {
     ml::miGS::WCGraphicStreamBinaryWriter writer;
