@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Code/GUI/Controls/CVuMeter_X.h"
 #include "Code/GUI/WCStaticText.h"
 #include "Code/GUI/WUGUIXML.h"
 #include "Utilities/XML/Code/CXMLElement.h"
@@ -231,12 +232,11 @@ void CSlider_X::UpdateSliderGUI(std::uint64_t index, const double &value) {
         return;
     const double state = ClampState(value);
     if (m_HasSlit && m_Registrations[index].IsRegisteredToType(eRegDisplayOnly, nullptr)) {
-        // The slit is a meter strip: its picture of the state, and the level it stands for; the
-        // meter's calibration is the parameter's own scale.
-        m_VUValue = state;
+        // The slit is a meter strip: its level as a meter reads it, and the picture of that level.
+        m_VUValue = CVuMeter_X::CalculateVUValueByParamValue(value);
         if (const std::size_t frames = m_SlitForeground.GetImagesVectorSize(); frames > 1)
             m_SlitForeground.SetCurrentImage(
-                static_cast<std::size_t>(std::lround(state / kMaxState * double(frames - 1))));
+                static_cast<std::size_t>(std::lround(m_VUValue * double(frames - 1))));
     }
     if (index != m_LeadParamIndex)
         return;

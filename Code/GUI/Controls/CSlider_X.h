@@ -70,6 +70,7 @@ public:
     const WURect<short> &GetTextRelativeToThumb() const noexcept { return m_TextRelativeToThumb; }
     bool HasSlit() const noexcept { return m_HasSlit; }
     bool GetResetFromRect() const noexcept { return m_ResetFromRect; }
+    // The slit's lit fraction, 0..1.
     double GetVUValue() const noexcept { return m_VUValue; }
     WCBaseImageVector &GetShadow() noexcept { return m_Shadow; }
     WCBaseImageVector &GetSlitForeground() noexcept { return m_SlitForeground; }
