@@ -7,6 +7,7 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Control/WCAutomationControl.h"
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
 #include "Code/GUI/X_CToolbarButton.h"
@@ -145,17 +146,24 @@ int GetAutomationControlResetState(Request &request) {
     const std::int64_t index = Index(request, "control_index");
     if (!IsControlIndex(alg, index))
         return Finish(request, eControlOutOfRange);
-    return Finish(request, eNotImplemented);
+    double state = 0.0;
+    const int err = alg.GetAutomationControlResetState(index, state);
+    if (err == eNoErr)
+        Result(request)["reset_state"] = state;
+    return Finish(request, err);
 }
 
 int GetAutomationControlByNameHack(Request &request) {
     MIREL_REQUEST_ALG(request);
     const std::string name = String(request, "control_name");
-    const int index = alg.GetAutomationControlIndexByName(name.c_str());
-    if (!IsControlIndex(alg, index))
+    WCAutomationControl *control =
+        alg.GetAutomationManager().GetAutomationControlByName(name.c_str());
+    if (control == nullptr)
         return Finish(request, kErrGUIObjectNotFound,
                       "GetAutomationControlByNameHack returned error");
-    return Finish(request, eNotImplemented, "GetAutomationControlByNameHack returned error");
+    request.m_pRawRequest->SetPayloadPtr(control);
+    request.m_pRawRequest->m_PayloadSize = sizeof(WCAutomationControl *);
+    return Finish(request, eNoErr);
 }
 
 // Binds `gui` to the GUI the request names, or answers that there is none.
@@ -297,15 +305,12 @@ int NotifyAutomation(Request &request) {
     const std::int64_t id = Index(request, "param_index");
     if (id < 0 || static_cast<std::uint64_t>(id) >= alg.GetNumParams())
         return Finish(request, eOutOfRangeNumber);
-    // Telling the host is the automation manager's work, which is not built yet.
-    return Finish(request, eNotImplemented);
+    return Finish(request, alg.NotifyAutomation(static_cast<std::uint64_t>(id)));
 }
 
 int NotifyAutomationAllParams(Request &request) {
     MIREL_REQUEST_ALG(request);
-    // With no parameter there is nothing to tell; telling any is the automation manager's work,
-    // which is not built yet.
-    return Finish(request, alg.GetNumParams() == 0 ? eNoErr : eNotImplemented);
+    return Finish(request, alg.NotifyAutomationAllParams());
 }
 
 int SetNoiseRatio(Request &request) {
@@ -386,7 +391,10 @@ int GetMIDIControlID(Request &request) {
     const std::int64_t index = Index(request, "control_index");
     if (!IsControlIndex(alg, index))
         return Finish(request, eControlOutOfRange, "GetMIDIControlID returned error");
-    return Finish(request, eNotImplemented, "GetMIDIControlID returned error");
+    // -1 until MIDI learn attaches a message to the control.
+    Result(request)["midi_control_id"] =
+        alg.GetAutomationManager().GetAutomationControl(static_cast<int>(index))->GetMIDIControlID();
+    return Finish(request, eNoErr);
 }
 
 int SetMIDIControlID(Request &request) {

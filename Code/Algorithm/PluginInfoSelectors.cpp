@@ -296,20 +296,10 @@ int GetPluginInfo_struct(PluginInstance &instance, unsigned int selector, void *
             return eOutOfRangeNumber;
         return alg.GetMeterManager().GetMeterInfo(static_cast<std::uint32_t>(arg),
                                                   *static_cast<MirelMeterInfo *>(out));
-    case WCFourCC("caui"): {
-        // A ControllerAutomationInfoVer11 record; its version word must be 11.
+    case WCFourCC("caui"):
+        // A ControllerAutomationInfoVer11 record whose version and index the shell wrote.
         MIREL_ASSERT_RETURN(out != nullptr, eMemNullPointer);
-        std::int32_t version = 0;
-        std::int32_t index = 0;
-        std::memcpy(&version, out, sizeof version);
-        std::memcpy(&index, static_cast<char const *>(out) + 4, sizeof index);
-        if (version != 11)
-            return kErrWrongAutomationInfoVersion;
-        if (index < 0 || static_cast<std::uint32_t>(index) >=
-                             alg.GetAutomationManager().GetNumAutomationControllers())
-            return eControlOutOfRange;
-        return eNotImplemented;
-    }
+        return alg.GetAutomationManager().GetControlAutomationInfo(out);
     default: return alg.GetPluginInfo_struct(selector, out, arg);
     }
 }

@@ -16,7 +16,7 @@
 #include "Code/Algorithm/EPluginSetup.h"
 #include "Code/Algorithm/MirelComponentInfo.h"
 #include "Code/Algorithm/WCAlgorithmBroadcaster.h"
-#include "Code/Algorithm/WCAutomationManager.h"
+#include "Code/Control/WCAutomationManager.h"
 #include "Code/Algorithm/WCExportItemsContainer.h"
 #include "Code/Algorithm/WCKeyValue.h"
 #include "Code/Algorithm/WCLinkGroups.h"
@@ -98,6 +98,7 @@ public:
     std::int64_t GetExecRefcon() const { return m_ProcessMemory.GetExecRefcon(); }
     void SetAutoCallBack(WTAutoCallBack callback, std::int64_t refcon);
     WTAutoCallBack GetAutoCallBack() const { return m_AutoCallBack; }
+    std::int64_t GetAutoRefcon() const { return m_AutoRefcon; }
     // [any-thread] Calls the exec callback with this instance's refcon; -25 when none is set.
     int CallExecCallBack(int op, void *a, void *b, void *c) const {
         return m_ProcessMemory.CallExecCallBack(op, a, b, c);
@@ -631,10 +632,19 @@ public:
     int SetRealWorldAndUpdateAndNotifyAutomation(std::uint64_t id, double value, int setup);
     // Tells the automation manager a parameter's value.
     virtual int NotifyParamValue(std::uint64_t id);
-    // Reaching the host goes through the automation manager's controls, which are not built:
-    // eNotImplemented for a parameter there would be something to tell about.
+    // The host hears the parameter's state through the controls it leads; -19 for a bad id.
     int NotifyAutomation(std::uint64_t id);
     int NotifyAutomationAllParams();
+    // A user's gesture on a parameter begins (Touch) or ends (Release): the host hears it
+    // through the automation controls the parameter leads. -19 for an id beyond the list.
+    virtual int Touch(std::uint64_t id);
+    virtual int Release(std::uint64_t id);
+    // [any-thread] A host event on automation control `index`: its parameters take `state`
+    // through the update pipeline and the chain is sent. -19 for a bad index or state.
+    int SetControllerValue(std::int64_t index, double state);
+    // The state of control `index`'s lead parameter, and the state a reset gives it.
+    int GetControlState(std::int64_t index, double &state) const;
+    int GetAutomationControlResetState(std::int64_t index, double &state) const;
 
     // [any-thread, takes the process lock] The whole coefficient image of the active setup (the
     // bypass image, filled by SetBypassCoefsSelf, while bypassed) in one buffer; sent and freed
@@ -725,6 +735,7 @@ public:
     // ---- meters and automation --------------------------------------------------------------
     WCMeterManager &GetMeterManager() { return m_MeterManager; }
     WCAutomationManager &GetAutomationManager() { return m_AutomationManager; }
+    const WCAutomationManager &GetAutomationManager() const { return m_AutomationManager; }
     std::uint32_t GetOptimalRefreshRate() const { return m_OptimalRefreshRate; }
     // [main-thread] Hands the meter extension of each parameter to the meter manager
     // (FinishCreate does, once the parameters exist); meters it has already stay once.
@@ -760,8 +771,8 @@ public:
     int ReadMetersSend(std::vector<WCMeterManager::sMeter> &meters) override;
     int ReadMetersReceive(std::vector<WCMeterManager::sMeter> &meters) override;
     int GetAutomationControlIndexByName(char const *name) const;
-    // A control's conversions and text belong to the automation manager: -19 for an
-    // index that names no control, eNotImplemented for one that does, until that work lands.
+    // A control's conversions go through its lead parameter's scale, in place; -19 for an
+    // index that names no control. SetAutomatableControlStr renames a control.
     int ControlRealWorldValueFromState(std::int64_t index, double &inOut) const;
     int ControlStateFromRealWorldValue(std::int64_t index, double &inOut) const;
     int SetAutomatableControlStr(char const *text, std::int64_t index);

@@ -2,6 +2,7 @@
 // layers fill (parameters, presets, meters, automation, resources). Each of the latter answers
 // what its service answers for something it does not have.
 
+#include <cstdint>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -11,6 +12,7 @@
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
 #include "core/WCStMemObj.h"
+#include "core/WUAssert.h"
 #include "resources/ResourceManager.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -166,25 +168,56 @@ int cALGORITHM::GetAutomationControlIndexByName(char const *name) const {
     return m_AutomationManager.GetControlIndexByName(name);
 }
 
-// The conversions of an automation control belong to the automation manager, which
-// is not built yet: a control that exists gets eNotImplemented, never a success that converted
-// nothing.
-int cALGORITHM::ControlRealWorldValueFromState(std::int64_t index, double &) const {
-    return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
-               ? eNotImplemented
-               : eOutOfRangeNumber;
+namespace {
+
+// The lead parameter of automation control `index`, or null.
+sCONTROL_PARAM const *LeadParam(cALGORITHM const &alg, std::int64_t index) {
+    std::uint64_t id = 0;
+    if (index < 0 || index > INT32_MAX ||
+        alg.GetAutomationManager().ControlLeadParamID(static_cast<int>(index), id) != eNoErr)
+        return nullptr;
+    return alg.GetParam(id);
 }
 
-int cALGORITHM::ControlStateFromRealWorldValue(std::int64_t index, double &) const {
-    return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
-               ? eNotImplemented
-               : eOutOfRangeNumber;
+} // namespace
+
+int cALGORITHM::ControlRealWorldValueFromState(std::int64_t index, double &inOut) const {
+    sCONTROL_PARAM const *param = LeadParam(*this, index);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    inOut = param->StateToRealWorld(inOut);
+    return eNoErr;
 }
 
-int cALGORITHM::SetAutomatableControlStr(char const *, std::int64_t index) {
-    return index >= 0 && index < m_AutomationManager.GetNumAutomationControllers()
-               ? eNotImplemented
-               : eOutOfRangeNumber;
+int cALGORITHM::ControlStateFromRealWorldValue(std::int64_t index, double &inOut) const {
+    sCONTROL_PARAM const *param = LeadParam(*this, index);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    inOut = param->RealWorldToState(inOut);
+    return eNoErr;
+}
+
+int cALGORITHM::GetControlState(std::int64_t index, double &state) const {
+    sCONTROL_PARAM const *param = LeadParam(*this, index);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    state = param->GetState(m_ActiveSetup);
+    return eNoErr;
+}
+
+int cALGORITHM::GetAutomationControlResetState(std::int64_t index, double &state) const {
+    sCONTROL_PARAM const *param = LeadParam(*this, index);
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    state = param->RealWorldToState(param->GetResetValue());
+    return eNoErr;
+}
+
+int cALGORITHM::SetAutomatableControlStr(char const *text, std::int64_t index) {
+    MIREL_ASSERT_RETURN(text != nullptr, eMemNullPointer);
+    if (index < 0 || index > INT32_MAX)
+        return eOutOfRangeNumber;
+    return m_AutomationManager.RenameAutomationControl(static_cast<int>(index), text);
 }
 
 // ---- resources ------------------------------------------------------------------------------

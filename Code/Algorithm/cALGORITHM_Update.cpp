@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 
 #include "Code/Algorithm/cALGORITHM.h"
@@ -292,19 +293,39 @@ int cALGORITHM::NotifyParamValue(std::uint64_t id) {
     sCONTROL_PARAM const *param = GetParam(id);
     if (param == nullptr)
         return eOutOfRangeNumber;
-    // The manager tells the controls it holds; with none read yet there is no one to tell.
-    m_AutomationManager.NotifyParamValue(id, param->GetRealWorld(m_ActiveSetup));
+    // Hosts automate on the state axis, the same for every parameter, as the setup switch
+    // tells them too.
+    m_AutomationManager.NotifyParamValue(id, param->GetState(m_ActiveSetup));
     return eNoErr;
 }
 
 int cALGORITHM::NotifyAutomation(std::uint64_t id) {
-    if (GetParam(id) == nullptr)
-        return eOutOfRangeNumber;
-    return eNotImplemented;
+    return NotifyParamValue(id);
 }
 
 int cALGORITHM::NotifyAutomationAllParams() {
-    return m_Params.empty() ? eNoErr : eNotImplemented;
+    for (std::uint64_t id = 0; id < m_Params.size(); ++id)
+        (void)NotifyParamValue(id);
+    return eNoErr;
+}
+
+int cALGORITHM::Touch(std::uint64_t id) {
+    return GetParam(id) != nullptr ? m_AutomationManager.Touch(id) : eOutOfRangeNumber;
+}
+
+int cALGORITHM::Release(std::uint64_t id) {
+    return GetParam(id) != nullptr ? m_AutomationManager.Release(id) : eOutOfRangeNumber;
+}
+
+int cALGORITHM::SetControllerValue(std::int64_t index, double state) {
+    int err = eOutOfRangeNumber;
+    if (index < 0 || index > INT32_MAX)
+        return err;
+    BUFFER_HEADER *chain =
+        m_AutomationManager.SetControllerValue(static_cast<int>(index), state, err);
+    if (err != eNoErr)
+        return err;
+    return m_AutomationManager.ExecuteAndDisposeBuffer(chain);
 }
 
 // ---- whole-image sends ----------------------------------------------------------------------

@@ -421,11 +421,11 @@ int WCParamRegistrationData::SetParamToUpdateFlag(std::uint32_t value) {
 }
 
 int WCParamRegistrationData::Touch() {
-    return Param() != nullptr ? eNotImplemented : eOutOfRangeNumber;
+    return Param() != nullptr ? m_pAlg->Touch(m_ParamID) : eOutOfRangeNumber;
 }
 
 int WCParamRegistrationData::Release() {
-    return Param() != nullptr ? eNotImplemented : eOutOfRangeNumber;
+    return Param() != nullptr ? m_pAlg->Release(m_ParamID) : eOutOfRangeNumber;
 }
 
 // ---- display --------------------------------------------------------------------------------

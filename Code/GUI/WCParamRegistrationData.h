@@ -115,8 +115,8 @@ public:
     int FinishDragParam();
     int ResetDragParam();
     int SetParamToUpdateFlag(std::uint32_t value);
-    // Touching and releasing a parameter tell the host's automation, which the automation
-    // manager does; it has no controls yet, so both answer eNotImplemented.
+    // The start and end of a user's gesture on the parameter, which the host hears through the
+    // automation controls the parameter leads; -19 when unbound.
     int Touch();
     int Release();
 

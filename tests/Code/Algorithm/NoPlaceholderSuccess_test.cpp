@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Code/Control/WCAutomationControl.h"
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
 
@@ -101,7 +102,16 @@ protected:
         ASSERT_EQ(m_Shell.Start(), 0);
         ASSERT_EQ(m_Alg->GetNumParams(), 2u);
         Instance().m_PluginFileName = "/plugins/Walked.bundle";
+        // One automation control, with the host's refcons, so that the automation selectors and
+        // requests have something to answer about.
+        ASSERT_EQ(m_Alg->GetAutomationManager().AddNewAutomationControl("Host", 0), 0);
+        ASSERT_EQ(m_Alg->GetAutomationManager().SetAutomationRefCons(0, 1, 2), 0);
     }
+    static int CountAutoCall(int, std::int64_t refcon, void *, void *, void *) {
+        ++*reinterpret_cast<long *>(refcon);
+        return 0;
+    }
+    long m_AutoCalls = 0;
     void TearDown() override { m_Alg->SetGUIPointer("Primary", nullptr); }
     ml::PluginInstance &Instance() { return m_Shell.Instance(); }
 
@@ -300,8 +310,12 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
              {"rsip", [=] { return text(alg->m_ShellFlag_rsip); }},
              {"spcl", [=] { return text(alg->m_ShellFlag_spcl); }}});
     setters("c_str", Setter<char const *>(&ml::SetPluginInfo_c_str, "Dark", "Light"),
-            {"lfps", "rfcp", "sacs"},
-            {{"dskn", [=] { return std::string(alg->GetDefaultSkin().c_str()); }}});
+            {"lfps", "rfcp"},
+            {{"dskn", [=] { return std::string(alg->GetDefaultSkin().c_str()); }},
+             {"sacs", [=] {
+                  return std::string(
+                      alg->GetAutomationManager().GetAutomationControl(0)->GetName().c_str());
+              }}});
     setters("double", Setter(&ml::SetPluginInfo_double, 90.0, 91.0), {},
             {{"raba", [=] { return text(alg->GetTrimModeRatio()); }},
              {"temp", [=] { return text(alg->GetMusicInfo().m_Tempo); }}});
@@ -373,8 +387,6 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
         {MIREL_REQUEST(IsSupportContentScale), "{}"},
         {MIREL_REQUEST(FileDragOver), "{}"},
         {MIREL_REQUEST(FileDrop), "{}"},
-        {MIREL_REQUEST(NotifyAutomation), R"({"params":{"param_index":0}})"},
-        {MIREL_REQUEST(NotifyAutomationAllParams), "{}"},
         {MIREL_REQUEST(GetPluginValue_c_str), R"({"params":{"key":"GetNumParams"}})"},
         {MIREL_REQUEST(GetPluginValue_double), R"({"params":{"key":"samplerate"}})"},
         {MIREL_REQUEST(GetPluginValue_float), R"({"params":{"key":"samplerate"}})"},
@@ -395,6 +407,16 @@ std::vector<WSRow> NoPlaceholderSuccess::Rows() {
     Request(rows, MIREL_REQUEST(UpdateDPIScalingFactor),
             {R"({"params":{"ScalingFactor":2}})", R"({"params":{"ScalingFactor":3}})"}, guiState);
     Request(rows, MIREL_REQUEST(SetViewRect), {"{}", "{}"}, guiState);
+    // Telling the host goes through an automation control the host has given its refcons.
+    auto heardByHost = [this] { return ::testing::PrintToString(m_AutoCalls); };
+    auto hostControl = [this] {
+        m_Alg->SetAutoCallBack(&CountAutoCall, reinterpret_cast<std::int64_t>(&m_AutoCalls));
+    };
+    Request(rows, MIREL_REQUEST(NotifyAutomation),
+            {R"({"params":{"param_index":0}})", R"({"params":{"param_index":0}})"}, heardByHost,
+            hostControl);
+    Request(rows, MIREL_REQUEST(NotifyAutomationAllParams), {"{}", "{}"}, heardByHost,
+            hostControl);
     Request(rows, MIREL_REQUEST(SetNoiseRatio),
             {R"({"params":{"noise_ratio":0.5}})", R"({"params":{"noise_ratio":0.25}})"},
             [this] { return ::testing::PrintToString(m_Shell.Calls().size()); });

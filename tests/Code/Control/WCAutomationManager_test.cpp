@@ -1,0 +1,192 @@
+// The example plug-in's automation controls: what its GUI XML states, what a shell reads of
+// them, and the two directions of automation - a host event into a parameter, a user's drag
+// out to the host as a gesture.
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Code/Algorithm/MirelAPI3Internal.h"
+#include "Code/Algorithm/PluginInfoSelectors.h"
+#include "Code/Algorithm/WTAlgorithmErrors.h"
+#include "Code/Algorithm/cALGORITHM.h"
+#include "Code/Control/ControllerAutomationInfoVer11.h"
+#include "Code/Control/WCAutomationControl.h"
+#include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/WCGUIControl.h"
+#include "tests/support/WCTestHome.h"
+#include "tools/shell/WCRecordingShell.h"
+#include "view/WCEventData.h"
+
+namespace {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+namespace PVM = ml::PluginViewManager;
+using mirel_shell::WCRecordingShell;
+
+const std::vector<std::string> kAutomated = {"Gain", "Cutoff", "Filter", "Trim1", "Trim2"};
+
+// What the host's auto callback heard: operation, refcon 2 and the value of operation 16.
+struct WSAutoCall {
+    int op;
+    std::int64_t refCon2;
+    double value;
+};
+std::vector<WSAutoCall> gAutoCalls;
+
+int RecordAutoCall(int op, std::int64_t, void *refCon2, void *value, void *) {
+    gAutoCalls.push_back({op, reinterpret_cast<std::int64_t>(refCon2),
+                          value != nullptr ? *static_cast<double *>(value) : 0.0});
+    return 0;
+}
+
+class AutomationTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(m_Shell.LoadModule(MIREL_EXAMPLE_MODULE), 0);
+        ml::MirelComponentInfo info;
+        ASSERT_EQ(m_Shell.GetModuleComponentInfo(0, info), 0);
+        ASSERT_EQ(m_Shell.Create(info), 0);
+        ASSERT_EQ(m_Shell.Start(), 0);
+        m_Alg = m_Shell.Algorithm();
+        gAutoCalls.clear();
+        m_Alg->SetAutoCallBack(&RecordAutoCall, 5);
+    }
+    void TearDown() override { EXPECT_EQ(m_Shell.Stop(), 0); }
+    ml::WCAutomationManager &Manager() { return m_Alg->GetAutomationManager(); }
+    int Index(const char *name) { return m_Alg->GetAutomationControlIndexByName(name); }
+    double State(const char *param) {
+        std::uint64_t id = 0;
+        EXPECT_EQ(m_Alg->GetParamIDFromName(param, id), 0);
+        return m_Alg->GetParam(id)->GetState(m_Alg->GetActiveSetup());
+    }
+
+    mirel_test::WCTestHome m_Home;
+    WCRecordingShell m_Shell;
+    ml::cALGORITHM *m_Alg = nullptr;
+};
+
+TEST_F(AutomationTest, ListsTheAutomatableControlsOfTheGUIXMLInControlOrder) {
+    std::uint32_t count = 0;
+    ASSERT_EQ(ml::GetPluginInfo_uint32_t(m_Shell.Instance(), ml::WCFourCC("aCon"), count, 0), 0);
+    ASSERT_EQ(count, kAutomated.size());
+    for (std::size_t i = 0; i < kAutomated.size(); ++i) {
+        const char *name = kAutomated[i].c_str();
+        EXPECT_EQ(Index(name), static_cast<int>(i)) << name;
+        // Each control leads the parameter of its name, as the GUI XML registers it.
+        std::size_t lead = 0;
+        std::uint64_t id = 0;
+        ASSERT_EQ(ml::GetPluginInfo_size_t(m_Shell.Instance(), ml::WCFourCC("LPrm"), lead,
+                                           static_cast<std::int64_t>(i)),
+                  0);
+        ASSERT_EQ(m_Alg->GetParamIDFromName(name, id), 0);
+        EXPECT_EQ(lead, id) << name;
+    }
+    // A meter and a value display are GUI controls the host must not see.
+    for (const char *name : {"Output", "GainValue", "", "gain"})
+        EXPECT_EQ(Index(name), -1) << '"' << name << '"';
+    EXPECT_EQ(Manager().GetAutomationControl(static_cast<int>(count)), nullptr);
+}
+
+TEST_F(AutomationTest, TheShellRecordHoldsTheControlAtItsByteOffsets) {
+    ml::ControllerAutomationInfoVer11 info{};
+    info.m_Version = 11;
+    info.m_ControlIndex = Index("Filter");
+    ASSERT_EQ(Manager().SetAutomationRefCons(info.m_ControlIndex, 3, 4), 0);
+    ASSERT_EQ(ml::GetPluginInfo_struct(m_Shell.Instance(), ml::WCFourCC("caui"), &info, 0), 0);
+    const char *bytes = reinterpret_cast<const char *>(&info);
+    std::int32_t mark = 0;
+    std::memcpy(&mark, bytes + 8, 4);
+    EXPECT_EQ(mark, 1001);
+    EXPECT_STREQ(bytes + 40, "Filter");
+    EXPECT_STREQ(bytes + 177, "Filter");
+    std::int64_t refCon2 = 0, paramID = 0;
+    std::memcpy(&refCon2, bytes + 32, 8);
+    std::memcpy(&paramID, bytes + 168, 8);
+    EXPECT_EQ(refCon2, 4);
+    std::uint64_t id = 0;
+    ASSERT_EQ(m_Alg->GetParamIDFromName("Filter", id), 0);
+    EXPECT_EQ(paramID, static_cast<std::int64_t>(id));
+}
+
+TEST_F(AutomationTest, BadIndexesNamesAndVersionsGiveTheirCodes) {
+    ml::ControllerAutomationInfoVer11 info{};
+    const struct {
+        std::int32_t version, index;
+        int code;
+    } records[] = {{10, 0, ml::kErrWrongAutomationInfoVersion}, {11, 5, ml::eControlOutOfRange},
+                   {11, -1, ml::eControlOutOfRange}};
+    for (const auto &row : records) {
+        info.m_Version = row.version;
+        info.m_ControlIndex = row.index;
+        EXPECT_EQ(ml::GetPluginInfo_struct(m_Shell.Instance(), ml::WCFourCC("caui"), &info, 0),
+                  row.code)
+            << row.version << ' ' << row.index;
+    }
+    std::size_t lead = 77;
+    EXPECT_EQ(ml::GetPluginInfo_size_t(m_Shell.Instance(), ml::WCFourCC("LPrm"), lead, 5),
+              ml::eOutOfRangeNumber);
+    EXPECT_EQ(lead, 77u);
+    EXPECT_EQ(m_Alg->SetControllerValue(5, 100.0), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->SetControllerValue(0, 1000.5), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->SetControllerValue(0, -1.0), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->Touch(1000), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->SetAutomatableControlStr("Cutoff", Index("Gain")),
+              ml::eSomeThingInitailzedTwice);
+    EXPECT_EQ(Index("Gain"), 0) << "a refused rename leaves the name";
+}
+
+TEST_F(AutomationTest, AHostEventMovesTheParameterAndTheGUIControlWithoutAnEcho) {
+    ASSERT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
+    ml::WCGUIControl *knob = m_Alg->GetGUIPtr("Primary")->GetControlPtrByName("Cutoff");
+    ASSERT_NE(knob, nullptr);
+    ASSERT_EQ(Manager().SetAutomationRefCons(Index("Cutoff"), 1, 2), 0);
+    m_Shell.ClearLog();
+
+    ASSERT_EQ(m_Alg->SetControllerValue(Index("Cutoff"), 250.0), 0);
+    EXPECT_DOUBLE_EQ(State("Cutoff"), 250.0);
+    long sends = 0;
+    for (const auto &call : m_Shell.Calls())
+        sends += call.op == ml::eExecSendBuffers;
+    EXPECT_EQ(sends, 1) << "the parameter's chain reached the process side";
+    EXPECT_EQ(m_Shell.LiveBuffers(), 0u);
+    m_Shell.Idle(0, 1);
+    EXPECT_DOUBLE_EQ(knob->GetRegistration(0).GetValue(), 250.0);
+    EXPECT_TRUE(gAutoCalls.empty()) << "the host is not told back what it sent";
+}
+
+TEST_F(AutomationTest, AKnobDragReachesTheHostBetweenATouchAndARelease) {
+    ASSERT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
+    ml::CStandardGUI_X &gui = *m_Alg->GetGUIPtr("Primary");
+    ASSERT_EQ(Manager().SetAutomationRefCons(Index("Gain"), 1, 42), 0);
+    const double before = State("Gain");
+
+    // The Gain knob sits at (40, 56), 48 pixels wide; drag it up by 8 pixels.
+    PVM::WCEventData event;
+    event.SetMouseClickCount(PVM::eClickSingle);
+    event.SetMouseButtonPressed(PVM::eMouseButtonLeft, true);
+    event.SetMouseDownLocation({64, 80});
+    event.SetMouseLocation({64, 80});
+    EXPECT_EQ(gui.DoMouseDown(event), 0);
+    for (short y : {76, 72}) {
+        event.SetMouseLocation({64, y});
+        EXPECT_EQ(gui.DoMouseMove(event), 0);
+    }
+    event.SetMouseButtonPressed(PVM::eMouseButtonLeft, false);
+    EXPECT_EQ(gui.DoMouseUp(event), 0);
+
+    ASSERT_GT(State("Gain"), before);
+    ASSERT_GE(gAutoCalls.size(), 3u);
+    EXPECT_EQ(gAutoCalls.front().op, ml::WCAutomationControl::eAutoTouch);
+    EXPECT_EQ(gAutoCalls.back().op, ml::WCAutomationControl::eAutoRelease);
+    for (std::size_t i = 1; i + 1 < gAutoCalls.size(); ++i)
+        EXPECT_EQ(gAutoCalls[i].op, ml::WCAutomationControl::eAutoSetValue) << i;
+    for (const auto &call : gAutoCalls)
+        EXPECT_EQ(call.refCon2, 42);
+    EXPECT_DOUBLE_EQ(gAutoCalls[gAutoCalls.size() - 2].value, State("Gain"));
+    EXPECT_FALSE(Manager().GetAutomationControl(Index("Gain"))->IsTouched());
+}
+
+} // namespace
