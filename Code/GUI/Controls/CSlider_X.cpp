@@ -63,6 +63,14 @@ void CSlider_X::CopySliderTo(CSlider_X &other) const {
 WTErr CSlider_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *element, cALGORITHM *) {
     if (element == nullptr)
         return eMemNullPointer;
+    // What a skin's "Class" does not name, the slider does not have; nothing of a last skin stays.
+    for (WURect<short> *rect :
+         {&m_ThumbMovementArea, &m_BackGroundPictRect, &m_TextRelativeToThumb})
+        rect->Reset();
+    for (WCBaseImageVector *images :
+         {&m_Shadow, &m_SlitBackground, &m_SlitForeground, &m_SlitSelection})
+        images->Clear();
+    m_HasSlit = m_ResetFromRect = false;
     WTErr first = eNoErr;
     auto keep = [&first](WTErr err) {
         if (first == eNoErr)
@@ -327,6 +335,13 @@ int CSlider_X::FinishCreateSelf() {
     UpdateMovement();
     UpdateSliderGUI(m_LeadParamIndex, GetSliderPosition());
     return eNoErr;
+}
+
+WTErr CSlider_X::UpdateFromXMLWithAlgSelf(const XML::CXMLElement *, cALGORITHM *) {
+    // The thumb of the new skin is measured and placed afresh.
+    m_ThumbRect.Reset();
+    m_ThumbSizeX = m_ThumbSizeY = 0;
+    return FinishCreateSelf();
 }
 
 void CSlider_X::UpdatePointerSelf(std::size_t index) {

@@ -78,6 +78,7 @@ public:
 protected:
     WTErr ReadFromXMLWithAlgSelf(const XML::CXMLElement *element, cALGORITHM *alg) override;
     void WriteToXMLWithAlgSelf(XML::CXMLElement *element) const override;
+    WTErr UpdateFromXMLWithAlgSelf(const XML::CXMLElement *element, cALGORITHM *alg) override;
     int FinishCreateSelf() override;
     void UpdatePointerSelf(std::size_t index) override;
     BUFFER_HEADER *MouseDownSelf(WCEventData &event, WURect<double> &limits,

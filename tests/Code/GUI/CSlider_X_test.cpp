@@ -86,6 +86,14 @@ TEST(CSlider_X_XML, ReadsItsClassChildrenLeavesOtherImagesToTheCustomHookAndWrit
     ml::CSlider_X again;
     ASSERT_EQ(again.ReadFromXMLWithAlg(Parse(once).get(), nullptr), 0);
     EXPECT_EQ(Written(again), once);
+
+    ASSERT_EQ(again.UpdateFromXMLWithAlg(Parse(R"(<cCONTROLLER Name="S"><Class Type="Slider"/>
+      <ControlRect top="0" left="0" width="20" height="50"/></cCONTROLLER>)")
+                                             .get(),
+                                         nullptr),
+              0);
+    EXPECT_FALSE(again.HasSlit() || again.GetResetFromRect() || !again.GetShadow().Empty());
+    EXPECT_EQ(again.GetMouseDragRect().Height(), 50) << "a new skin keeps nothing of the last one";
 }
 
 // ---- in a document -------------------------------------------------------------------------
