@@ -64,8 +64,10 @@ cALGORITHM::cALGORITHM(MirelComponentInfo const &info, WTResContainerType *&cont
 }
 
 cALGORITHM::~cALGORITHM() {
-    // The GUIs' controls are entered in the parameters' controller lists: they go first.
+    // The GUIs' controls are entered in the parameters' controller lists: they go first, and
+    // the automation controls, which take themselves out of those lists, with them.
     DisposeAllGUIs();
+    m_AutomationManager.Clear();
     m_Broadcaster.remove(&m_ShellListener);
     DisposeKeyValueStore();
     m_ProcessLock.uninit();
