@@ -20,10 +20,10 @@ WCAutomationControl::WCAutomationControl(cALGORITHM *alg, const WCGUIControl &so
 }
 
 int WCAutomationControl::CallHost(int op, void *data) {
-    if (m_pAlg == nullptr || m_RefCon1 == 0 || m_pAlg->GetAutoCallBack() == nullptr)
+    if (m_pAlg == nullptr || GetRefCon1() == 0 || m_pAlg->GetAutoCallBack() == nullptr)
         return eNoErr;
     return m_pAlg->GetAutoCallBack()(op, m_pAlg->GetAutoRefcon(),
-                                     reinterpret_cast<void *>(m_RefCon2), data, nullptr);
+                                     reinterpret_cast<void *>(GetRefCon2()), data, nullptr);
 }
 
 int WCAutomationControl::NotifySetControlValue(double state) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "Code/GUI/WCBaseControl.h"
@@ -13,7 +14,8 @@ class WCGUIControl;
 // registrations of the GUI control it stands for, but no picture. The host hands two refcons
 // that come back with every call to its auto callback; until refcon 1 is set the control tells
 // the host nothing. The MIDI fields wait for MIDI learn and keep their "none" values.
-// Made by WCAutomationManager, owned by it, gone with it. [main-thread]
+// Made by WCAutomationManager, owned by it, gone with it. [main-thread], except where tagged:
+// a value reaches the host from whatever thread changed the parameter.
 class WCAutomationControl : public WCBaseControl {
 public:
     // Operations of the auto callback: a value, then the start and end of a user's gesture.
@@ -30,7 +32,7 @@ public:
     // Tells the host a value of the lead parameter (operation 16). Nothing happens while refcon
     // 1 is 0 or no auto callback is set; always 0, as a host that refuses must not stop an
     // update that has already happened.
-    int NotifySetControlValue(double state);
+    int NotifySetControlValue(double state); // [any-thread]
     // The start and end of a gesture on this control. A touch that is already open is not told
     // twice, nor a release with no touch open. 0, or the auto callback's code.
     int Touch();
@@ -39,11 +41,13 @@ public:
     // Whether the host sees this control (flag "Automatable").
     bool IsHostControl() const { return GetControlFlag(eCF_Automatable); }
 
-    std::int64_t GetRefCon1() const noexcept { return m_RefCon1; }
-    std::int64_t GetRefCon2() const noexcept { return m_RefCon2; }
+    // [any-thread] A host may hand its refcons while another thread changes a parameter.
+    std::int64_t GetRefCon1() const noexcept { return m_RefCon1.load(std::memory_order_acquire); }
+    std::int64_t GetRefCon2() const noexcept { return m_RefCon2.load(std::memory_order_acquire); }
     void SetRefCons(std::int64_t refCon1, std::int64_t refCon2) noexcept {
-        m_RefCon1 = refCon1;
-        m_RefCon2 = refCon2;
+        // Refcon 2 first: a reader that sees refcon 1 set sees the refcon 2 that goes with it.
+        m_RefCon2.store(refCon2, std::memory_order_release);
+        m_RefCon1.store(refCon1, std::memory_order_release);
     }
 
     std::int32_t GetMIDIControlID() const noexcept { return m_MIDIControlID; }
@@ -56,8 +60,8 @@ public:
 private:
     int CallHost(int op, void *data);
 
-    std::int64_t m_RefCon1 = 0;
-    std::int64_t m_RefCon2 = 0;
+    std::atomic<std::int64_t> m_RefCon1{0};
+    std::atomic<std::int64_t> m_RefCon2{0};
     std::int32_t m_MIDIControlID = -1;
     std::int32_t m_MIDIEventType = 0;
     std::int32_t m_MIDIChannel = 0;

@@ -2,7 +2,9 @@
 // them, and the two directions of automation - a host event into a parameter, a user's drag
 // out to the host as a gesture.
 
+#include <atomic>
 #include <cstring>
+#include <thread>
 #include <string>
 #include <vector>
 
@@ -187,6 +189,37 @@ TEST_F(AutomationTest, AKnobDragReachesTheHostBetweenATouchAndARelease) {
         EXPECT_EQ(call.refCon2, 42);
     EXPECT_DOUBLE_EQ(gAutoCalls[gAutoCalls.size() - 2].value, State("Gain"));
     EXPECT_FALSE(Manager().GetAutomationControl(Index("Gain"))->IsTouched());
+}
+
+// A host's automation thread changes a parameter while the main thread hands the refcons: once
+// they are set, every value reaches the host with the refcon 2 that came with them.
+std::atomic<long> gThreadCalls{0};
+std::atomic<bool> gWrongRefCon{false};
+int CountThreadCall(int op, std::int64_t, void *refCon2, void *, void *) {
+    if (op == ml::WCAutomationControl::eAutoSetValue) {
+        gWrongRefCon = gWrongRefCon || reinterpret_cast<std::int64_t>(refCon2) != 9;
+        ++gThreadCalls;
+    }
+    return 0;
+}
+
+TEST_F(AutomationTest, ValuesFromAnotherThreadReachTheHostWithTheRefConsHandedMeanwhile) {
+    m_Alg->SetAutoCallBack(&CountThreadCall, 5);
+    std::uint64_t id = 0;
+    ASSERT_EQ(m_Alg->GetParamIDFromName("Cutoff", id), 0);
+    std::atomic<bool> refConsSet{false};
+    std::thread host([&] {
+        for (int i = 0, after = 0; after < 50; ++i, after += refConsSet ? 1 : 0) {
+            ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER *chain =
+                m_Alg->UpdateParamRequestState(id, 100.0 + (i % 2) * 100.0);
+            m_Alg->SendAndFreeBuffers(chain, ml::eExecFreeBuffers, false);
+        }
+    });
+    ASSERT_EQ(Manager().SetAutomationRefCons(Index("Cutoff"), 8, 9), 0);
+    refConsSet = true;
+    host.join();
+    EXPECT_GT(gThreadCalls.load(), 0);
+    EXPECT_FALSE(gWrongRefCon.load());
 }
 
 } // namespace
