@@ -94,6 +94,11 @@ bool IsAttribTrue(const XML::CXMLElement &element, const char *name) noexcept {
     return element.AttribExists(name) && element.GetAttribString(name) == "true";
 }
 
+bool ReadSwitch(const XML::CXMLElement &element) {
+    const std::string &text = element.GetText();
+    return text != "false" && text != "0";
+}
+
 } // namespace GUIXML
 
 MIREL_NAMESPACE_END

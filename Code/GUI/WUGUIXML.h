@@ -28,6 +28,8 @@ XML::CXMLElement *WriteColor(const char *name, const WCRGBAColor &color);
 bool ReadIntText(const XML::CXMLElement &element, int &out) noexcept;
 // The attribute is exactly "true".
 bool IsAttribTrue(const XML::CXMLElement &element, const char *name) noexcept;
+// A switch element: present means on, unless its text says "false" or "0".
+bool ReadSwitch(const XML::CXMLElement &element);
 
 } // namespace GUIXML
 

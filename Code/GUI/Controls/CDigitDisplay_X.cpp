@@ -8,12 +8,6 @@ namespace {
 
 constexpr const char *kAlignmentNames[] = {"Left", "Center", "Right"};
 
-// A switch element: present means on unless its text says "false" or "0".
-bool ReadSwitch(const XML::CXMLElement &element) {
-    const std::string &text = element.GetText();
-    return text != "false" && text != "0";
-}
-
 } // namespace
 
 CDigitDisplay_X *CDigitDisplay_X::Clone() const {
@@ -48,9 +42,9 @@ WTErr CDigitDisplay_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGO
         if (name == "Image") {
             keep(m_Digits.AddFromXML_OneImage(child));
         } else if (name == "AlwaysDisplayMaximumDigits") {
-            m_AlwaysMaximumDigits = ReadSwitch(*child);
+            m_AlwaysMaximumDigits = GUIXML::ReadSwitch(*child);
         } else if (name == "AlwaysShowSign") {
-            m_AlwaysShowSign = ReadSwitch(*child);
+            m_AlwaysShowSign = GUIXML::ReadSwitch(*child);
         } else if (name == "MaximumDisplayDigits") {
             int digits = 0;
             if (!GUIXML::ReadIntText(*child, digits))

@@ -32,12 +32,6 @@ WTErr ReadReal(const char *text, double &out) {
     return eNoErr;
 }
 
-// A switch element: present means on unless its text says "false" or "0".
-bool ReadSwitch(const XML::CXMLElement &element) {
-    const std::string &text = element.GetText();
-    return text != "false" && text != "0";
-}
-
 } // namespace
 
 CRotationKnob *CRotationKnob::Clone() const {
@@ -117,9 +111,9 @@ WTErr CRotationKnob::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORI
         } else if (name == "DiscreteStep") {
             keep(ReadReal(child->GetText().c_str(), m_DiscreteStep));
         } else if (name == "SequenceQuantize") {
-            m_SequenceQuantize = ReadSwitch(*child);
+            m_SequenceQuantize = GUIXML::ReadSwitch(*child);
         } else if (name == "Clipable") {
-            m_Clipable = ReadSwitch(*child);
+            m_Clipable = GUIXML::ReadSwitch(*child);
         } else if (name == "AngleRange") {
             double low = 0.0, high = 0.0;
             WTErr err = ReadReal(child->GetAttribString("minAngle").c_str(), low);
