@@ -49,9 +49,9 @@ bool AnyButtonPressed(const PVM::WCEventData &event) {
 // The mouse points of an event, kept to be put back after the handler saw them in GUI units.
 struct WSEventPoints {
     explicit WSEventPoints(PVM::WCEventData &event)
-        : m_Event(event), m_Location(event.GetMouseLocation()),
-          m_Old(event.GetMouseOldLocation()), m_Down(event.GetMouseDownLocation()),
-          m_Release(event.GetCursorReleaseLocation()), m_Factor(event.GetScalingFactor()) {}
+        : m_Event(event), m_Location(event.GetMouseLocation()), m_Old(event.GetMouseOldLocation()),
+          m_Down(event.GetMouseDownLocation()), m_Release(event.GetCursorReleaseLocation()),
+          m_Factor(event.GetScalingFactor()) {}
     ~WSEventPoints() {
         m_Event.SetMouseLocation(m_Location);
         m_Event.SetMouseOldLocation(m_Old);
@@ -68,8 +68,7 @@ struct WSEventPoints {
 
 // ---- from the view ---------------------------------------------------------------------------
 
-bool CStandardGUI_X::ViewEventCallback(void *reference, int eventCode, WCEventData *event,
-                                       void *) {
+bool CStandardGUI_X::ViewEventCallback(void *reference, int eventCode, WCEventData *event, void *) {
     auto *gui = static_cast<CStandardGUI_X *>(reference);
     if (gui == nullptr || event == nullptr || !gui->IsAlive() || !gui->IsFinished())
         return false;
@@ -166,9 +165,8 @@ void CStandardGUI_X::FilterOverlappedMarkers(std::vector<WCGUIControl *> &list) 
     if (top == list.rend())
         return;
     const WCGUIControl *keep = *top;
-    std::erase_if(list, [&](const WCGUIControl *control) {
-        return control != keep && isMarker(control);
-    });
+    std::erase_if(
+        list, [&](const WCGUIControl *control) { return control != keep && isMarker(control); });
 }
 
 void CStandardGUI_X::GetFilteredClickedList(std::vector<WCGUIControl *> &list, bool build,
@@ -216,8 +214,9 @@ CStandardGUI_X::FilterNotLinkedFromSelected(const std::vector<WCGUIControl *> &l
 }
 
 bool CStandardGUI_X::GetControlsDefaultHideMouse() const {
-    return std::any_of(m_SelectedList.begin(), m_SelectedList.end(),
-                       [](const WCGUIControl *control) { return control->ShouldHideCursorOnDrag(); });
+    return std::any_of(
+        m_SelectedList.begin(), m_SelectedList.end(),
+        [](const WCGUIControl *control) { return control->ShouldHideCursorOnDrag(); });
 }
 
 // ---- mouse down ------------------------------------------------------------------------------
@@ -333,9 +332,8 @@ void CStandardGUI_X::MouseDelta_GetActiveControlParamDeltas() {
     const WCGUIControl *active = m_pActiveControl;
     if (active == nullptr || active->GetNumRegistrations() == 0)
         return;
-    const std::size_t lead =
-        std::min<std::size_t>(active->GetLeadParamIndex(), active->GetNumRegistrations() - 1);
-    m_LeadIndexH = m_LeadIndexV = lead;
+    m_LeadIndexH = m_LeadIndexV =
+        static_cast<std::size_t>(active->GetLeadRegistration() - &active->GetRegistration(0));
     bool foundH = false, foundV = false;
     for (std::size_t i = 0; i < active->GetNumRegistrations(); ++i) {
         const WCParamRegistrationData &data = active->GetRegistration(i);
@@ -561,12 +559,8 @@ int CStandardGUI_X::ModifyControlsOnMouseWheel(WCEventData &event) {
 
     // One notch is one step of the value; acceleration multiplies the steps.
     WCGUIControl *top = under.back();
-    const double step = top->GetNumRegistrations() > 0
-                            ? top->GetRegistration(std::min<std::size_t>(
-                                                       top->GetLeadParamIndex(),
-                                                       top->GetNumRegistrations() - 1))
-                                  .GetActiveControllerParameterStateStep()
-                            : 0.0;
+    const WCParamRegistrationData *lead = top->GetLeadRegistration();
+    const double step = lead != nullptr ? lead->GetActiveControllerParameterStateStep() : 0.0;
     BUFFER_HEADER *chain = top->MouseWheel(event, delta.x * step, delta.y * step);
     return ExecuteAndDisposeBuffer(chain);
 }

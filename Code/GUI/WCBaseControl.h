@@ -82,6 +82,15 @@ public:
         return m_Registrations[index];
     }
     std::uint64_t GetLeadParamIndex() const noexcept { return m_LeadParamIndex; }
+    // The lead registration, the last one when the lead index lies beyond the list; null
+    // without registrations.
+    const WCParamRegistrationData *GetLeadRegistration() const noexcept {
+        if (m_Registrations.empty())
+            return nullptr;
+        return &m_Registrations[m_LeadParamIndex < m_Registrations.size()
+                                    ? static_cast<std::size_t>(m_LeadParamIndex)
+                                    : m_Registrations.size() - 1];
+    }
     cALGORITHM *GetAlgorithm() const noexcept { return m_pAlg; }
 
 protected:

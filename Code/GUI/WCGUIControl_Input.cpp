@@ -35,9 +35,8 @@ void WCGUIControl::ModifiersFor(const WCParamRegistrationData &, const bool *eve
     // modifier a registration of its own (then that one alone answers to it).
     for (const int modifier : {int(eModPrimary), int(eModShift)}) {
         const bool claimed =
-            std::any_of(m_Registrations.begin(), m_Registrations.end(), [&](const auto &other) {
-                return other.GetRegisterModifier(modifier);
-            });
+            std::any_of(m_Registrations.begin(), m_Registrations.end(),
+                        [&](const auto &other) { return other.GetRegisterModifier(modifier); });
         out[modifier] = out[modifier] && claimed;
     }
 }
@@ -144,9 +143,7 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseDown(WCEventData &event, WURect<
     if (event.GetMouseClickCount() == PluginViewManager::eClickDouble &&
         GetControlFlag(eCF_ReciveTextEntery))
         keepGoing = false;
-    m_ValueAtMouseDown = m_Registrations[std::min<std::size_t>(
-                                             m_LeadParamIndex, m_Registrations.size() - 1)]
-                             .GetValue();
+    m_ValueAtMouseDown = GetLeadRegistration()->GetValue();
     m_ValueChangedDuringDrag = false;
     chain = Chain(chain, MouseDownSelf(event, limits, keepGoing));
     m_InMouseDownGuard = false;
@@ -157,11 +154,13 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseDownSelf(WCEventData &, WURect<d
                                                          bool &) {
     for (const auto &data : m_Registrations) {
         const double value = data.GetValue();
-        if (data.GetRegisterFlag(eRegMouseVertical) || data.GetRegisterFlag(eRegMouseDrawHorizontal)) {
+        if (data.GetRegisterFlag(eRegMouseVertical) ||
+            data.GetRegisterFlag(eRegMouseDrawHorizontal)) {
             limits.top = std::min(limits.top, value);
             limits.bottom = std::max(limits.bottom, value);
         }
-        if (data.GetRegisterFlag(eRegMouseHorizontal) || data.GetRegisterFlag(eRegMouseDrawVertical)) {
+        if (data.GetRegisterFlag(eRegMouseHorizontal) ||
+            data.GetRegisterFlag(eRegMouseDrawVertical)) {
             limits.left = std::min(limits.left, value);
             limits.right = std::max(limits.right, value);
         }
@@ -196,8 +195,7 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseDrag(WCEventData &event, double 
             chain = Chain(chain, data.SetParamValue(y, eRegAbsMouseMoveVertical, modifiers));
     }
     if (GetControlFlag(eCF_NoMouseUpAfterDrag) &&
-        m_Registrations[std::min<std::size_t>(m_LeadParamIndex, m_Registrations.size() - 1)]
-                .GetValue() != m_ValueAtMouseDown)
+        GetLeadRegistration()->GetValue() != m_ValueAtMouseDown)
         m_ValueChangedDuringDrag = true;
 
     if (!m_DragInProgress && m_DragValues.m_GroupNumber >= 0) {
@@ -235,8 +233,9 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseUp(WCEventData &event) {
         // A click steps the value by the sensitivity, in steps of the parameter.
         if ((!m_MouseTrackInside || inside) && !m_ValueChangedDuringDrag) {
             const double step = data.GetActiveControllerParameterStateStep();
-            chain = Chain(chain, data.OffsetParamValue(m_MouseSensitivity * (step > 0.0 ? step : 1.0),
-                                                       eRegMouseUp, modifiers));
+            chain =
+                Chain(chain, data.OffsetParamValue(m_MouseSensitivity * (step > 0.0 ? step : 1.0),
+                                                   eRegMouseUp, modifiers));
         }
         data.ResetDragParam();
     }
@@ -268,10 +267,11 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::MouseWheel(WCEventData &event, double
                                      : data.OffsetParamValueToNextDifferentValue(
                                            dy, eRegMouseWheelVertical, modifiers));
         if (!noHorizontal && dx != 0.0)
-            chain = Chain(chain, data.DoesNewStateChangeRealWorld(dx)
-                                     ? data.OffsetParamValue(dx, eRegMouseWheelHorizontal, modifiers)
-                                     : data.OffsetParamValueToNextDifferentValue(
-                                           dx, eRegMouseWheelHorizontal, modifiers));
+            chain =
+                Chain(chain, data.DoesNewStateChangeRealWorld(dx)
+                                 ? data.OffsetParamValue(dx, eRegMouseWheelHorizontal, modifiers)
+                                 : data.OffsetParamValueToNextDifferentValue(
+                                       dx, eRegMouseWheelHorizontal, modifiers));
     }
     return Chain(chain, MouseWheelSelf(event, dx, dy));
 }

@@ -66,10 +66,8 @@ int CRotationKnob::FrameForState(double state, int steps) noexcept {
 }
 
 int CRotationKnob::GetCurrentFrame() const {
-    if (m_Registrations.empty())
-        return 0;
-    const std::size_t lead = std::min<std::size_t>(m_LeadParamIndex, m_Registrations.size() - 1);
-    return FrameForState(m_Registrations[lead].GetValue(), m_SequenceSteps);
+    const WCParamRegistrationData *lead = GetLeadRegistration();
+    return lead != nullptr ? FrameForState(lead->GetValue(), m_SequenceSteps) : 0;
 }
 
 WTErr CRotationKnob::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *) {

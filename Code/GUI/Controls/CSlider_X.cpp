@@ -190,12 +190,10 @@ void CSlider_X::WriteToXMLSliderSlit(XML::CXMLElement &element) const {
 // ---- geometry ----------------------------------------------------------------------------------
 
 bool CSlider_X::IsVertical() const {
-    if (m_Registrations.empty())
-        return false;
-    const auto &lead =
-        m_Registrations[std::min<std::size_t>(m_LeadParamIndex, m_Registrations.size() - 1)];
+    const WCParamRegistrationData *lead = GetLeadRegistration();
     // A drawn horizontal line is moved up and down, so it shares the vertical branch.
-    return lead.GetRegisterFlag(eRegMouseVertical) || lead.GetRegisterFlag(eRegMouseDrawHorizontal);
+    return lead != nullptr && (lead->GetRegisterFlag(eRegMouseVertical) ||
+                               lead->GetRegisterFlag(eRegMouseDrawHorizontal));
 }
 
 void CSlider_X::CalcThumbSize() {
@@ -228,11 +226,8 @@ void CSlider_X::UpdateMovement() {
 }
 
 double CSlider_X::GetSliderPosition() const {
-    if (m_Registrations.empty())
-        return 0.0;
-    return ClampState(
-        m_Registrations[std::min<std::size_t>(m_LeadParamIndex, m_Registrations.size() - 1)]
-            .GetValue());
+    const WCParamRegistrationData *lead = GetLeadRegistration();
+    return lead != nullptr ? ClampState(lead->GetValue()) : 0.0;
 }
 
 void CSlider_X::UpdateSliderGUI(std::uint64_t index, const double &value) {

@@ -20,10 +20,8 @@ double CVuMeter_X::CalculateVUValueByParamValue(double value) noexcept {
 }
 
 double CVuMeter_X::GetVUValue() const {
-    if (m_Registrations.empty())
-        return 0.0;
-    const std::size_t lead = std::min<std::size_t>(m_LeadParamIndex, m_Registrations.size() - 1);
-    return CalculateVUValueByParamValue(m_Registrations[lead].GetValue());
+    const WCParamRegistrationData *lead = GetLeadRegistration();
+    return lead != nullptr ? CalculateVUValueByParamValue(lead->GetValue()) : 0.0;
 }
 
 int CVuMeter_X::GetDrawInstructionsBkgColor(miGS::WCGraphicStreamBinaryWriter &writer) {
