@@ -1,15 +1,12 @@
 // The slider: its XML, where the thumb stands for a state and which state a thumb position means,
 // the hold point of a click on the thumb, a drag through a document, and what it draws.
 
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "tests/support/WCSilentAlgorithm.h"
+#include "tests/support/WCGUIPlugin.h"
 #include "tests/support/WCTestHome.h"
 
 #include "Code/GUI/CStandardGUI_X.h"
@@ -20,14 +17,11 @@
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "graphic_stream/WCStGSFrameStructWriter.h"
-#include "resources/ResourceManager.h"
-#include "tools/shell/WCRecordingShell.h"
 #include "view/WCEventData.h"
 
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
-namespace fs = std::filesystem;
 namespace PVM = ml::PluginViewManager;
 
 std::unique_ptr<ml::XML::CXMLElement> Parse(const std::string &text) {
@@ -137,48 +131,11 @@ const char *kGUI = R"(<GUI version="5">
       <ParameterList><Param Name="Q" UpdateGraphics="true"><RegisterType>MouseHorizontal</RegisterType></Param></ParameterList></cCONTROLLER>
   </Control_List></GUI>)";
 
-class WCSliderAlgorithm : public mirel_test::WCSilentAlgorithm {
-public:
-    using WCSilentAlgorithm::WCSilentAlgorithm;
-
-protected:
-    void InitProcessCodeSelf() override {
-        DSPReqRes().coefsWords = 1;
-        DSPReqRes().cycles = 1;
-    }
-    int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
-        return out.Assign(kParamXML, std::strlen(kParamXML));
-    }
-};
-
 class CSlider_XInGUI : public ::testing::Test {
 protected:
     void SetUp() override {
-        const fs::path bundle = m_Home.path() / "Slider.bundle";
-        fs::create_directories(bundle / "Contents/Resources/GUIXML");
-        std::ofstream(bundle / "Contents/Resources/resource_config.yaml")
-            << "Extensions:\n  GUIXML: .xml\n";
-        std::ofstream(bundle / "Contents/Resources/GUIXML/1000.xml") << kGUI;
-        ASSERT_EQ(ml::RM::OpenResContainer(bundle.c_str(), 0, m_Container), 0);
-        ml::MirelComponentInfo info;
-        info.m_ComponentType = ml::WCFourCC("Nati");
-        ASSERT_EQ(m_Shell.Create(
-                      info,
-                      [this](ml::MirelComponentInfo const &component,
-                             ml::WTResContainerType *&container) {
-                          container = m_Container;
-                          return m_Alg = new WCSliderAlgorithm(component, container);
-                      },
-                      [](ml::cALGORITHM *alg) { delete alg; }),
-                  0);
-        ASSERT_EQ(m_Shell.Start(), 0);
-        ASSERT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
-        m_GUI = m_Alg->GetGUIPtr("Primary");
-    }
-    void TearDown() override {
-        m_Shell.Stop();
-        ml::RM::CloseResContainer(m_Container);
-        ml::RM::Dispose();
+        ASSERT_NO_FATAL_FAILURE(m_Plugin.Start(m_Home.path(), "Slider", kParamXML, kGUI));
+        m_GUI = m_Plugin.GUI();
     }
     ml::CSlider_X &Slider(const char *name) const {
         auto *slider = dynamic_cast<ml::CSlider_X *>(m_GUI->GetControlPtrByName(name));
@@ -199,9 +156,7 @@ protected:
     void Up(short x, short y) { EXPECT_EQ(m_GUI->DoMouseUp(Event(x, y, false)), 0); }
 
     mirel_test::WCTestHome m_Home;
-    ml::WTResContainerType *m_Container = nullptr;
-    mirel_shell::WCRecordingShell m_Shell;
-    WCSliderAlgorithm *m_Alg = nullptr;
+    mirel_test::WCGUIPlugin m_Plugin;
     ml::CStandardGUI_X *m_GUI = nullptr;
     PVM::WCEventData m_Event;
 };

@@ -2,21 +2,17 @@
 // parameter, and that events outside the controls change nothing and send nothing.
 
 #include <climits>
+#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/WCCountingAllocator.h"
-#include "tests/support/WCSilentAlgorithm.h"
+#include "tests/support/WCGUIPlugin.h"
 #include "tests/support/WCTestHome.h"
 
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
-#include "resources/ResourceManager.h"
-#include "tools/shell/WCRecordingShell.h"
 #include "view/PluginViewManager.h"
 #include "view/WCEventData.h"
 #include "view/linux/WUHeadlessView.h"
@@ -24,7 +20,6 @@
 namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
-namespace fs = std::filesystem;
 namespace PVM = ml::PluginViewManager;
 
 enum EId : std::uint64_t { eGain, eMode, eX, eY };
@@ -68,61 +63,18 @@ const char *kGUI = R"(<GUI version="5">
         <RegisterType>MouseVertical</RegisterType></Param></ParameterList></cCONTROLLER>
   </Control_List></GUI>)";
 
-class WCInputAlgorithm : public mirel_test::WCSilentAlgorithm {
-public:
-    using WCSilentAlgorithm::WCSilentAlgorithm;
-    // Builds no buffers, so that what a test counts is the library's own doing.
-    bool m_Quiet = false;
-
-protected:
-    void InitProcessCodeSelf() override {
-        DSPReqRes().coefsWords = 1;
-        DSPReqRes().cycles = 1;
-    }
-    // Every change sends one coefficient word, so the tests can count what reached the
-    // process side.
-    BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override {
-        return m_Quiet ? nullptr : PrepareCoefBufferWithBypass(0, 1, true);
-    }
-    int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
-        return out.Assign(kParamXML, std::strlen(kParamXML));
-    }
-};
-
 enum EKeys : unsigned { kNone = 0, kPrimary = 1, kShift = 2, kAlt = 4 };
 
 class GUIInput : public ::testing::Test {
 protected:
     void Start(const char *flags = "") {
-        const fs::path bundle = m_Home.path() / "Input.bundle";
-        fs::create_directories(bundle / "Contents/Resources/GUIXML");
-        std::ofstream(bundle / "Contents/Resources/resource_config.yaml")
-            << "Extensions:\n  GUIXML: .xml\n";
         char text[8192];
         std::snprintf(text, sizeof text, kGUI, flags);
-        std::ofstream(bundle / "Contents/Resources/GUIXML/1000.xml") << text;
-        ASSERT_EQ(ml::RM::OpenResContainer(bundle.c_str(), 0, m_Container), 0);
-        ml::MirelComponentInfo info;
-        info.m_ComponentType = ml::WCFourCC("Nati");
-        ASSERT_EQ(m_Shell.Create(
-                      info,
-                      [this](ml::MirelComponentInfo const &component,
-                             ml::WTResContainerType *&container) {
-                          container = m_Container;
-                          return m_Alg = new WCInputAlgorithm(component, container);
-                      },
-                      [](ml::cALGORITHM *alg) { delete alg; }),
-                  0);
-        ASSERT_EQ(m_Shell.Start(), 0);
-        ASSERT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
-        m_GUI = m_Alg->GetGUIPtr("Primary");
-        m_Shell.ClearLog();
+        ASSERT_NO_FATAL_FAILURE(m_Plugin.Start(m_Home.path(), "Input", kParamXML, text));
+        m_Alg = m_Plugin.Algorithm();
+        m_GUI = m_Plugin.GUI();
     }
-    void TearDown() override {
-        m_Shell.Stop();
-        ml::RM::CloseResContainer(m_Container);
-        ml::RM::Dispose();
-    }
+    void TearDown() override { m_Plugin.Stop(); }
     PVM::WCEventData &Event(short x, short y, unsigned keys) {
         m_Event.SetMouseLocation({x, y});
         m_Event.SetKeyModifier(PVM::eModifierPrimary, keys & kPrimary);
@@ -158,18 +110,12 @@ protected:
         m_Alg->GetParamRealWorld(id, value);
         return value;
     }
-    int Sends() const {
-        int sends = 0;
-        for (const auto &call : m_Shell.Calls())
-            sends += call.op == ml::eExecSendBuffers;
-        return sends;
-    }
+    int Sends() const { return m_Plugin.Sends(); }
     int Level(const char *name) const { return m_GUI->GetControlPtrByName(name)->GetSelection(); }
 
     mirel_test::WCTestHome m_Home;
-    ml::WTResContainerType *m_Container = nullptr;
-    mirel_shell::WCRecordingShell m_Shell;
-    WCInputAlgorithm *m_Alg = nullptr;
+    mirel_test::WCGUIPlugin m_Plugin;
+    ml::cALGORITHM *m_Alg = nullptr;
     ml::CStandardGUI_X *m_GUI = nullptr;
     PVM::WCEventData m_Event;
 };
@@ -186,7 +132,7 @@ TEST_F(GUIInput, AKnobDragMovesByTheControlsSizeFastAndByStepsSlowThenSendsAndAl
     EXPECT_NEAR(RealWorld(eGain), 4.6 - 36.0 * 4.0 / 48.0 / 4.0, 0.05);
     Up(30, 37);
     EXPECT_EQ(Sends(), 3) << "one send per movement that changed something";
-    EXPECT_EQ(m_Shell.LiveBuffers(), 0u);
+    EXPECT_EQ(m_Plugin.Shell().LiveBuffers(), 0u);
 
     Down(30, 40, kAlt);
     EXPECT_NEAR(RealWorld(eGain), 0.0, 1e-9) << "Alt-click resets to the initial value";
@@ -195,7 +141,7 @@ TEST_F(GUIInput, AKnobDragMovesByTheControlsSizeFastAndByStepsSlowThenSendsAndAl
 
 TEST_F(GUIInput, ADragMoveAllocatesNothing) {
     ASSERT_NO_FATAL_FAILURE(Start());
-    m_Alg->m_Quiet = true;
+    m_Plugin.SetQuiet(true);
     Down(30, 40);
     Move(30, 37);
     Move(30, 40);
@@ -309,7 +255,8 @@ TEST_F(GUIInput, EventsOutsideTheControlsOrAbsurdChangeNothingAndSendNothing) {
     const double gain = State(eGain), x = State(eX);
     const struct {
         short x, y;
-    } clicks[] = {{1000, 40}, {SHRT_MIN, SHRT_MIN}, {30, 140} /* hidden */, {200, 60} /* disabled */};
+    } clicks[] = {
+        {1000, 40}, {SHRT_MIN, SHRT_MIN}, {30, 140} /* hidden */, {200, 60} /* disabled */};
     for (const auto &click : clicks) {
         Down(click.x, click.y);
         Move(SHRT_MAX, SHRT_MIN);

@@ -1,0 +1,95 @@
+#include "tests/support/WCGUIPlugin.h"
+
+#include <cstring>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "resources/ResourceManager.h"
+#include "tests/support/WCSilentAlgorithm.h"
+
+namespace mirel_test {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+
+class WCGUIPlugin::WCAlgorithm : public WCSilentAlgorithm {
+public:
+    WCAlgorithm(ml::MirelComponentInfo const &info, ml::WTResContainerType *&container,
+                const char *paramXML)
+        : WCSilentAlgorithm(info, container), m_ParamXML(paramXML) {}
+    bool m_Quiet = false;
+
+protected:
+    void InitProcessCodeSelf() override {
+        DSPReqRes().coefsWords = 1;
+        DSPReqRes().cycles = 1;
+    }
+    BUFFER_HEADER *UpdateParamSelf(std::uint64_t) override {
+        return m_Quiet ? nullptr : PrepareCoefBufferWithBypass(0, 1, true);
+    }
+    int ReadParamXML(ml::Utils::WCStMemObj &out) const override {
+        return out.Assign(m_ParamXML, std::strlen(m_ParamXML));
+    }
+
+private:
+    const char *m_ParamXML;
+};
+
+WCGUIPlugin::~WCGUIPlugin() {
+    Stop();
+}
+
+void WCGUIPlugin::Start(const std::filesystem::path &home, const char *name, const char *paramXML,
+                        const std::string &guiXML) {
+    const std::filesystem::path bundle = home / (std::string(name) + ".bundle");
+    std::filesystem::create_directories(bundle / "Contents/Resources/GUIXML");
+    std::ofstream(bundle / "Contents/Resources/resource_config.yaml")
+        << "Extensions:\n  GUIXML: .xml\n";
+    std::ofstream(bundle / "Contents/Resources/GUIXML/1000.xml") << guiXML;
+    ASSERT_EQ(ml::RM::OpenResContainer(bundle.c_str(), 0, m_Container), 0);
+    m_Started = true;
+    ml::MirelComponentInfo info;
+    info.m_ComponentType = ml::WCFourCC("Nati");
+    ASSERT_EQ(m_Shell.Create(
+                  info,
+                  [this, paramXML](ml::MirelComponentInfo const &component,
+                                   ml::WTResContainerType *&container) {
+                      container = m_Container;
+                      return m_Alg = new WCAlgorithm(component, container, paramXML);
+                  },
+                  [](ml::cALGORITHM *alg) { delete alg; }),
+              0);
+    ASSERT_EQ(m_Shell.Start(), 0);
+    ASSERT_EQ(m_Alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
+    m_GUI = m_Alg->GetGUIPtr("Primary");
+    m_Shell.ClearLog();
+}
+
+void WCGUIPlugin::Stop() {
+    if (!m_Started)
+        return;
+    m_Started = false;
+    m_Shell.Stop();
+    m_GUI = nullptr;
+    m_Alg = nullptr;
+    ml::RM::CloseResContainer(m_Container);
+    ml::RM::Dispose();
+}
+
+ml::cALGORITHM *WCGUIPlugin::Algorithm() const {
+    return m_Alg;
+}
+
+void WCGUIPlugin::SetQuiet(bool quiet) {
+    if (m_Alg != nullptr)
+        m_Alg->m_Quiet = quiet;
+}
+
+int WCGUIPlugin::Sends() const {
+    int sends = 0;
+    for (const auto &call : m_Shell.Calls())
+        sends += call.op == ml::eExecSendBuffers;
+    return sends;
+}
+
+} // namespace mirel_test
