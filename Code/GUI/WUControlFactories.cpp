@@ -5,14 +5,22 @@
 #include <iterator>
 
 #include "Code/GUI/CStandardGUI_X.h"
-#include "Code/GUI/Controls/CDigitDisplay_X.h"
-#include "Code/GUI/Controls/CRotationKnob.h"
-#include "Code/GUI/Controls/CQuantizedSlider.h"
-#include "Code/GUI/Controls/CSlider_X.h"
-#include "Code/GUI/Controls/CToggle_X.h"
-#include "Code/GUI/Controls/CVuMeter_X.h"
 #include "Code/GUI/WCGUIControl.h"
 #include "Code/GUI/X_CToolbarButton.h"
+
+// Sliders and knobs
+#include "Code/GUI/Controls/CQuantizedSlider.h"
+#include "Code/GUI/Controls/CRotationKnob.h"
+#include "Code/GUI/Controls/CSlider_X.h"
+
+// Meters, arcs and bars
+#include "Code/GUI/Controls/CVuMeter_X.h"
+
+// Buttons, toggles and their kin
+#include "Code/GUI/Controls/CToggle_X.h"
+
+// Popups, markers and digits
+#include "Code/GUI/Controls/CDigitDisplay_X.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -33,43 +41,52 @@ struct WSControlKind {
 // Every control kind a GUI XML may name, with the class that stands behind it; kinds without a
 // class of their own yet are plain controls carrying their type name.
 constexpr WSControlKind kControlKinds[] = {
+    // Sliders and knobs
+    {"Slider", &Make<CSlider_X>},
+    {"QuantizedSlider", &Make<CQuantizedSlider>},
+    {"SliderModStripes", &Make<WCGUIControl>},
+    {"MultiThumbSlider", &Make<WCGUIControl>},
+    {"RotationKnob", &Make<CRotationKnob>},
+    {"RotationKnobMeter", &Make<WCGUIControl>},
+    {"RotationKnobModRings", &Make<WCGUIControl>},
+
+    // Meters, arcs and bars
+    {"VU", &Make<CVuMeter_X>},
+    {"PolygonVU", &Make<WCGUIControl>},
+    {"MultipartVU", &Make<WCGUIControl>},
+    {"Arc", &Make<WCGUIControl>},
+    {"ArcMarker", &Make<WCGUIControl>},
+    {"Bar", &Make<WCGUIControl>},
+    {"BarMarker", &Make<WCGUIControl>},
+
+    // Buttons, toggles and their kin
     {"TextKnob", &Make<WCGUIControl>},
     {"MFTextKnob", &Make<WCGUIControl>},
     {"Toggle", &Make<CToggle_X>},
-    {"Slider", &Make<CSlider_X>},
-    {"SliderModStripes", &Make<WCGUIControl>},
+    {"FixedStateToggleWithOff", &Make<WCGUIControl>},
+    {"TextEntry", &Make<WCGUIControl>},
+    {"IncDec", &Make<WCGUIControl>},
+    {"ScrollerButton", &Make<WCGUIControl>},
+    {"Scrollbar", &Make<WCGUIControl>},
+    {"AutoTrim", &Make<WCGUIControl>},
+    {"DragHandle", &Make<WCGUIControl>},
+    {"Tab", &Make<WCGUIControl>},
+    {"LRB", &Make<WCGUIControl>},
+    {"RadioButton", &Make<WCGUIControl>},
+    {"ControlForAutomation", &Make<WCGUIControl>},
+    {"NoGUI", &Make<WCGUIControl>},
+
+    // Popups, markers and digits
     {"Popup", &Make<WCGUIControl>},
     {"DynamicPopup", &Make<WCGUIControl>},
     {"DynamicPopupModSource", &Make<WCGUIControl>},
     {"DynamicPopupWithAlg", &Make<WCGUIControl>},
     {"Marker", &Make<WCGUIControl>},
-    {"Graph", &Make<WCGUIControl>},
-    {"VU", &Make<CVuMeter_X>},
-    {"PolygonVU", &Make<WCGUIControl>},
-    {"RotationKnob", &Make<CRotationKnob>},
-    {"RotationKnobMeter", &Make<WCGUIControl>},
-    {"RotationKnobModRings", &Make<WCGUIControl>},
-    {"RadioButton", &Make<WCGUIControl>},
     {"DigitDisplay", &Make<CDigitDisplay_X>},
-    {"IncDec", &Make<WCGUIControl>},
-    {"ScrollerButton", &Make<WCGUIControl>},
-    {"Scrollbar", &Make<WCGUIControl>},
-    {"LRB", &Make<WCGUIControl>},
+
+    // Graphs
+    {"Graph", &Make<WCGUIControl>},
     {"ZoomVerticesGraph", &Make<WCGUIControl>},
-    {"MultiThumbSlider", &Make<WCGUIControl>},
-    {"ControlForAutomation", &Make<WCGUIControl>},
-    {"AutoTrim", &Make<WCGUIControl>},
-    {"FixedStateToggleWithOff", &Make<WCGUIControl>},
-    {"NoGUI", &Make<WCGUIControl>},
-    {"Arc", &Make<WCGUIControl>},
-    {"ArcMarker", &Make<WCGUIControl>},
-    {"Bar", &Make<WCGUIControl>},
-    {"BarMarker", &Make<WCGUIControl>},
-    {"TextEntry", &Make<WCGUIControl>},
-    {"QuantizedSlider", &Make<CQuantizedSlider>},
-    {"DragHandle", &Make<WCGUIControl>},
-    {"Tab", &Make<WCGUIControl>},
-    {"MultipartVU", &Make<WCGUIControl>},
 };
 
 constexpr const char *kToolbarTypes[] = {
