@@ -42,10 +42,18 @@ WCGUIPlugin::~WCGUIPlugin() {
 void WCGUIPlugin::Start(const std::filesystem::path &home, const char *name, const char *paramXML,
                         const std::string &guiXML) {
     const std::filesystem::path bundle = home / (std::string(name) + ".bundle");
-    std::filesystem::create_directories(bundle / "Contents/Resources/GUIXML");
-    std::ofstream(bundle / "Contents/Resources/resource_config.yaml")
-        << "Extensions:\n  GUIXML: .xml\n";
-    std::ofstream(bundle / "Contents/Resources/GUIXML/1000.xml") << guiXML;
+    const std::filesystem::path resources = bundle / "Contents/Resources";
+    std::filesystem::create_directories(resources / "GUIXML");
+    std::ofstream(resources / "resource_config.yaml")
+        << "Extensions:\n  GUIXML: .xml\n  PNG_: .png\n";
+    std::ofstream(resources / "GUIXML/1000.xml") << guiXML;
+    std::error_code error;
+    std::filesystem::copy(MIREL_EXAMPLE_IMAGES, resources / "PNG_",
+                          std::filesystem::copy_options::recursive |
+                              std::filesystem::copy_options::overwrite_existing,
+                          error);
+    ASSERT_FALSE(error) << "the example's pictures, " << MIREL_EXAMPLE_IMAGES << ": "
+                        << error.message();
     ASSERT_EQ(ml::RM::OpenResContainer(bundle.c_str(), 0, m_Container), 0);
     m_Started = true;
     ml::MirelComponentInfo info;

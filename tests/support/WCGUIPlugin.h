@@ -21,7 +21,9 @@ public:
     WCGUIPlugin &operator=(const WCGUIPlugin &) = delete;
 
     // Writes "<home>/<name>.bundle" with `guiXML` as the GUI XML 1000 and starts the plug-in
-    // with `paramXML` (kept, not copied); a step that fails is a test failure.
+    // with `paramXML` (kept, not copied); a step that fails is a test failure. The bundle has
+    // the pictures of the example plug-in as its "PNG_" resources (ids 2000 to 2099, drawn at
+    // build time), so that a test's controls draw real images.
     void Start(const std::filesystem::path &home, const char *name, const char *paramXML,
                const std::string &guiXML);
     // Stops the plug-in and closes the bundle; the destructor does it too.
