@@ -47,6 +47,9 @@ public:
     bool DontShowOnHover() const noexcept { return m_Data.m_DontShowOnHover; }
     short GetEraseBitmapResID() const noexcept { return m_Data.m_EraseBitmap; }
     const WURect<short> &GetTextWinRect() const noexcept { return m_Data.m_TextWinRect; }
+    // A control may colour its text by what it shows (a meter's clip), for one drawing.
+    const WCRGBAColor &GetFontColor() const noexcept { return m_Data.m_FontColor; }
+    void SetFontColor(const WCRGBAColor &color) noexcept { m_Data.m_FontColor = color; }
 
 private:
     // What the XML gives, apart from the drawable's rect and hidden state, kept as one value so
