@@ -14,12 +14,14 @@
 #include "resources/WCResKey.h"
 #include "view/WCEventMessage.h"
 #include "view/WCEventTypes.h"
+#include "view/WCMenuTypes.h"
 #include "view/WCViewCreateOptions.h"
 #include "view/WIViewFrameSource.h"
 
 MIREL_NAMESPACE_BEGIN
 
 struct WSPluginView;
+struct WSMenu;
 class WCPluginNativeView;
 
 // The view layer's operations: everything above it sees views, native views and integers. Each
@@ -114,6 +116,33 @@ int AlertBox(const char *title, const char *message);
 int ActivateAboutBox(WSPluginView *view, const char *text);
 int ActivateFilteredTreeDialog(const WCMessageBoxCreateOptions &options, int &outChoice);
 int ActivateWindowDialog(const WCMessageBoxCreateOptions &options, int &outResult);
+
+// ---- menus ----------------------------------------------------------------------------------
+// A menu is a tree of items; a choice answers the chosen item's record. A menu that is not a
+// live one (a root from CreatePopupMenu or a sub-menu inside one) is refused with
+// kErrInvalidHandle, a position beyond the items with eOutOfRangeNumber.
+int CreatePopupMenu(const WCMenuCreationOptions &options, WSMenu *&outMenu);
+// A root menu with its sub-menus; a sub-menu goes with its item (RemoveMenuItem).
+int DisposeMenu(WSMenu *menu);
+int ClearMenu(WSMenu *menu);
+// Appends the item; its index is kept as given, the id a choice of it answers.
+int AddMenuItem(WSMenu *const menu, WCMenuItemInfo &item);
+// Appends an item that opens a new, empty sub-menu, owned by the item.
+int AddSubMenu(WSMenu *const menu, WCMenuItemInfo &item, WSMenu *&outSubMenu);
+int RemoveMenuItem(WSMenu *menu, short position);
+// Title, state and user data of the item at `position` become those of `item`.
+int UpdateMenuItem(WSMenu *menu, short position, const WCMenuItemInfo &item);
+int GetMenuItemByIndex(WSMenu *menu, short position, WCMenuItemInfo &outItem);
+// Depth first through the sub-menus; eValueNotFound when no item carries `userData`.
+int GetMenuItemByUserData(WSMenu *menu, const void *userData, WCMenuItemInfo &outItem);
+int GetMenuItemCount(WSMenu *menu, int &outCount);
+// Items of the sub-menus counted too.
+int GetMenuItemCountRecursive(WSMenu *menu, int &outCount);
+// eValueNotFound for an item that opens no sub-menu.
+int GetSubMenuByIndex(WSMenu *menu, short position, WSMenu *&outSubMenu);
+// Shows the menu over the view and waits for the user: `outChosen` is the item chosen, or has
+// index -1 when the menu was cancelled (Escape, a click elsewhere), which is no error.
+int ActivatePopup(WCPopupActivateInfo &info, WCMenuItemInfo &outChosen);
 
 // ---- images ----------------------------------------------------------------------------------
 // eNotImplemented: native images are decoded by the GUI layer's image readers on this platform.

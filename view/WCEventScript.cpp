@@ -28,6 +28,7 @@ enum WEField : unsigned {
     fMs = 1u << 8,
     fName = 1u << 9,
     fId = 1u << 10,
+    fItem = 1u << 11,
 };
 
 struct WSName {
@@ -38,7 +39,7 @@ struct WSName {
 constexpr WSName kFields[] = {
     {"x", fX},           {"y", fY},       {"button", fButton}, {"modifiers", fModifiers},
     {"amount", fAmount}, {"key", fKey},   {"char", fChar},     {"files", fFiles},
-    {"ms", fMs},         {"name", fName}, {"id", fId}};
+    {"ms", fMs},         {"name", fName}, {"id", fId},         {"item", fItem}};
 
 enum WEScriptEvent : unsigned {
     eScriptDown,
@@ -53,7 +54,8 @@ enum WEScriptEvent : unsigned {
     eScriptTouch,
     eScriptTouchUp,
     eScriptWait,
-    eScriptFrame
+    eScriptFrame,
+    eScriptMenu
 };
 
 constexpr unsigned kAt = fX | fY | fModifiers;
@@ -76,6 +78,7 @@ constexpr WSEventKind kEvents[] = {
     {"touch-up", eScriptTouchUp, fX | fY | fId},
     {"wait", eScriptWait, fMs},
     {"frame", eScriptFrame, fName},
+    {"menu", eScriptMenu, fItem},
 };
 
 constexpr WSName kButtons[] = {
@@ -281,6 +284,17 @@ private:
                 Integer(step, "ms", 0, static_cast<long long>(WCEventScript::kMaxWaitMs)));
             return;
         }
+        if (kind->m_event == eScriptMenu) {
+            out.m_kind = WCEventScriptStep::eStepMenuChoice;
+            if (!step["item"])
+                Fail(eKeyNotFound, "'item' is missing");
+            out.m_menuItem = Scalar(step["item"], "item");
+            if (out.m_menuItem.empty() || out.m_menuItem.size() > WCEventScript::kMaxNameLength)
+                Fail(eValueWrongSize, "menu item " + Quote(out.m_menuItem) +
+                                          " is empty or longer than " +
+                                          std::to_string(WCEventScript::kMaxNameLength));
+            return;
+        }
         if (kind->m_event == eScriptFrame) {
             out.m_kind = WCEventScriptStep::eStepFrame;
             ReadFrameName(step, out);
@@ -332,7 +346,8 @@ private:
                 step["id"] ? static_cast<unsigned>(Integer(step, "id", 0, 65535)) : 0u;
             break;
         case eScriptWait:
-        case eScriptFrame: break;
+        case eScriptFrame:
+        case eScriptMenu: break;
         }
         // A mouse reports every button held down with each message, not only with its own; a
         // finger's left button says whether it is on the glass.

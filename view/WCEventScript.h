@@ -11,14 +11,17 @@
 MIREL_NAMESPACE_BEGIN
 namespace PluginViewManager {
 
-// One step of a script: a message to post, a wait on the headless clock, or a frame mark.
+// One step of a script: a message to post, a wait on the headless clock, a frame mark, or the
+// user's answer to the next menu.
 struct WCEventScriptStep {
-    enum WEKind : int { eStepMessage = 0, eStepWait = 1, eStepFrame = 2 };
+    enum WEKind : int { eStepMessage = 0, eStepWait = 1, eStepFrame = 2, eStepMenuChoice = 3 };
     WEKind m_kind = eStepMessage;
     WCEventMessage m_message;
     std::uint64_t m_waitMs = 0;
     // The frame's name, usable as a file name.
     std::string m_frameName;
+    // The title of the item to pick in the next menu the view opens.
+    std::string m_menuItem;
     // Where the step starts in the text, from 1, for messages to the script's author.
     int m_line = 0;
 };
@@ -39,6 +42,7 @@ struct WCEventScriptStep {
 //     - {event: touch-up, x: 10, y: 10, id: 1}      # and lifted
 //     - {event: wait, ms: 100}
 //     - {event: frame, name: after-drag}
+//     - {event: menu, item: "High"}                  # picks it in the next menu that opens
 //
 // Positions are the view's own pixels, -32768..32767, for every kind (the player moves a wheel's
 // onto the desktop). A down keeps its button pressed in the messages that follow until its up, as
@@ -54,8 +58,9 @@ struct WCEventScriptStep {
 // eValueNotFound for an unknown event, button, modifier or key name; eNotANumber for a number
 // that is not an integer; eOutOfRangeNumber for a number or a count beyond its limit;
 // eValueWrongSize for a name too long or a char of other than one byte; eFMIllegalPathRef for a
-// frame name that is no plain file name; eNotImplemented for the middle button's press, which
-// the view layer has no message for. [main-thread], or any one thread at a time.
+// frame name that is no plain file name (and eValueWrongSize for an empty menu item or one longer
+// than a name); eNotImplemented for the middle button's press, which the view layer has no
+// message for. [main-thread], or any one thread at a time.
 class WCEventScript {
 public:
     static constexpr std::size_t kMaxSteps = 100000;

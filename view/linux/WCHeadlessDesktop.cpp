@@ -170,6 +170,8 @@ void WCHeadlessDesktop::Reset() {
     m_cursorHideCount = 0;
     m_cursorPosition = WCPoint2D<int>();
     m_cursorShape = 0;
+    m_menus.clear();
+    m_shownMenus.clear();
     m_nextTimerId = 1;
     m_advancing = false;
     m_initialised = false;

@@ -10,6 +10,7 @@
 #include "view/WCViewCreateOptions.h"
 #include "view/linux/WCMainThreadQueue.h"
 #include "view/linux/WCPluginNativeView.h"
+#include "view/linux/WSMenu.h"
 #include "view/linux/WSPluginView.h"
 #include "view/linux/WUHeadlessView.h"
 
@@ -59,6 +60,9 @@ public:
     WCPoint2D<int> m_cursorPosition;
     int m_cursorShape = 0;
     WCMainThreadQueue m_queue;
+    // Root menus; sub-menus live inside them.
+    std::vector<std::unique_ptr<WSMenu>> m_menus;
+    std::vector<WSShownMenu> m_shownMenus;
 
 private:
     WCHeadlessDesktop();

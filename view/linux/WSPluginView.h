@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "core/MirelNamespace.h"
 #include "core/WCStMemObj.h"
@@ -38,6 +40,8 @@ struct WSPluginView {
     Utils::WCStMemObj m_frame;
     Utils::WCStMemObj m_scratch;
     std::uint64_t m_frameCount = 0;
+    // The title the user picks in the next menu opened over the view (SetNextMenuChoice).
+    std::optional<std::string> m_nextMenuChoice;
 };
 
 MIREL_NAMESPACE_END

@@ -26,6 +26,9 @@ int PlayEventScript(WSPluginView *view, const WCEventScript &script,
             break;
         }
         case WCEventScriptStep::eStepWait: err = AdvanceTime(step.m_waitMs); break;
+        case WCEventScriptStep::eStepMenuChoice:
+            err = SetNextMenuChoice(view, step.m_menuItem.c_str());
+            break;
         case WCEventScriptStep::eStepFrame:
             err = onFrame ? onFrame(step.m_frameName) : eNoErr;
             break;

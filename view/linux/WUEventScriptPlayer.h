@@ -20,7 +20,8 @@ using WTFrameMarkCallback = std::function<int(const std::string &name)>;
 // Plays a script into a headless view: posts each message (a wheel's position moved from the
 // view's pixels onto the desktop) and then runs the clock `settleMs` so that the view's timers
 // (its frames among them) catch up, advances the clock for each wait, and calls `onFrame` at
-// each frame mark. Answers the first negative code of a post, a clock step or the callback; a
+// each frame mark. A menu step answers the next menu the view opens, so it comes before the
+// click that opens it. Answers the first negative code of a post, a clock step or the callback; a
 // message the view leaves unhandled is no error. [main-thread]
 int PlayEventScript(WSPluginView *view, const WCEventScript &script,
                     const WTFrameMarkCallback &onFrame, std::uint64_t settleMs = 0);

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "core/MirelNamespace.h"
 #include "core/WCPoint2D.h"
 #include "core/WURect.h"
 #include "view/WCEventMessage.h"
+#include "view/WCMenuTypes.h"
 #include "view/WCViewCreateOptions.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -61,6 +63,24 @@ int GetTextBoxState(WSTextBoxState &outState);
 // The user types `text` and accepts it: the box closes and its callback gets the text, cut to
 // the box's maximum when it has one. eWrongObjectState without an open box.
 int CommitTextBox(const char *text);
+
+// The user's answer to the next popup menu opened over the view: the first item, depth first,
+// whose title is `title` (not a separator, a sub-menu or a disabled item). Asked once: the menu
+// after it is cancelled again unless a new answer is set. A title no item has cancels the menu
+// and ActivatePopup answers eValueNotFound. Null or empty takes a pending answer back.
+int SetNextMenuChoice(WSPluginView *view, const char *title);
+
+// A menu as the user saw it: over which view, where, its items depth first (a sub-menu's items
+// right after the item that opens it, with their depth), and what was chosen ("" cancelled).
+struct WSShownMenu {
+    WSPluginView *m_view = nullptr;
+    WCPoint2D<short> m_location;
+    std::vector<WCMenuItemInfo> m_items;
+    std::vector<int> m_depths;
+    std::string m_chosen;
+};
+const std::vector<WSShownMenu> &GetShownMenus();
+void ClearShownMenus();
 
 } // namespace PluginViewManager
 MIREL_NAMESPACE_END
