@@ -11,6 +11,8 @@
 //   2030  16 x 160    meter, unlit
 //   2031  16 x 160    meter, lit (the meter shows as much of it as the level asks)
 //   2040  240 x 120   background of the "Secondary" GUI: sections Gain, Filter
+//   2050  12 x 20     digits of a digit display, one picture per glyph: 2050..2059 the digits 0
+//   ..2062            to 9, 2060 '-', 2061 '.' (6 x 20), 2062 '+'
 //
 // The output is the same bytes on every run: no clock, no randomness, and fixed font options so
 // that the text does not follow the user's font configuration.
@@ -30,6 +32,9 @@ constexpr int kKnobSize = 48;
 constexpr int kMeterWidth = 16;
 constexpr int kMeterHeight = 160;
 constexpr double kMeterFloorDB = -60.0;
+constexpr int kDigitWidth = 12;
+constexpr int kDigitHeight = 20;
+constexpr const char *kDigitGlyphs = "0123456789-.+";
 
 struct WSColor {
     double r, g, b;
@@ -156,6 +161,30 @@ void Switch(cairo_t *cr, bool on) {
     cairo_fill(cr);
 }
 
+// One glyph of a digit display in the accent colour on a clear ground, centred in its picture,
+// so that a row of them reads as one number whatever the panel under it.
+void Digit(cairo_t *cr, char glyph, int width) {
+    const char text[2] = {glyph, '\0'};
+    cairo_select_font_face(cr, "DejaVu Sans Mono", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
+    cairo_set_font_size(cr, 18);
+    cairo_text_extents_t extents;
+    cairo_text_extents(cr, text, &extents);
+    SetColor(cr, kAccent);
+    cairo_move_to(cr, (width - extents.width) / 2 - extents.x_bearing, 16);
+    cairo_show_text(cr, text);
+}
+
+bool WriteDigits(const std::filesystem::path &folder) {
+    for (int i = 0; kDigitGlyphs[i] != '\0'; ++i) {
+        const char glyph = kDigitGlyphs[i];
+        const int width = glyph == '.' ? kDigitWidth / 2 : kDigitWidth;
+        if (!Write(folder, 2050 + i, width, kDigitHeight,
+                   [glyph, width](cairo_t *cr) { Digit(cr, glyph, width); }))
+            return false;
+    }
+    return true;
+}
+
 void SelectionRing(cairo_t *cr) {
     SetColor(cr, kAccent, 0.9);
     cairo_set_line_width(cr, 1.5);
@@ -235,7 +264,7 @@ int main(int argc, char **argv) {
         Write(folder, 2020, kKnobSize, kKnobSize, SelectionRing) &&
         Write(folder, 2030, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, false); }) &&
         Write(folder, 2031, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, true); }) &&
-        Write(folder, 2040, 240, 120, SecondaryBackground);
+        Write(folder, 2040, 240, 120, SecondaryBackground) && WriteDigits(folder);
     // Gives back cairo's font caches, so that a leak checker sees only what is ours.
     cairo_debug_reset_static_data();
     return ok ? 0 : 1;
