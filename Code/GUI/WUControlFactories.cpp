@@ -11,7 +11,11 @@
 // Sliders and knobs
 #include "Code/GUI/Controls/CQuantizedSlider.h"
 #include "Code/GUI/Controls/CRotationKnob.h"
+#include "Code/GUI/Controls/CRotationKnobMeter.h"
+#include "Code/GUI/Controls/CRotationKnobModRings.h"
+#include "Code/GUI/Controls/CSliderModStripes_X.h"
 #include "Code/GUI/Controls/CSlider_X.h"
+#include "Code/GUI/Controls/WCMultiThumbSlider.h"
 
 // Meters, arcs and bars
 #include "Code/GUI/Controls/CVuMeter_X.h"
@@ -44,11 +48,11 @@ constexpr WSControlKind kControlKinds[] = {
     // Sliders and knobs
     {"Slider", &Make<CSlider_X>},
     {"QuantizedSlider", &Make<CQuantizedSlider>},
-    {"SliderModStripes", &Make<WCGUIControl>},
-    {"MultiThumbSlider", &Make<WCGUIControl>},
+    {"SliderModStripes", &Make<CSliderModStripes_X>},
+    {"MultiThumbSlider", &Make<WCMultiThumbSlider>},
     {"RotationKnob", &Make<CRotationKnob>},
-    {"RotationKnobMeter", &Make<WCGUIControl>},
-    {"RotationKnobModRings", &Make<WCGUIControl>},
+    {"RotationKnobMeter", &Make<CRotationKnobMeter>},
+    {"RotationKnobModRings", &Make<CRotationKnobModRings>},
 
     // Meters, arcs and bars
     {"VU", &Make<CVuMeter_X>},
