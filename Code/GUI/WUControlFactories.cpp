@@ -18,7 +18,11 @@
 #include "Code/GUI/Controls/WCMultiThumbSlider.h"
 
 // Meters, arcs and bars
+#include "Code/GUI/Controls/CArcBase_X.h"
+#include "Code/GUI/Controls/CBarBase_X.h"
+#include "Code/GUI/Controls/CMultipartVuMeter.h"
 #include "Code/GUI/Controls/CVuMeter_X.h"
+#include "Code/GUI/Controls/WCPolygonMeter.h"
 
 // Buttons, toggles and their kin
 #include "Code/GUI/Controls/CToggle_X.h"
@@ -56,12 +60,12 @@ constexpr WSControlKind kControlKinds[] = {
 
     // Meters, arcs and bars
     {"VU", &Make<CVuMeter_X>},
-    {"PolygonVU", &Make<WCGUIControl>},
-    {"MultipartVU", &Make<WCGUIControl>},
-    {"Arc", &Make<WCGUIControl>},
-    {"ArcMarker", &Make<WCGUIControl>},
-    {"Bar", &Make<WCGUIControl>},
-    {"BarMarker", &Make<WCGUIControl>},
+    {"PolygonVU", &Make<WCPolygonMeter>},
+    {"MultipartVU", &Make<CMultipartVuMeter>},
+    {"Arc", &Make<CArc_X>},
+    {"ArcMarker", &Make<CArcMarker_X>},
+    {"Bar", &Make<CBar_X>},
+    {"BarMarker", &Make<CBarMarker_X>},
 
     // Buttons, toggles and their kin
     {"TextKnob", &Make<WCGUIControl>},
