@@ -241,6 +241,15 @@ protected:
     }
     void Move(short x, short y) { EXPECT_EQ(m_GUI->DoMouseMove(Event(x, y, true)), 0); }
     void Up(short x, short y) { EXPECT_EQ(m_GUI->DoMouseUp(Event(x, y, false)), 0); }
+    // A full frame as YAML.
+    std::string Frame() {
+        ml::miGS::WCGraphicStreamBinaryWriter writer(0);
+        m_GUI->SetNeedToRedrawGUI();
+        EXPECT_EQ(m_GUI->GetDrawInstructions(writer), 0);
+        ml::miGS::WCGraphicStreamToYAML yaml;
+        EXPECT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), 0);
+        return yaml.GetYamlStr();
+    }
 
     mirel_test::WCTestHome m_Home;
     mirel_test::WCGUIPlugin m_Plugin;
@@ -276,6 +285,11 @@ TEST_F(Controls_Meters, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {
 }
 
 TEST_F(Controls_Meters, AClickResetsAMetersPeakAndClipWhereItsXMLAllows) {
+    // The section meter reaches full scale, a clip its value text shows in its clip colour.
+    SetState("Multi", 1000.0);
+    SetState("Multi", 600.0);
+    const char *clipText = "color: {red: 255, green: 0, blue: 0";
+    EXPECT_NE(Frame().find(clipText), std::string::npos);
     // Rows run in order. The section meter resets only on its value window (y 182..196).
     const struct {
         short x, y;
@@ -284,7 +298,7 @@ TEST_F(Controls_Meters, AClickResetsAMetersPeakAndClipWhereItsXMLAllows) {
         bool clip;
     } clicks[] = {
         {18, 100, "Out", 0.0, false}, // the meter's peak at rest once the display refreshed
-        {70, 100, "Multi", 0.8, false},
+        {70, 100, "Multi", 1.0, true},
         {70, 190, "Multi", 0.6, false},
     };
     for (const auto &row : clicks) {
@@ -292,16 +306,19 @@ TEST_F(Controls_Meters, AClickResetsAMetersPeakAndClipWhereItsXMLAllows) {
         Up(row.x, row.y);
         m_Plugin.Algorithm()->GetMeterManager().UpdateDisplay();
         m_Plugin.Shell().Idle(0, 1);
-        const bool vu = std::strcmp(row.meter, "Out") == 0;
-        EXPECT_NEAR(vu ? C<ml::CVuMeter_X>(row.meter).GetPeakValue()
-                       : C<ml::CMultipartVuMeter>(row.meter).GetPeakValue(),
-                    row.peak, 1e-6)
-            << row.meter << " at " << row.y;
-        EXPECT_EQ(vu && C<ml::CVuMeter_X>(row.meter).IsClipped(), row.clip);
+        if (std::strcmp(row.meter, "Out") == 0) {
+            EXPECT_NEAR(C<ml::CVuMeter_X>(row.meter).GetPeakValue(), row.peak, 1e-6);
+            EXPECT_EQ(C<ml::CVuMeter_X>(row.meter).IsClipped(), row.clip);
+        } else {
+            EXPECT_NEAR(C<ml::CMultipartVuMeter>(row.meter).GetPeakValue(), row.peak, 1e-6)
+                << row.y;
+            EXPECT_EQ(C<ml::CMultipartVuMeter>(row.meter).IsClipped(), row.clip) << row.y;
+        }
     }
     double peak = 0.0;
     ASSERT_EQ(m_Plugin.Algorithm()->GetMeterManager().GetMeterPeak(0, peak), 0);
     EXPECT_DOUBLE_EQ(peak, 0.0) << "the click reset the meter manager's peak too";
+    EXPECT_EQ(Frame().find(clipText), std::string::npos);
 }
 
 TEST_F(Controls_Meters, ADraggedArcOrBarShowsItsHighlightColourAndMovesByItsSize) {
@@ -322,12 +339,7 @@ TEST_F(Controls_Meters, ADraggedArcOrBarShowsItsHighlightColourAndMovesByItsSize
         const short x = static_cast<short>(row.x + row.dx), y = static_cast<short>(row.y + row.dy);
         Down(row.x, row.y);
         Move(x, y);
-        ml::miGS::WCGraphicStreamBinaryWriter writer(0);
-        m_GUI->SetNeedToRedrawGUI();
-        ASSERT_EQ(m_GUI->GetDrawInstructions(writer), 0);
-        ml::miGS::WCGraphicStreamToYAML yaml;
-        ASSERT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), 0);
-        EXPECT_NE(yaml.GetYamlStr().find(row.color), std::string::npos) << row.control;
+        EXPECT_NE(Frame().find(row.color), std::string::npos) << row.control;
         Up(x, y);
         EXPECT_NEAR(State(row.control), row.state, 1e-6) << row.control;
     }
