@@ -29,6 +29,7 @@
 
 // Popups, markers and digits
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
+#include "Code/GUI/Controls/CPopup_X.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -85,7 +86,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"NoGUI", &Make<WCGUIControl>},
 
     // Popups, markers and digits
-    {"Popup", &Make<WCGUIControl>},
+    {"Popup", &Make<CPopup_X>},
     {"DynamicPopup", &Make<WCGUIControl>},
     {"DynamicPopupModSource", &Make<WCGUIControl>},
     {"DynamicPopupWithAlg", &Make<WCGUIControl>},

@@ -1,0 +1,106 @@
+#include "Code/GUI/Controls/CPopup_X.h"
+
+#include "Code/Algorithm/cALGORITHM.h"
+#include "view/WCEventData.h"
+
+MIREL_NAMESPACE_BEGIN
+
+CPopup_X::CPopup_X(WIControlOwner *owner)
+    : WCGUIControl(owner), m_Handler(std::make_unique<CControlPopupMenuHandler>(this, nullptr)) {}
+
+CPopup_X *CPopup_X::Clone() const {
+    auto *copy = new CPopup_X(m_pOwner);
+    CopyTo(*copy);
+    copy->m_OtherChildren = m_OtherChildren;
+    return copy;
+}
+
+WTErr CPopup_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *) {
+    if (cls == nullptr)
+        return eMemNullPointer;
+    m_OtherChildren.clear();
+    for (const XML::CXMLElement *child : cls->GetSubElements())
+        m_OtherChildren.push_back(*child);
+    return eNoErr;
+}
+
+void CPopup_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
+    if (cls == nullptr)
+        return;
+    for (const auto &child : m_OtherChildren)
+        cls->push_sub_element(new XML::CXMLElement(child));
+}
+
+WCGUIControl::BUFFER_HEADER *CPopup_X::ChooseState(WCEventData &event, unsigned int type,
+                                                   const bool *modifiers, int &outErr) {
+    short command = -1;
+    outErr = m_Handler->DoShowPopupMenu(event, command);
+    if (outErr != eNoErr || command < 0)
+        return nullptr;
+    BUFFER_HEADER *chain = nullptr;
+    for (auto &data : m_Registrations) {
+        const int states = data.GetNumStates();
+        if (states < 2 || command >= states)
+            continue;
+        chain = Chain(chain, data.SetParamValue(command * 1000.0 / (states - 1), type, modifiers));
+    }
+    SetNeedToRedrawControl();
+    return chain;
+}
+
+WCGUIControl::BUFFER_HEADER *CPopup_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,
+                                                     bool &keepGoing) {
+    BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
+    const WCParamRegistrationData *lead = GetLeadRegistration();
+    if (lead == nullptr)
+        return chain;
+    bool modifiers[eNumModifiers];
+    ModifiersFor(*lead, event.GetAllKeyModifiers(), modifiers);
+    if (!lead->IsRegisteredToType(eRegMouseDown, modifiers) ||
+        NeedToResetParam(event.GetAllKeyModifiers(), *lead))
+        return chain;
+    // A menu that cannot open leaves the value as it was; the click itself went through.
+    int err = eNoErr;
+    return Chain(chain, ChooseState(event, eRegMouseDown, modifiers, err));
+}
+
+int CPopup_X::DoControlPopupMenuSelf(WCEventData &event) {
+    if (IsDisabled() || m_Registrations.empty())
+        return eNoErr;
+    const bool right = event.GetMouseButtonPressed(PluginViewManager::eMouseButtonRight);
+    for (auto &data : m_Registrations)
+        data.Touch();
+    int err = eNoErr;
+    BUFFER_HEADER *chain =
+        ChooseState(event, right ? eRegPopUpRightButton : eRegPopUp, nullptr, err);
+    for (auto &data : m_Registrations)
+        data.Release();
+    if (chain != nullptr) {
+        const int sent = m_pAlg != nullptr
+                             ? m_pAlg->SendAndFreeBuffers(chain, eExecSendBuffers, true)
+                             : eMemNullPointer;
+        if (err == eNoErr)
+            err = sent;
+    }
+    return err;
+}
+
+WCGUIControl::BUFFER_HEADER *CPopup_X::MouseWheel(WCEventData &event, double dx, double dy) {
+    if (IsDisabled() || m_Registrations.empty() || !ShouldAcceptMouseWheelEvent())
+        return nullptr;
+    const double delta = (dy != 0.0 ? dy : dx) * m_MouseDirectionFactor;
+    if (delta == 0.0)
+        return nullptr;
+    const unsigned int type = dy != 0.0 ? eRegMouseWheelVertical : eRegMouseWheelHorizontal;
+    BUFFER_HEADER *chain = nullptr;
+    for (auto &data : m_Registrations) {
+        bool modifiers[eNumModifiers];
+        ModifiersFor(data, event.GetAllKeyModifiers(), modifiers);
+        if (data.ShouldSendTouch(modifiers))
+            data.Touch();
+        chain = Chain(chain, data.OffsetToNextDifferentState(delta > 0 ? 1 : -1, type, modifiers));
+    }
+    return Chain(chain, MouseWheelSelf(event, dx, dy));
+}
+
+MIREL_NAMESPACE_END

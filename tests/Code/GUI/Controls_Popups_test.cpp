@@ -1,0 +1,267 @@
+// Popups and digit displays in a started plug-in's GUI: their XML written back, a full frame
+// against reviewed pictures, a click's menu and the state it chooses, and the digits a value
+// text becomes.
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/WCGUIPlugin.h"
+#include "tests/support/WCGoldenFile.h"
+#include "tests/support/WCGoldenPicture.h"
+#include "tests/support/WCTestHome.h"
+
+#include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/Controls/CDigitDisplay_X.h"
+#include "Code/GUI/WUControlFactories.h"
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "Utilities/XML/Code/CXMLTreeBuilder.h"
+#include "Utilities/XML/Code/WriteXMLToStream.h"
+#include "graphic_stream/WCGraphicStreamBinaryWriter.h"
+#include "graphic_stream/WCGraphicStreamToCairo.h"
+#include "graphic_stream/WCGraphicStreamToYAML.h"
+#include "view/PluginViewManager.h"
+#include "view/WCEventData.h"
+#include "view/linux/WUHeadlessView.h"
+
+namespace {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+namespace PVM = ml::PluginViewManager;
+
+enum EId : std::uint64_t { eMode, eGain, eLevel };
+
+const char *kParamXML = R"(<ParamXML>
+  <Parameter Name="Mode"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>3</Maximum>
+    <NumberOfStates>4</NumberOfStates></Scale><InitialValue>0</InitialValue>
+    <DisplayFunction>DisplayRealWorldString</DisplayFunction><DisplayStrings>
+    <RealWorld Value="0" String="Off"/><RealWorld Value="1" String="Low"/>
+    <RealWorld Value="2" String="Mid"/><RealWorld Value="3" String="High"/></DisplayStrings></Parameter>
+  <Parameter Name="Gain"><Scale><ScaleType Type="linear"/><Minimum>-24</Minimum><Maximum>12</Maximum>
+    <Resolution>0.1</Resolution></Scale><InitialValue>0</InitialValue>
+    <DisplayFunction>DisplayGainWithDB</DisplayFunction></Parameter>
+  <Parameter Name="Level"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>100</Maximum>
+    <Resolution>1</Resolution></Scale><InitialValue>0</InitialValue>
+    <DisplayFunction>DisplayFloat0</DisplayFunction></Parameter>
+</ParamXML>)";
+
+#define MIREL_DIGITS                                                                               \
+    R"(<Image ResID="2050"/><Image ResID="2051"/><Image ResID="2052"/><Image ResID="2053"/>)"      \
+    R"(<Image ResID="2054"/><Image ResID="2055"/><Image ResID="2056"/><Image ResID="2057"/>)"      \
+    R"(<Image ResID="2058"/><Image ResID="2059"/><Image ResID="2060"/><Image ResID="2061"/>)"      \
+    R"(<Image ResID="2062"/>)"
+
+// A popup clicked open (below it), one opened by the document's popup path at the mouse without
+// check marks, a gain in digits with its sign on a dark field, and a level in three digits.
+const char *kGUI = R"(<GUI version="5">
+  <ViewRect_List><Rect top="0" left="0" width="240" height="80"/></ViewRect_List>
+  <Background_Color red="28" green="30" blue="34" alpha="255"/>
+  <Control_List>
+    <cCONTROLLER Name="Mode"><Class Type="Popup"/>
+      <ControlRect top="10" left="10" width="80" height="24"/><ControlColor red="62" green="66" blue="75"/>
+      <ParameterList><Param Name="Mode" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType>
+        <RegisterType>MouseWheelVertical</RegisterType>
+        <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="200" green="204" blue="210"/>
+          <PositionRect top="4" left="0" width="80" height="16"/></TextWin></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="ModeAtMouse"><Class Type="Popup"/><Flags><PopupAppearOnMousePos/><PopupNoCheckmark/></Flags>
+      <ControlRect top="46" left="10" width="80" height="24"/><ControlColor red="38" green="41" blue="47"/>
+      <ParameterList><Param Name="Mode" UpdateGraphics="true"><RegisterType>PopUp</RegisterType>
+        <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="240" green="150" blue="40"/>
+          <PositionRect top="4" left="0" width="80" height="16"/></TextWin></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="GainDigits"><Class Type="DigitDisplay">)" MIREL_DIGITS R"(
+        <AlwaysShowSign/><DigitsAlignment>Right</DigitsAlignment><Color red="17" green="18" blue="21"/>
+        <DigitDrawArea top="2" left="2" width="116" height="20"/></Class>
+      <ControlRect top="10" left="110" width="120" height="24"/>
+      <ParameterList><Param Name="Gain" UpdateGraphics="true"><RegisterType>DisplayOnly</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="LevelDigits"><Class Type="DigitDisplay">)" MIREL_DIGITS R"(
+        <MaximumDisplayDigits>3</MaximumDisplayDigits><AlwaysDisplayMaximumDigits/>
+        <DigitsAlignment>Left</DigitsAlignment><DigitList><Digit>0</Digit><Digit>1</Digit><Digit>2</Digit>
+        <Digit>3</Digit><Digit>4</Digit><Digit>5</Digit><Digit>6</Digit><Digit>7</Digit><Digit>8</Digit>
+        <Digit>9</Digit></DigitList></Class>
+      <ControlRect top="46" left="110" width="120" height="24"/>
+      <ParameterList><Param Name="Level" UpdateGraphics="true"><RegisterType>DisplayOnly</RegisterType></Param></ParameterList></cCONTROLLER>
+  </Control_List></GUI>)";
+
+const std::string kData = MIREL_GUI_TEST_DATA "/controls";
+
+std::string Written(const ml::WCGUIControl &control) {
+    ml::XML::CXMLElement element("cCONTROLLER");
+    control.WriteToXMLWithAlg(&element);
+    std::string text;
+    ml::XML::WriteXMLToString(text, &element, false, true, 0);
+    return text;
+}
+
+std::unique_ptr<ml::XML::CXMLElement> Parse(const std::string &text) {
+    auto root = std::make_unique<ml::XML::CXMLElement>();
+    ml::XML::CXMLTreeBuilder(root.get()).BuildFromSingleBuffer(text.data(), text.size());
+    EXPECT_TRUE(root->IsValid()) << text;
+    return root;
+}
+
+class PopupsGUI : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(m_Plugin.Start(m_Home.path(), "Popups", kParamXML, kGUI));
+        m_GUI = m_Plugin.GUI();
+        ASSERT_EQ(PVM::Init(), 0);
+        PVM::WCPluginViewCreateOptions options;
+        options.m_width = 240;
+        options.m_height = 80;
+        ASSERT_EQ(PVM::CreatePluginView(options, m_View), 0);
+        m_GUI->SetPluginView(m_View);
+    }
+    void TearDown() override {
+        m_GUI->SetPluginView(nullptr);
+        m_Plugin.Stop();
+        PVM::Dispose();
+    }
+    ml::WCGUIControl &Control(const char *name) const {
+        ml::WCGUIControl *control = m_GUI->GetControlPtrByName(name);
+        EXPECT_NE(control, nullptr) << name;
+        return *control;
+    }
+    void Send(ml::WCGUIControl::BUFFER_HEADER *chain) {
+        m_Plugin.Algorithm()->SendAndFreeBuffers(chain, ml::eExecSendBuffers, true);
+    }
+    void Set(EId id, double state) {
+        Send(m_Plugin.Algorithm()->UpdateParamRequestState(id, state));
+    }
+    double State(EId id) const { return m_Plugin.Algorithm()->GetParam(id)->GetState(0); }
+    void Click(short x, short y) {
+        PVM::WCEventData event;
+        event.SetMouseClickCount(PVM::eClickSingle);
+        event.SetMouseButtonPressed(PVM::eMouseButtonLeft, true);
+        event.SetMouseLocation({x, y});
+        event.SetMouseDownLocation({x, y});
+        EXPECT_EQ(m_GUI->DoMouseDown(event), 0);
+        event.SetMouseButtonPressed(PVM::eMouseButtonLeft, false);
+        EXPECT_EQ(m_GUI->DoMouseUp(event), 0);
+    }
+
+    mirel_test::WCTestHome m_Home;
+    mirel_test::WCGUIPlugin m_Plugin;
+    ml::CStandardGUI_X *m_GUI = nullptr;
+    ml::WSPluginView *m_View = nullptr;
+};
+
+TEST_F(PopupsGUI, EveryKindWritesItsClassBackAndABrokenChildChangesNothing) {
+    const struct {
+        const char *control;
+        const char *type;
+        const char *good;   // a child of its class, as written
+        const char *broken; // in its place, what does not read
+        int code;
+    } cases[] = {
+        {"Mode", "Popup", nullptr, nullptr, 0},
+        {"GainDigits", "DigitDisplay", "<DigitsAlignment>Right</DigitsAlignment>",
+         "<DigitsAlignment>Middle</DigitsAlignment>", ml::eValueNotFound},
+        {"LevelDigits", "DigitDisplay", "<MaximumDisplayDigits>3</MaximumDisplayDigits>",
+         "<MaximumDisplayDigits>three</MaximumDisplayDigits>", ml::eNotANumber},
+        {"LevelDigits", "DigitDisplay", "<Digit>9</Digit>", "<Digit>99</Digit>",
+         ml::eValueWrongSize},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.control);
+        const std::string written = Written(Control(row.control));
+        ml::WCFixedString<31> type(row.type);
+        std::unique_ptr<ml::WCGUIControl> again(ml::CreateDefaultControls(type, m_GUI));
+        ASSERT_EQ(again->ReadFromXMLWithAlg(Parse(written).get(), m_Plugin.Algorithm()), 0);
+        EXPECT_EQ(Written(*again), written);
+        if (row.good == nullptr)
+            continue;
+        std::string broken = written;
+        const std::size_t at = broken.find(row.good);
+        ASSERT_NE(at, std::string::npos) << written;
+        broken.replace(at, std::strlen(row.good), row.broken);
+        std::unique_ptr<ml::WCGUIControl> kept(ml::CreateDefaultControls(type, m_GUI));
+        ASSERT_EQ(kept->ReadFromXMLWithAlg(Parse(written).get(), m_Plugin.Algorithm()), 0);
+        EXPECT_EQ(kept->UpdateFromXMLWithAlg(Parse(broken).get(), m_Plugin.Algorithm()), row.code);
+        EXPECT_EQ(Written(*kept), written);
+    }
+}
+
+TEST_F(PopupsGUI, AFullFrameShowsTheChosenStatesAndTheValuesInDigits) {
+    Set(eMode, 2000.0 / 3.0);
+    Set(eGain, 1000.0 * 20.5 / 36.0); // -3.5 dB
+    Set(eLevel, 70.0);                // 7
+    m_Plugin.Shell().Idle(0, 1);
+    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
+    writer.ActivateRemarks(true);
+    m_GUI->SetNeedToRedrawGUI();
+    ASSERT_EQ(m_GUI->GetDrawInstructions(writer), 0);
+    ml::miGS::WCGraphicStreamToYAML yaml;
+    ASSERT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), 0);
+    mirel_test::ExpectGoldenFile(yaml.GetYamlStr(), kData, "popups.yaml");
+
+    ml::miGS::WCGraphicStreamToCairo painter;
+    painter.FollowDataPointers(true);
+    painter.ExecStream(static_cast<char *>(writer.GetStreamPtr()), writer.GetStreamSize());
+    EXPECT_EQ(painter.GetFirstDrawError(), 0);
+    mirel_test::ExpectGoldenPicture(painter.GetSurface(), kData, "popups");
+}
+
+TEST_F(PopupsGUI, AClickOpensTheMenuOfTheParametersStatesAndAChoiceSetsIt) {
+    const std::vector<std::string> titles = {"Off", "Low", "Mid", "High"};
+    const struct {
+        const char *choice;
+        short x, y;
+        double state;            // of Mode afterwards
+        ml::WCPoint2D<short> at; // where the menu opened
+        int checked;             // the item shown checked, -1 none
+    } cases[] = {
+        {"High", 20, 20, 1000.0, {10, 34}, 0},     // below the control, the state then checked
+        {nullptr, 20, 20, 1000.0, {10, 34}, 3},    // cancelled: nothing changes
+        {"Low", 30, 50, 1000.0 / 3, {30, 50}, -1}, // at the mouse, no check marks
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.choice != nullptr ? row.choice : "cancelled");
+        PVM::ClearShownMenus();
+        ASSERT_EQ(PVM::SetNextMenuChoice(m_View, row.choice), 0);
+        Click(row.x, row.y);
+        EXPECT_NEAR(State(eMode), row.state, 1e-9);
+        ASSERT_EQ(PVM::GetShownMenus().size(), 1u);
+        const PVM::WSShownMenu &shown = PVM::GetShownMenus()[0];
+        EXPECT_EQ(shown.m_location, row.at);
+        ASSERT_EQ(shown.m_items.size(), titles.size());
+        for (std::size_t i = 0; i < titles.size(); ++i) {
+            EXPECT_EQ(shown.m_items[i].m_Title, titles[i]);
+            EXPECT_EQ(shown.m_items[i].IsChecked(), static_cast<int>(i) == row.checked) << i;
+        }
+    }
+}
+
+TEST_F(PopupsGUI, AWheelNotchStepsOneStateHoweverFastTheWheelTurns) {
+    PVM::WCEventData event;
+    ml::WCGUIControl &mode = Control("Mode");
+    for (const double expected : {1000.0 / 3, 2000.0 / 3}) {
+        Send(mode.MouseWheel(event, 0.0, 450.0));
+        EXPECT_NEAR(State(eMode), expected, 1e-9);
+    }
+    Send(mode.MouseWheel(event, 0.0, -1.0));
+    EXPECT_NEAR(State(eMode), 1000.0 / 3, 1e-9);
+}
+
+TEST_F(PopupsGUI, TheValueTextBecomesTheDigitsOfTheDisplaysRules) {
+    const struct {
+        const char *display;
+        const char *text;
+        const char *digits;
+    } cases[] = {
+        {"GainDigits", "-3.5 dB", "-3.5"},  {"GainDigits", "0.0 dB", "+0.0"},
+        {"GainDigits", "12.0 dB", "+12.0"}, {"LevelDigits", "7", "007"},
+        {"LevelDigits", "12.75", "12.7"},   {"LevelDigits", "1234", "123"},
+        {"LevelDigits", "", "000"},
+    };
+    for (const auto &row : cases) {
+        auto &display = dynamic_cast<ml::CDigitDisplay_X &>(Control(row.display));
+        ml::WCFixedString<63> out;
+        display.ComposeDigits(row.text, out);
+        EXPECT_STREQ(out.c_str(), row.digits) << row.display << " '" << row.text << "'";
+    }
+}
+
+} // namespace
