@@ -785,6 +785,13 @@ public:
     CStandardGUI_X *GetGUIPtr(char const *name) const;
     void SetGUIPointer(char const *name, CStandardGUI_X *gui);
     GUIMap const &GetGUIMap() const { return m_GUIMap; }
+    // [main-thread] The titles of the menu of a popup the plug-in fills at run time
+    // ("DynamicPopupWithAlg"), by the control's name; eNotImplemented by default, which leaves
+    // the popup its parameter's states.
+    virtual int GetDynamicPopupItems(char const *controlName,
+                                     std::vector<std::string> &outTitles) {
+        return eNotImplemented;
+    }
     // A new, empty GUI document for the map entry `name`, owned by the caller: the plug-in's
     // factory of its own GUI class. The container reference must outlive the document.
     virtual CStandardGUI_X *CreateGUI(WTResContainerType *&container, char const *name);
