@@ -238,13 +238,8 @@ int GetPluginInfo_int32_t(PluginInstance &instance, unsigned int selector, std::
     case WCFourCC("IfrN"):
         out = alg.GetAutomationControlIndexByName(reinterpret_cast<char const *>(arg));
         return eNoErr;
-    // The next toggle state is a question to the toggle control of the parameter behind `arg`,
-    // which is not built yet: nobody answers for a parameter that exists.
-    case WCFourCC("nTGs"):
-        return static_cast<std::uint64_t>(arg) < alg.GetNumParams() ? eNotImplemented
-                                                                    : eOutOfRangeNumber;
-    // The next state by control belongs to the toggle controls, which are not built yet.
-    case WCFourCC("TsCO"): return FinishedGUI(alg) ? eNotImplemented : kErrGUINotFullyCreated;
+    case WCFourCC("nTGs"): return alg.GetPluginInfo_GetNextToggleState(arg, out);
+    case WCFourCC("TsCO"): return alg.GetPluginInfo_GetNextToggleStateByControlID(arg, out);
     default: return alg.GetPluginInfo_int32_t(selector, out, arg);
     }
 }

@@ -149,6 +149,12 @@ void WCParam_Base::UpdateValueString(int setup) {
         m_ValueString.clear();
 }
 
+void WCParam_Base::FormatState(double state, WCFixedStringBase &out) const {
+    out.clear();
+    if (m_DisplayFunction)
+        m_DisplayFunction(state, StateToRealWorld(state), out);
+}
+
 bool WCParam_Base::SanityTests(char const *name) const {
     bool good = true;
     auto report = [&](char const *what) {

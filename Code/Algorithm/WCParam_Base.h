@@ -101,6 +101,9 @@ public:
 
     // [main-thread] Runs the display function for one setup into the value string.
     void UpdateValueString(int setup);
+    // The text the display function gives a state the parameter does not hold; empty without
+    // a display function.
+    void FormatState(double state, WCFixedStringBase &out) const;
 
     // [main-thread, build time] Reports to standard error what looks wrong with the scale (a
     // range the inverse cannot reach, a non-finite end). Answers whether all was well.

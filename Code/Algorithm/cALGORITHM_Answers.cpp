@@ -3,6 +3,7 @@
 // what its service answers for something it does not have.
 
 #include <cstdint>
+#include <cmath>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/Controls/CToggle_X.h"
 #include "core/WCStMemObj.h"
 #include "core/WUAssert.h"
 #include "resources/ResourceManager.h"
@@ -195,6 +197,54 @@ int cALGORITHM::ControlStateFromRealWorldValue(std::int64_t index, double &inOut
         return eOutOfRangeNumber;
     inOut = param->RealWorldToState(inOut);
     return eNoErr;
+}
+
+int cALGORITHM::GetPluginInfo_GetNextToggleState(std::int64_t id, std::int32_t &out) {
+    sCONTROL_PARAM const *param = id >= 0 ? GetParam(static_cast<std::uint64_t>(id)) : nullptr;
+    if (param == nullptr)
+        return eOutOfRangeNumber;
+    out = static_cast<std::int32_t>(std::lround(
+        CToggle_X::NextState(param->GetState(m_ActiveSetup), param->GetStateStep(), false)));
+    return eNoErr;
+}
+
+int cALGORITHM::GetPluginInfo_GetNextToggleStateByControlID(std::int64_t index,
+                                                              std::int32_t &out) {
+    std::uint64_t id = 0;
+    if (LeadParam(*this, index) == nullptr ||
+        m_AutomationManager.ControlLeadParamID(static_cast<int>(index), id) != eNoErr)
+        return eOutOfRangeNumber;
+    return GetPluginInfo_GetNextToggleState(static_cast<std::int64_t>(id), out);
+}
+
+int cALGORITHM::TranslateController(std::int64_t index, double state,
+                                    WCFixedStringBase &text) const {
+    sCONTROL_PARAM const *param = LeadParam(*this, index);
+    if (param == nullptr || !(state >= 0.0 && state <= WCParam_Base::kMaxState))
+        return eOutOfRangeNumber;
+    param->FormatState(state, text);
+    return eNoErr;
+}
+
+int cALGORITHM::TranslateTextToControlState(std::int64_t index, char const *text,
+                                            double &state) {
+    std::uint64_t id = 0;
+    if (LeadParam(*this, index) == nullptr ||
+        m_AutomationManager.ControlLeadParamID(static_cast<int>(index), id) != eNoErr)
+        return eOutOfRangeNumber;
+    double realWorld = 0.0;
+    if (text == nullptr || TranslateTextToRealWorld(id, text, realWorld) != eTranslateTextOK)
+        return eNotANumber;
+    state = GetParam(id)->RealWorldToState(realWorld);
+    return eNoErr;
+}
+
+int cALGORITHM::WriteDefaultPageTablesToXML(XML::CXMLElement *root, int pageSize) const {
+    return m_AutomationManager.WriteDefaultPageTablesToXML(root, pageSize);
+}
+
+int cALGORITHM::WriteDefaultPageTablesDiscCtrlsToXML(XML::CXMLElement *root, int pageSize) const {
+    return m_AutomationManager.WriteDefaultPageTablesDiscCtrlsToXML(root, pageSize);
 }
 
 int cALGORITHM::GetControlState(std::int64_t index, double &state) const {

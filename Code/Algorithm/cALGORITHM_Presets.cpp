@@ -78,6 +78,7 @@ int cALGORITHM::SaveToPreset(Preset::CPresetInfo &info, bool activeOnly, bool al
         else
             data->m_DataType = Preset::ePresetDataNone;
         data->m_Setup = both ? setup : eCurrentSetup;
+        m_AutomationManager.SaveControlsToPreset(data->m_ControlData);
         if (const int err = SaveToPresetSelf(info, *data, setup); err != eNoErr)
             return err;
         info.m_Data.push_back(std::move(data));
@@ -178,7 +179,7 @@ int cALGORITHM::LoadStatesFromPreset(Preset::sPresetData const &data, EPluginSet
 
 int cALGORITHM::LoadControlsFromPreset(Preset::CPresetInfo const &, Preset::sPresetData const &data,
                                        EPluginSetup) {
-    return data.m_ControlData.empty() ? eNoErr : eNotImplemented;
+    return m_AutomationManager.LoadControlsFromPreset(data.m_ControlData);
 }
 
 int cALGORITHM::LoadFromPreset(Preset::CPresetInfo const &info, bool update) {
@@ -222,8 +223,8 @@ int cALGORITHM::LoadFromPreset(Preset::CPresetInfo const &info, bool update) {
                 else if (!hasValues && data.m_DataType == Preset::ePresetDataReset)
                     LoadRealWorldFromPreset(data, setup, update, hostOnly);
             }
-            // The controls' MIDI attachments are not kept yet; a preset holding some still
-            // loads its values.
+            // A preset whose MIDI attachments name controls this version lacks still loads its
+            // values.
             (void)LoadControlsFromPreset(info, data, setup);
             if (renameSetups) {
                 if (setup == m_ActiveSetup || data.m_Setup == eCurrentSetup)

@@ -56,6 +56,12 @@ public:
     std::int32_t GetMIDIGroup() const noexcept { return m_MIDIGroup; }
     bool IsMIDILearnMode() const noexcept { return m_MIDILearnMode; }
     bool GetControlSurfaceDisplay() const noexcept { return m_ControlSurfaceDisplay; }
+    void SetMIDIAttachment(std::int32_t controlID, std::int32_t eventType,
+                           std::int32_t channel) noexcept {
+        m_MIDIControlID = controlID;
+        m_MIDIEventType = eventType;
+        m_MIDIChannel = channel;
+    }
 
 private:
     int CallHost(int op, void *data);

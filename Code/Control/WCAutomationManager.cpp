@@ -2,15 +2,19 @@
 
 #include <cmath>
 #include <cstring>
+#include <string>
 
 #include "Code/Algorithm/WTAlgorithmErrors.h"
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Control/ControllerAutomationInfoVer11.h"
 #include "Code/Control/WCAutomationControl.h"
+#include "Code/Control/WCControlPageTableList.h"
 #include "Code/GUI/CDummyControl.h"
+#include "Code/Presets/sPresetControlData.h"
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
 #include "core/WUAssert.h"
+#include "Utilities/XML/Code/CXMLElement.h"
 #include "resources/WCResKey.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -284,6 +288,86 @@ int WCAutomationManager::ExecuteAndDisposeBuffer(BUFFER_HEADER *&chain) {
     if (chain == nullptr || m_pAlg == nullptr)
         return eNoErr;
     return m_pAlg->SendAndFreeBuffers(chain, eExecSendBuffers, true);
+}
+
+int WCAutomationManager::WriteDefaultPageTablesToXML(XML::CXMLElement *root, int pageSize) const {
+    return WritePageTable(root, "Main", pageSize, false);
+}
+
+int WCAutomationManager::WriteDefaultPageTablesDiscCtrlsToXML(XML::CXMLElement *root,
+                                                              int pageSize) const {
+    return WritePageTable(root, "Discrete", pageSize, true);
+}
+
+int WCAutomationManager::WritePageTable(XML::CXMLElement *root, const char *type, int pageSize,
+                                        bool discreteOnly) const {
+    MIREL_ASSERT_RETURN(root != nullptr, eMemNullPointer);
+    if (pageSize < 1 || pageSize > WCControlPageTableList::kMaxPageSize)
+        return eOutOfRangeNumber;
+    std::vector<WCFixedString<63>> names;
+    for (const auto &control : m_Controls) {
+        const sCONTROL_PARAM *lead =
+            m_pAlg != nullptr ? m_pAlg->GetParam(control->GetLeadParamID()) : nullptr;
+        if (discreteOnly && (lead == nullptr || !lead->IsDiscrete()))
+            continue;
+        names.emplace_back(control->GetName().c_str());
+    }
+    WCControlVisibilityPageTableList tables;
+    tables.SetPageTable(type, 0, pageSize, names);
+    root->SetName(tables.GetRootName());
+    tables.WriteToXML(root);
+    return eNoErr;
+}
+
+std::string WCAutomationManager::DumpAutomationControlOrder() const {
+    std::string text;
+    for (std::size_t i = 0; i < m_Controls.size(); ++i) {
+        const WCAutomationControl &control = *m_Controls[i];
+        text += std::to_string(i) + ' ' + control.GetName().c_str() + ' ' +
+                (control.GetNumRegistrations() > 0 ? std::to_string(control.GetLeadParamID())
+                                                   : std::string("-")) +
+                '\n';
+    }
+    return text;
+}
+
+void WCAutomationManager::ClearMidiControlsAttachment() {
+    for (auto &control : m_Controls)
+        control->SetMIDIAttachment(-1, 0, 0);
+}
+
+void WCAutomationManager::SaveControlsToPreset(
+    std::vector<Preset::sPresetControlData> &out) const {
+    out.clear();
+    for (const auto &control : m_Controls) {
+        if (control->GetMIDIControlID() == -1)
+            continue;
+        Preset::sPresetControlData data;
+        data.m_Name = control->GetName().c_str();
+        data.m_MIDIChannel = control->GetMIDIChannel();
+        data.m_MIDIControlID = control->GetMIDIControlID();
+        data.m_MIDIEventType = static_cast<Preset::EMIDIEventType>(control->GetMIDIEventType());
+        data.m_LeadParam = control->GetNumRegistrations() > 0
+                               ? static_cast<int>(control->GetLeadParamID())
+                               : -1;
+        out.push_back(data);
+    }
+}
+
+int WCAutomationManager::LoadControlsFromPreset(
+    const std::vector<Preset::sPresetControlData> &data) {
+    constexpr int kMIDIChannels = 16;
+    constexpr int kMIDIControllers = 128;
+    for (const auto &one : data)
+        if (GetControlIndexByName(one.m_Name.c_str()) == -1 || one.m_MIDIChannel < 0 ||
+            one.m_MIDIChannel >= kMIDIChannels || one.m_MIDIControlID < -1 ||
+            one.m_MIDIControlID >= kMIDIControllers)
+            return eControlOutOfRange;
+    for (const auto &one : data)
+        GetAutomationControlByName(one.m_Name.c_str())
+            ->SetMIDIAttachment(one.m_MIDIControlID, static_cast<int>(one.m_MIDIEventType),
+                                one.m_MIDIChannel);
+    return eNoErr;
 }
 
 MIREL_NAMESPACE_END

@@ -16,6 +16,13 @@ MIREL_NAMESPACE_BEGIN
 class cALGORITHM;
 class CStandardGUI_X;
 class WCAutomationControl;
+class WCControlPageTableList;
+namespace XML {
+class CXMLElement;
+}
+namespace Preset {
+struct sPresetControlData;
+}
 
 // The automation controls of one algorithm, in the order hosts see them. Init builds them from
 // the main GUI's XML ("GUIXML" 1000): every control of the automation order that carries
@@ -84,11 +91,34 @@ public:
     BUFFER_HEADER *SetControllerValue(int index, double state, int &err);
     // Sends a chain (operation 0) and frees it (operation 4); the pointer is null afterwards.
     int ExecuteAndDisposeBuffer(BUFFER_HEADER *&chain);
-    // MIDI learn is not built, so no control holds a MIDI attachment to clear.
-    void ClearMidiControlsAttachment() {}
+    // Every control forgets its MIDI attachment (control id -1).
+    void ClearMidiControlsAttachment();
+    // The MIDI attachments as a preset keeps them: one record per attached control, by name.
+    void SaveControlsToPreset(std::vector<Preset::sPresetControlData> &out) const;
+    // Attaches the controls the records name, after checking them all: eControlOutOfRange (and
+    // no control changed) for a name that is no control, a MIDI channel outside 0..15 or a
+    // control id outside -1..127. The MIDI work that acts on attachments reads them from here.
+    int LoadControlsFromPreset(const std::vector<Preset::sPresetControlData> &data);
+
+    // The page tables a control surface gets when the plug-in ships none, written into `root`
+    // as a WCControlVisibilityPageTableList: type "Main" holds every control in automation
+    // order, dummies keeping their slot, `pageSize` to a page. eOutOfRangeNumber for a page
+    // size outside 1..128 (and `root` untouched).
+    int WriteDefaultPageTablesToXML(XML::CXMLElement *root, int pageSize = kDefaultPageSize) const;
+    // The same with type "Discrete": the controls whose lead parameter has a number of states,
+    // for the switches and selectors of a surface.
+    int WriteDefaultPageTablesDiscCtrlsToXML(XML::CXMLElement *root,
+                                             int pageSize = kDefaultPageSize) const;
+    // The order as text, a line "index name lead-parameter" per control, for logs and tests.
+    std::string DumpAutomationControlOrder() const;
+
+    // A bank of eight encoders is what most control surfaces have.
+    static constexpr int kDefaultPageSize = 8;
 
 private:
     void AddControl(std::unique_ptr<WCAutomationControl> control);
+    int WritePageTable(XML::CXMLElement *root, const char *type, int pageSize,
+                       bool discreteOnly) const;
 
     cALGORITHM *m_pAlg = nullptr;
     // Automation order; the index is what hosts store.

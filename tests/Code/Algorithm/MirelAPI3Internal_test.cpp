@@ -183,13 +183,13 @@ TEST_F(NamedRequests, PresetRequestsReachThePresetsManagerOrAnswerItsAbsence) {
     EXPECT_EQ(API::GetCurrentPresetInfoHack(With("{}")), 0);
     EXPECT_STREQ(read.m_PresetName.c_str(), "Mine");
 
-    // MIDI attachments are not kept yet: data holding one is refused, data without is loaded.
+    // Data without MIDI attachments loads; one naming no control of the plug-in is refused.
     ml::Preset::sPresetData data;
     m_Raw.SetPayloadPtr(&data);
     EXPECT_EQ(API::LoadControlsFromPresetHack(With(R"({"params":{"setup_num":0}})")), 0);
     data.m_ControlData.emplace_back();
     EXPECT_EQ(API::LoadControlsFromPresetHack(With(R"({"params":{"setup_num":0}})")),
-              ml::eNotImplemented);
+              ml::eControlOutOfRange);
     m_Raw.SetPayloadPtr(nullptr);
     EXPECT_EQ(API::GetCurrentPresetInfoHack(With("{}")), ml::eMemNullPointer);
 

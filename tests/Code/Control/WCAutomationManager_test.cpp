@@ -4,8 +4,8 @@
 
 #include <atomic>
 #include <cstring>
-#include <thread>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -16,8 +16,14 @@
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Control/ControllerAutomationInfoVer11.h"
 #include "Code/Control/WCAutomationControl.h"
+#include "Code/Control/WCControlPageTableList.h"
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
+#include "Code/Presets/CPresetInfo.h"
+#include "Code/Presets/sPresetControlData.h"
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "Utilities/XML/Code/WriteXMLToStream.h"
+#include "core/WCStMemObj.h"
 #include "tests/support/WCTestHome.h"
 #include "tools/shell/WCRecordingShell.h"
 #include "view/WCEventData.h"
@@ -92,6 +98,137 @@ TEST_F(AutomationTest, ListsTheAutomatableControlsOfTheGUIXMLInControlOrder) {
     EXPECT_EQ(Manager().GetAutomationControl(static_cast<int>(count)), nullptr);
 }
 
+using WTNames = std::vector<ml::WCFixedString<63>>;
+
+WTNames Names(const ml::WCControlPageTableList &tables, const char *type) {
+    WTNames names;
+    tables.GetControNamesListByPageTableType(type, names);
+    return names;
+}
+
+TEST_F(AutomationTest, TheShippedPageTablesNameTheAutomationOrderAsTheDefaultTablesDo) {
+    WTNames automated(kAutomated.begin(), kAutomated.end());
+    // What a surface reads through the shell, resource "PageTable" 1000 + index.
+    ml::WCControlVisibilityPageTableList visibility;
+    ml::WCControlMappingPageTableList mapping;
+    for (auto [index, tables] :
+         {std::pair<int, ml::WCControlPageTableList *>{0, &visibility}, {1, &mapping}}) {
+        ml::Utils::WCStMemObj text;
+        ASSERT_EQ(
+            ml::GetPluginInfo_WCStMemObj(m_Shell.Instance(), ml::WCFourCC("XPGT"), text, index), 0);
+        ASSERT_EQ(tables->ReadFromText(static_cast<const char *>(text.GetPtr()), text.GetSize()), 0)
+            << index;
+        EXPECT_EQ(Names(*tables, "Main"), automated) << tables->GetRootName();
+    }
+    EXPECT_EQ(Names(visibility, "Discrete"), WTNames{"Filter"});
+
+    // The manager's defaults, for a plug-in that ships none, are the same tables.
+    using WTWrite = int (ml::cALGORITHM::*)(ml::XML::CXMLElement *, int) const;
+    const WTWrite writers[] = {&ml::cALGORITHM::WriteDefaultPageTablesToXML,
+                               &ml::cALGORITHM::WriteDefaultPageTablesDiscCtrlsToXML};
+    ASSERT_EQ(visibility.GetTables().size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        ml::XML::CXMLElement root;
+        ASSERT_EQ((m_Alg->*writers[i])(&root, 8), 0);
+        std::string written;
+        ml::XML::WriteXMLToString(written, &root, false, true, 0);
+        ml::WCControlVisibilityPageTableList defaults;
+        ASSERT_EQ(defaults.ReadFromText(written.data(), written.size()), 0) << written;
+        ASSERT_EQ(defaults.GetTables().size(), 1u) << written;
+        EXPECT_EQ(defaults.GetTables()[0], visibility.GetTables()[i]) << written;
+    }
+    ml::XML::CXMLElement untouched("Kept");
+    EXPECT_EQ(m_Alg->WriteDefaultPageTablesToXML(&untouched, 0), ml::eOutOfRangeNumber);
+    EXPECT_EQ(untouched.GetName(), "Kept");
+}
+
+TEST(WCControlPageTableList, ARefusedDocumentLeavesTheTablesAsTheyWere) {
+    ml::WCControlMappingPageTableList tables;
+    tables.SetPageTable("Main", 0, 2, {"A", "B", "C"});
+    ASSERT_EQ(Names(tables, "Main"), (WTNames{"A", "B", "C"}));
+    ASSERT_EQ(tables.GetTables()[0].m_Pages.size(), 2u);
+    const struct {
+        const char *text;
+        int code;
+    } documents[] = {
+        {"<ControlMappingPageTableList version=\"1\"><PageTable", ml::eXMLParserFailed},
+        {"<ControlVisibilityPageTableList version=\"1\"/>", ml::eXMLElementMissing},
+        {"<ControlMappingPageTableList><PageTable type=\"Main\" pageSize=\"0\"/>"
+         "</ControlMappingPageTableList>",
+         ml::eOutOfRangeNumber},
+        {"<ControlMappingPageTableList><PageTable type=\"Main\" pageSize=\"1\"><Page>"
+         "<Control Name=\"A\"/><Control Name=\"B\"/></Page></PageTable>"
+         "</ControlMappingPageTableList>",
+         ml::eOutOfRangeNumber},
+    };
+    for (const auto &row : documents) {
+        EXPECT_EQ(tables.ReadFromText(row.text, std::strlen(row.text)), row.code) << row.text;
+        EXPECT_EQ(Names(tables, "Main"), (WTNames{"A", "B", "C"})) << row.text;
+    }
+}
+
+TEST_F(AutomationTest, MIDIAttachmentsTravelInPresetsAndABadOneChangesNoControl) {
+    ml::Preset::sPresetControlData gain;
+    gain.m_Name = "Gain";
+    gain.m_MIDIChannel = 2;
+    gain.m_MIDIControlID = 7;
+    ASSERT_EQ(Manager().LoadControlsFromPreset({gain}), 0);
+    ml::Preset::CPresetInfo saved;
+    ASSERT_EQ(m_Alg->SaveToPreset(saved, true, false), 0);
+    ASSERT_EQ(saved.m_Data.size(), 1u);
+    ASSERT_EQ(saved.m_Data[0]->m_ControlData.size(), 1u);
+    EXPECT_EQ(saved.m_Data[0]->m_ControlData[0].m_MIDIControlID, 7);
+    EXPECT_EQ(saved.m_Data[0]->m_ControlData[0].m_LeadParam,
+              static_cast<int>(Manager().GetAutomationControl(Index("Gain"))->GetLeadParamID()));
+
+    auto refused = [&](auto change) {
+        ml::Preset::sPresetControlData cutoff = gain, bad = gain;
+        cutoff.m_Name = "Cutoff";
+        change(bad);
+        return Manager().LoadControlsFromPreset({cutoff, bad});
+    };
+    EXPECT_EQ(refused([](auto &d) { d.m_Name = "Output"; }), ml::eControlOutOfRange);
+    EXPECT_EQ(refused([](auto &d) { d.m_MIDIChannel = 16; }), ml::eControlOutOfRange);
+    EXPECT_EQ(refused([](auto &d) { d.m_MIDIControlID = 128; }), ml::eControlOutOfRange);
+    EXPECT_EQ(Manager().GetAutomationControl(Index("Cutoff"))->GetMIDIControlID(), -1);
+
+    Manager().ClearMidiControlsAttachment();
+    ASSERT_EQ(m_Alg->LoadFromPreset(saved, true), 0);
+    EXPECT_EQ(Manager().GetAutomationControl(Index("Gain"))->GetMIDIChannel(), 2);
+    EXPECT_EQ(Manager().DumpAutomationControlOrder().substr(0, 7), "0 Gain ");
+}
+
+TEST_F(AutomationTest, ControlsTranslateStatesAndTextsAndNameTheNextToggleState) {
+    const int gain = Index("Gain");
+    ml::WCFixedString<31> text;
+    ASSERT_EQ(m_Alg->TranslateController(gain, 1000.0, text), 0);
+    EXPECT_STREQ(text.c_str(), "12.0 dB");
+    double state = -1.0;
+    ASSERT_EQ(m_Alg->TranslateTextToControlState(gain, "-6 dB", state), 0);
+    EXPECT_DOUBLE_EQ(state, 500.0);
+    EXPECT_EQ(m_Alg->TranslateTextToControlState(gain, "loud", state), ml::eNotANumber);
+    EXPECT_EQ(m_Alg->TranslateController(5, 0.0, text), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->TranslateController(gain, 1001.0, text), ml::eOutOfRangeNumber);
+    EXPECT_DOUBLE_EQ(state, 500.0);
+
+    // The filter switch is on (state 1000): its next state is off, by parameter and by control.
+    std::uint64_t filter = 0;
+    ASSERT_EQ(m_Alg->GetParamIDFromName("Filter", filter), 0);
+    std::int32_t next = -1;
+    auto &instance = m_Shell.Instance();
+    ASSERT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("nTGs"), next,
+                                        static_cast<std::int64_t>(filter)),
+              0);
+    EXPECT_EQ(next, 0);
+    next = -1;
+    ASSERT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("TsCO"), next, Index("Filter")), 0);
+    EXPECT_EQ(next, 0);
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("TsCO"), next, 5),
+              ml::eOutOfRangeNumber);
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("nTGs"), next, 1000),
+              ml::eOutOfRangeNumber);
+}
+
 TEST_F(AutomationTest, TheShellRecordHoldsTheControlAtItsByteOffsets) {
     ml::ControllerAutomationInfoVer11 info{};
     info.m_Version = 11;
@@ -118,7 +255,8 @@ TEST_F(AutomationTest, BadIndexesNamesAndVersionsGiveTheirCodes) {
     const struct {
         std::int32_t version, index;
         int code;
-    } records[] = {{10, 0, ml::kErrWrongAutomationInfoVersion}, {11, 5, ml::eControlOutOfRange},
+    } records[] = {{10, 0, ml::kErrWrongAutomationInfoVersion},
+                   {11, 5, ml::eControlOutOfRange},
                    {11, -1, ml::eControlOutOfRange}};
     for (const auto &row : records) {
         info.m_Version = row.version;
