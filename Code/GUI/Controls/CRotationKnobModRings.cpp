@@ -106,7 +106,7 @@ WCPoint2D<short> CRotationKnobModRings::GetDrawRectSize() const {
 }
 
 double CRotationKnobModRings::GetRingAmount(std::size_t index) const {
-    // The lead registration turns the knob; the rings take the ones after it.
+    // The first registration turns the knob; the rings take the ones after it.
     const std::size_t registration = index + 1;
     if (registration >= m_Registrations.size())
         return 0.0;

@@ -9,8 +9,8 @@
 
 MIREL_NAMESPACE_BEGIN
 
-// A knob with modulation rings around it: ring n shows the state of the registration after the
-// lead one, n places on (the first "Ring" the second registration, and so on), as an arc from
+// A knob with modulation rings around it: ring n shows the state of registration n + 1 (the
+// first "Ring" the second "Param", the first one turning the knob), as an arc from
 // "StartDegree" that sweeps its part of the way to "EndDegree" (degrees clockwise from twelve
 // o'clock), over a faint track of the whole way. A ring is a circle of "InnerRadius" and
 // "Thickness" (pixels) whose centre is the centre of the "DrawRectSize" square ("width",

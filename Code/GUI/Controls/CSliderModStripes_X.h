@@ -13,11 +13,11 @@ MIREL_NAMESPACE_BEGIN
 // dot's radius; each of its "Stripe" children is a strip from "Position" to "Position" plus
 // "PathLength", pixels along the travel counted from its state-0 end. The dot stands at
 // (mod + value) * 0.001 * Length, held to 0..1000 states, where value is the slider's own and mod
-// comes from the second registration: a modulation is bipolar, so its state 500 means none and
-// mod = state - 500. Without a second registration the dot marks the slider's value. Strips and
-// dot are drawn over the slider in the control's colour ("ControlColor"; white without one), the
-// strips at half its opacity. A "Class" whose "AllStripes" does not read changes nothing of the
-// stripes. [main-thread]
+// comes from the second registration (the first when the second leads): a modulation is bipolar, so
+// its state 500 means none and mod = state - 500. Without a second registration the dot marks the
+// slider's value. Strips and dot are drawn over the slider in the control's colour ("ControlColor";
+// white without one), the strips at half its opacity. A "Class" whose "AllStripes" does not read
+// changes nothing of the stripes. [main-thread]
 class CSliderModStripes_X : public CSlider_X {
 public:
     struct sStripe {
