@@ -1,5 +1,6 @@
 #include "Code/Control/WCAutomationManager.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <string>
@@ -10,11 +11,11 @@
 #include "Code/Control/WCAutomationControl.h"
 #include "Code/Control/WCControlPageTableList.h"
 #include "Code/GUI/CDummyControl.h"
-#include "Code/Presets/sPresetControlData.h"
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/WCGUIControl.h"
-#include "core/WUAssert.h"
+#include "Code/Presets/sPresetControlData.h"
 #include "Utilities/XML/Code/CXMLElement.h"
+#include "core/WUAssert.h"
 #include "resources/WCResKey.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -66,26 +67,66 @@ int WCAutomationManager::ReadFromGUI(const CStandardGUI_X &gui) {
         // A name read twice keeps its first place, so that a host's index never moves.
         if (m_IndexByName.contains(control->GetName().c_str()))
             continue;
-        AddControl(std::make_unique<WCAutomationControl>(m_pAlg, *control,
-                                                         control->GetName().c_str()));
+        AddControl(
+            std::make_unique<WCAutomationControl>(m_pAlg, *control, control->GetName().c_str()));
     }
     return eNoErr;
 }
 
-int WCAutomationManager::AddNewAutomationControl(const char *name, std::uint64_t id) {
-    MIREL_ASSERT_RETURN(name != nullptr && m_pAlg != nullptr, eMemNullPointer);
-    if (m_pAlg->GetParam(id) == nullptr)
-        return eOutOfRangeNumber;
-    if (GetControlIndexByName(name) != -1)
-        return eSomeThingInitailzedTwice;
+std::unique_ptr<WCAutomationControl>
+WCAutomationManager::MakeHostControl(const char *name, std::uint64_t id, int &err) const {
+    err = eNoErr;
+    if (name == nullptr || m_pAlg == nullptr)
+        err = eMemNullPointer;
+    else if (m_pAlg->GetParam(id) == nullptr)
+        err = eOutOfRangeNumber;
+    else if (GetControlIndexByName(name) != -1)
+        err = eSomeThingInitailzedTwice;
+    if (err != eNoErr)
+        return nullptr;
     auto control = std::make_unique<WCAutomationControl>(m_pAlg);
     control->SetName(name);
     control->SetControlFlag(eCF_Automatable, true);
-    if (const int err = control->Register(WCParamRegistrationData(m_pAlg, id, false, {}), false);
-        err != eNoErr)
+    err = control->Register(WCParamRegistrationData(m_pAlg, id, false, {}), false);
+    return err == eNoErr ? std::move(control) : nullptr;
+}
+
+int WCAutomationManager::AddNewAutomationControl(const char *name, std::uint64_t id) {
+    return AddNewAutomationControlForIndex(name, id, static_cast<int>(m_Controls.size()));
+}
+
+int WCAutomationManager::AddNewAutomationControlForIndex(const char *name, std::uint64_t id,
+                                                         int index) {
+    if (index < 0 || static_cast<std::size_t>(index) > m_Controls.size())
+        return eOutOfRangeNumber;
+    int err = eNoErr;
+    auto control = MakeHostControl(name, id, err);
+    if (control == nullptr)
         return err;
-    AddControl(std::move(control));
+    m_Controls.insert(m_Controls.begin() + index, std::move(control));
+    RebuildNameIndex();
     return eNoErr;
+}
+
+int WCAutomationManager::DeleteAutomationControl(int index) {
+    if (GetAutomationControl(index) == nullptr)
+        return eOutOfRangeNumber;
+    m_Controls.erase(m_Controls.begin() + index);
+    RebuildNameIndex();
+    return eNoErr;
+}
+
+int WCAutomationManager::CalculateNextState(int numStates, int value) noexcept {
+    if (numStates <= 0)
+        return 0;
+    const double step = 128.0 / numStates;
+    return std::min(static_cast<int>(std::max(value, 0) / step), numStates);
+}
+
+void WCAutomationManager::RebuildNameIndex() {
+    m_IndexByName.clear();
+    for (std::size_t i = 0; i < m_Controls.size(); ++i)
+        m_IndexByName.emplace(m_Controls[i]->GetName().c_str(), static_cast<int>(i));
 }
 
 void WCAutomationManager::AddControl(std::unique_ptr<WCAutomationControl> control) {
@@ -116,8 +157,8 @@ WCAutomationControl *WCAutomationManager::GetAutomationControlByName(const char 
     return GetAutomationControl(GetControlIndexByName(name));
 }
 
-WCAutomationControl *WCAutomationManager::GetAutomationControlByLeadParamID(
-    std::uint64_t id) const {
+WCAutomationControl *
+WCAutomationManager::GetAutomationControlByLeadParamID(std::uint64_t id) const {
     for (const auto &control : m_Controls)
         if (control->GetLeadParamID() == id)
             return control.get();
@@ -265,9 +306,8 @@ int WCAutomationManager::ReleaseControl(int index) {
     return control != nullptr ? control->Release() : eOutOfRangeNumber;
 }
 
-WCAutomationManager::BUFFER_HEADER *WCAutomationManager::SetControllerValue(int index,
-                                                                          double state,
-                                                                          int &err) {
+WCAutomationManager::BUFFER_HEADER *WCAutomationManager::SetControllerValue(int index, double state,
+                                                                            int &err) {
     WCAutomationControl *control = GetAutomationControl(index);
     if (control == nullptr || m_pAlg == nullptr || !(state >= 0.0 && state <= 1000.0)) {
         err = eOutOfRangeNumber;
@@ -336,8 +376,7 @@ void WCAutomationManager::ClearMidiControlsAttachment() {
         control->SetMIDIAttachment(-1, 0, 0);
 }
 
-void WCAutomationManager::SaveControlsToPreset(
-    std::vector<Preset::sPresetControlData> &out) const {
+void WCAutomationManager::SaveControlsToPreset(std::vector<Preset::sPresetControlData> &out) const {
     out.clear();
     for (const auto &control : m_Controls) {
         if (control->GetMIDIControlID() == -1)
@@ -347,9 +386,8 @@ void WCAutomationManager::SaveControlsToPreset(
         data.m_MIDIChannel = control->GetMIDIChannel();
         data.m_MIDIControlID = control->GetMIDIControlID();
         data.m_MIDIEventType = static_cast<Preset::EMIDIEventType>(control->GetMIDIEventType());
-        data.m_LeadParam = control->GetNumRegistrations() > 0
-                               ? static_cast<int>(control->GetLeadParamID())
-                               : -1;
+        data.m_LeadParam =
+            control->GetNumRegistrations() > 0 ? static_cast<int>(control->GetLeadParamID()) : -1;
         out.push_back(data);
     }
 }

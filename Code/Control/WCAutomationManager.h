@@ -51,6 +51,15 @@ public:
     // exposes a parameter no GUI control shows. -19 for an id beyond the parameters, -17 for a
     // name already in the list.
     int AddNewAutomationControl(const char *name, std::uint64_t id);
+    // The same at `index` (0 to the count), the controls from there moving up one place; a
+    // plug-in does it while it builds its list, before a host has stored indexes. -19 for an
+    // index beyond the list as well.
+    int AddNewAutomationControlForIndex(const char *name, std::uint64_t id, int index);
+    // Takes control `index` out of the list, the later ones moving down: -19 beyond the list.
+    int DeleteAutomationControl(int index);
+    // The state a MIDI value (0 to 127) selects among `numStates` states: 128 / numStates
+    // values a state, the last state for what rounds beyond; 0 without states.
+    static int CalculateNextState(int numStates, int value) noexcept;
 
     std::uint32_t GetNumAutomationControllers() const {
         return static_cast<std::uint32_t>(m_Controls.size());
@@ -117,6 +126,9 @@ public:
 
 private:
     void AddControl(std::unique_ptr<WCAutomationControl> control);
+    std::unique_ptr<WCAutomationControl> MakeHostControl(const char *name, std::uint64_t id,
+                                                         int &err) const;
+    void RebuildNameIndex();
     int WritePageTable(XML::CXMLElement *root, const char *type, int pageSize,
                        bool discreteOnly) const;
 

@@ -229,6 +229,31 @@ TEST_F(AutomationTest, ControlsTranslateStatesAndTextsAndNameTheNextToggleState)
               ml::eOutOfRangeNumber);
 }
 
+TEST_F(AutomationTest, AControlInsertedOrDeletedMovesTheLaterIndexesAndARefusalNone) {
+    std::uint64_t gain = 0;
+    ASSERT_EQ(m_Alg->GetParamIDFromName("Gain", gain), 0);
+    ASSERT_EQ(Manager().AddNewAutomationControlForIndex("Host", gain, 1), 0);
+    EXPECT_EQ(Index("Host"), 1);
+    EXPECT_EQ(Index("Cutoff"), 2);
+    EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Late", gain, 7), ml::eOutOfRangeNumber);
+    EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Cutoff", gain, 0),
+              ml::eSomeThingInitailzedTwice);
+    EXPECT_EQ(Index("Gain"), 0);
+    ASSERT_EQ(Manager().DeleteAutomationControl(1), 0);
+    EXPECT_EQ(Index("Host"), -1);
+    EXPECT_EQ(Index("Cutoff"), 1);
+    EXPECT_EQ(Manager().DeleteAutomationControl(5), ml::eOutOfRangeNumber);
+}
+
+TEST(WCAutomationManager, AMIDIValueSelectsTheStateOfItsShareOfTheRange) {
+    const struct {
+        int states, value, state;
+    } rows[] = {{3, 0, 0}, {3, 42, 0}, {3, 43, 1}, {3, 127, 2}, {2, 64, 1}, {0, 5, 0}, {4, -3, 0}};
+    for (const auto &row : rows)
+        EXPECT_EQ(ml::WCAutomationManager::CalculateNextState(row.states, row.value), row.state)
+            << row.states << ' ' << row.value;
+}
+
 TEST_F(AutomationTest, TheShellRecordHoldsTheControlAtItsByteOffsets) {
     ml::ControllerAutomationInfoVer11 info{};
     info.m_Version = 11;
