@@ -33,7 +33,9 @@ CControlPopupMenuHandler::CControlPopupMenuHandler(WCGUIControl *control, CStand
 
 std::unique_ptr<CControlPopupMenuHandler>
 CControlPopupMenuHandler::Clone(WCGUIControl *control) const {
-    return std::make_unique<CControlPopupMenuHandler>(control, m_pGUI);
+    auto copy = std::make_unique<CControlPopupMenuHandler>(control, m_pGUI);
+    copy->m_Builder = m_Builder;
+    return copy;
 }
 
 const WCParamRegistrationData *CControlPopupMenuHandler::GetLeadParamRegData() const {
@@ -61,6 +63,21 @@ short CControlPopupMenuHandler::GetDefaultMenuItem() const {
 }
 
 int CControlPopupMenuHandler::CreatePopUpMenu(WCPopupMenuData &outData) {
+    if (m_pControl == nullptr)
+        return eWrongObjectState;
+    outData.Clear();
+    outData.SetNoCheckMarks(m_pControl->GetControlFlag(eCF_PopupNoCheckmark));
+    if (m_Builder) {
+        if (const int err = m_Builder(outData); err != eNoErr)
+            return err;
+        if (const short current = GetDefaultMenuItem(); current >= 0)
+            outData.SetSingleCheckedItem(current);
+        return eNoErr;
+    }
+    return AddParameterStates(outData);
+}
+
+int CControlPopupMenuHandler::AddParameterStates(WCPopupMenuData &outData) const {
     const WCParamRegistrationData *lead = GetLeadParamRegData();
     cALGORITHM *alg = m_pControl != nullptr ? m_pControl->GetAlgorithm() : nullptr;
     const WCParam_Base *param =
@@ -70,8 +87,6 @@ int CControlPopupMenuHandler::CreatePopUpMenu(WCPopupMenuData &outData) {
     const int states = lead->GetNumStates();
     if (states < 2 || states > kMaxItems)
         return eOutOfRangeNumber;
-    outData.Clear();
-    outData.SetNoCheckMarks(m_pControl->GetControlFlag(eCF_PopupNoCheckmark));
     const short current = GetDefaultMenuItem();
     for (int i = 0; i < states; ++i) {
         const std::string title = ValueTextOfState(*param, i * 1000.0 / (states - 1));
@@ -116,6 +131,44 @@ int CControlPopupMenuHandler::DoShowPopupMenu(PVM::WCEventData &event, short &ou
             outCommand = GetCommandFromMenuItemInfo(chosen);
     }
     CleanMenuAfterShow();
+    return err;
+}
+
+CControlPopupMenuHandler::BUFFER_HEADER *
+CControlPopupMenuHandler::ChooseState(PVM::WCEventData &event, unsigned int type,
+                                      const bool *modifiers, int &outErr) {
+    short command = -1;
+    outErr = DoShowPopupMenu(event, command);
+    const WCParamRegistrationData *lead = GetLeadParamRegData();
+    if (outErr != eNoErr || command < 0 || lead == nullptr)
+        return nullptr;
+    const int states = lead->GetNumStates();
+    if (states < 2 || command >= states)
+        return nullptr;
+    WCParamRegistrationData &data = m_pControl->GetRegistration(
+        static_cast<std::size_t>(lead - &m_pControl->GetRegistration(0)));
+    m_pControl->SetNeedToRedrawControl();
+    return data.SetParamValue(command * 1000.0 / (states - 1), type, modifiers);
+}
+
+int CControlPopupMenuHandler::ShowAndSend(PVM::WCEventData &event) {
+    if (m_pControl == nullptr || m_pControl->IsDisabled() || GetLeadParamRegData() == nullptr)
+        return eNoErr;
+    const bool right = event.GetMouseButtonPressed(PVM::eMouseButtonRight);
+    for (std::size_t i = 0; i < m_pControl->GetNumRegistrations(); ++i)
+        m_pControl->GetRegistration(i).Touch();
+    int err = eNoErr;
+    BUFFER_HEADER *chain =
+        ChooseState(event, right ? eRegPopUpRightButton : eRegPopUp, nullptr, err);
+    for (std::size_t i = 0; i < m_pControl->GetNumRegistrations(); ++i)
+        m_pControl->GetRegistration(i).Release();
+    if (chain != nullptr) {
+        cALGORITHM *alg = m_pControl->GetAlgorithm();
+        const int sent = alg != nullptr ? alg->SendAndFreeBuffers(chain, eExecSendBuffers, true)
+                                        : eMemNullPointer;
+        if (err == eNoErr)
+            err = sent;
+    }
     return err;
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
+#include "Code/Process/KPAPIProcessMemory.h"
 #include "core/MirelNamespace.h"
 #include "core/WCPoint2D.h"
 #include "view/WCMenuTypes.h"
@@ -19,16 +21,19 @@ class WCEventData;
 }
 
 // What a control uses to show a menu of its lead parameter and learn the user's choice: builds
-// the tree (one item per state, titled by the parameter's value text for it, the current state
-// checked unless the control has "PopupNoCheckmark"), places it (below the control, or at the
-// mouse with "PopupAppearOnMousePos"), shows it over the document's view and answers the
-// choice's position. It changes no parameter: the control applies the choice. Owned by its
-// control, which outlives it. [main-thread]
+// the tree (one item per state, titled by the parameter's value text for it, or what a builder
+// set at run time gives; the current state checked unless the control has "PopupNoCheckmark"),
+// places it (below the control, or at the mouse with "PopupAppearOnMousePos"), shows it over
+// the document's view and answers the choice's position, which ChooseState turns into the lead
+// parameter's state of that position. Owned by its control, which outlives it. [main-thread]
 class CControlPopupMenuHandler {
 public:
     // Menu ids of the choices start here; a menu holds at most kMaxItems of them.
     static constexpr short kFirstMenuID = 1;
     static constexpr short kMaxItems = 1024;
+    using BUFFER_HEADER = KPAPI_PROCESS_MEMORY::BUFFER_HEADER;
+    // Fills the tree of a menu built at run time; a code other than 0 opens no menu.
+    using WTMenuBuilder = std::function<int(WCPopupMenuData &)>;
 
     CControlPopupMenuHandler(WCGUIControl *control, CStandardGUI_X *gui);
     virtual ~CControlPopupMenuHandler() = default;
@@ -43,8 +48,21 @@ public:
     // the user cancelled. eWrongObjectState without a view to show it over; the builder's code
     // when the menu cannot be made (eOutOfRangeNumber for a parameter of no or too many states).
     virtual int DoShowPopupMenu(PluginViewManager::WCEventData &event, short &outCommand);
-    // The tree of the menu; the default one lists the lead parameter's states.
+    // Shows the menu and, on a choice, sets the lead registration (when registered to `type`
+    // with `modifiers`, null for any) to the state of the chosen position; the chain to send,
+    // and the menu's code in `outErr`. A choice beyond the parameter's states changes nothing.
+    BUFFER_HEADER *ChooseState(PluginViewManager::WCEventData &event, unsigned int type,
+                               const bool *modifiers, int &outErr);
+    // ChooseState for the document's popup path ("PopUp", "PopUpRightButton"), as one gesture
+    // (touch and release) whose chain is sent here.
+    int ShowAndSend(PluginViewManager::WCEventData &event);
+    // The tree of the menu: the builder's, else the lead parameter's states; the current state
+    // checked unless "PopupNoCheckmark".
     virtual int CreatePopUpMenu(WCPopupMenuData &outData);
+    void SetMenuBuilder(WTMenuBuilder builder) { m_Builder = std::move(builder); }
+    // One item per state of the lead parameter, titled by its value text, the current one
+    // checked; eOutOfRangeNumber for a parameter of fewer than 2 or more than kMaxItems states.
+    int AddParameterStates(WCPopupMenuData &outData) const;
     virtual int ActivatePopupMenu(const WCPoint2D<short> &location,
                                   PluginViewManager::WCMenuItemInfo &outChosen);
     virtual WCPoint2D<short> GetMenuLocation(const PluginViewManager::WCEventData &event) const;
@@ -66,6 +84,7 @@ protected:
     WCGUIControl *m_pControl;
     CStandardGUI_X *m_pGUI;
     WCPopupMenu m_Menu;
+    WTMenuBuilder m_Builder;
 };
 
 MIREL_NAMESPACE_END

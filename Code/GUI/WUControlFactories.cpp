@@ -30,6 +30,7 @@
 // Popups, markers and digits
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
 #include "Code/GUI/Controls/CPopup_X.h"
+#include "Code/GUI/Controls/WCDynamicPopup.h"
 
 MIREL_NAMESPACE_BEGIN
 
@@ -87,9 +88,9 @@ constexpr WSControlKind kControlKinds[] = {
 
     // Popups, markers and digits
     {"Popup", &Make<CPopup_X>},
-    {"DynamicPopup", &Make<WCGUIControl>},
-    {"DynamicPopupModSource", &Make<WCGUIControl>},
-    {"DynamicPopupWithAlg", &Make<WCGUIControl>},
+    {"DynamicPopup", &Make<WCDynamicPopup>},
+    {"DynamicPopupModSource", &Make<WCDynamicPopupModSource>},
+    {"DynamicPopupWithAlg", &Make<WCDynamicPopupWithAlg>},
     {"Marker", &Make<WCGUIControl>},
     {"DigitDisplay", &Make<CDigitDisplay_X>},
 

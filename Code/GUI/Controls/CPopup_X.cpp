@@ -1,6 +1,5 @@
 #include "Code/GUI/Controls/CPopup_X.h"
 
-#include "Code/Algorithm/cALGORITHM.h"
 #include "view/WCEventData.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -31,23 +30,6 @@ void CPopup_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
         cls->push_sub_element(new XML::CXMLElement(child));
 }
 
-WCGUIControl::BUFFER_HEADER *CPopup_X::ChooseState(WCEventData &event, unsigned int type,
-                                                   const bool *modifiers, int &outErr) {
-    short command = -1;
-    outErr = m_Handler->DoShowPopupMenu(event, command);
-    if (outErr != eNoErr || command < 0)
-        return nullptr;
-    BUFFER_HEADER *chain = nullptr;
-    for (auto &data : m_Registrations) {
-        const int states = data.GetNumStates();
-        if (states < 2 || command >= states)
-            continue;
-        chain = Chain(chain, data.SetParamValue(command * 1000.0 / (states - 1), type, modifiers));
-    }
-    SetNeedToRedrawControl();
-    return chain;
-}
-
 WCGUIControl::BUFFER_HEADER *CPopup_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,
                                                      bool &keepGoing) {
     BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
@@ -61,28 +43,11 @@ WCGUIControl::BUFFER_HEADER *CPopup_X::MouseDownSelf(WCEventData &event, WURect<
         return chain;
     // A menu that cannot open leaves the value as it was; the click itself went through.
     int err = eNoErr;
-    return Chain(chain, ChooseState(event, eRegMouseDown, modifiers, err));
+    return Chain(chain, m_Handler->ChooseState(event, eRegMouseDown, modifiers, err));
 }
 
 int CPopup_X::DoControlPopupMenuSelf(WCEventData &event) {
-    if (IsDisabled() || m_Registrations.empty())
-        return eNoErr;
-    const bool right = event.GetMouseButtonPressed(PluginViewManager::eMouseButtonRight);
-    for (auto &data : m_Registrations)
-        data.Touch();
-    int err = eNoErr;
-    BUFFER_HEADER *chain =
-        ChooseState(event, right ? eRegPopUpRightButton : eRegPopUp, nullptr, err);
-    for (auto &data : m_Registrations)
-        data.Release();
-    if (chain != nullptr) {
-        const int sent = m_pAlg != nullptr
-                             ? m_pAlg->SendAndFreeBuffers(chain, eExecSendBuffers, true)
-                             : eMemNullPointer;
-        if (err == eNoErr)
-            err = sent;
-    }
-    return err;
+    return m_Handler->ShowAndSend(event);
 }
 
 WCGUIControl::BUFFER_HEADER *CPopup_X::MouseWheel(WCEventData &event, double dx, double dy) {

@@ -32,11 +32,6 @@ protected:
     BUFFER_HEADER *MouseDownSelf(WCEventData &event, WURect<double> &limits,
                                  bool &keepGoing) override;
 
-    // Shows the menu and, on a choice, sets every registration of `type` (with `modifiers`,
-    // null for any) to the chosen state; the chain, and the menu's code in `outErr`.
-    BUFFER_HEADER *ChooseState(WCEventData &event, unsigned int type, const bool *modifiers,
-                               int &outErr);
-
     std::unique_ptr<CControlPopupMenuHandler> m_Handler;
     std::vector<XML::CXMLElement> m_OtherChildren;
 };

@@ -16,6 +16,7 @@
 
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
+#include "Code/GUI/Controls/WCDynamicPopup.h"
 #include "Code/GUI/WUControlFactories.h"
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
@@ -32,7 +33,7 @@ namespace {
 namespace ml = MIREL_NAMESPACE_NAME;
 namespace PVM = ml::PluginViewManager;
 
-enum EId : std::uint64_t { eMode, eGain, eLevel };
+enum EId : std::uint64_t { eMode, eGain, eLevel, eShape, eSource };
 
 const char *kParamXML = R"(<ParamXML>
   <Parameter Name="Mode"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>3</Maximum>
@@ -46,6 +47,14 @@ const char *kParamXML = R"(<ParamXML>
   <Parameter Name="Level"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>100</Maximum>
     <Resolution>1</Resolution></Scale><InitialValue>0</InitialValue>
     <DisplayFunction>DisplayFloat0</DisplayFunction></Parameter>
+  <Parameter Name="Shape"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>2</Maximum>
+    <NumberOfStates>3</NumberOfStates></Scale><InitialValue>0</InitialValue>
+    <DisplayFunction>DisplayRealWorldString</DisplayFunction><DisplayStrings>
+    <RealWorld Value="0" String="Sine"/><RealWorld Value="1" String="Saw"/>
+    <RealWorld Value="2" String="Square"/></DisplayStrings></Parameter>
+  <Parameter Name="Source"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>3</Maximum>
+    <NumberOfStates>4</NumberOfStates></Scale><InitialValue>0</InitialValue>
+    <DisplayFunction>DisplayFloat0</DisplayFunction></Parameter>
 </ParamXML>)";
 
 #define MIREL_DIGITS                                                                               \
@@ -55,9 +64,11 @@ const char *kParamXML = R"(<ParamXML>
     R"(<Image ResID="2062"/>)"
 
 // A popup clicked open (below it), one opened by the document's popup path at the mouse without
-// check marks, a gain in digits with its sign on a dark field, and a level in three digits.
+// check marks, a gain in digits with its sign on a dark field, a level in three digits; below, a
+// dynamic popup (a switch picture), a modulation source chooser whose names the test sets, and
+// one whose items the algorithm would give.
 const char *kGUI = R"(<GUI version="5">
-  <ViewRect_List><Rect top="0" left="0" width="240" height="80"/></ViewRect_List>
+  <ViewRect_List><Rect top="0" left="0" width="240" height="116"/></ViewRect_List>
   <Background_Color red="28" green="30" blue="34" alpha="255"/>
   <Control_List>
     <cCONTROLLER Name="Mode"><Class Type="Popup"/>
@@ -83,7 +94,20 @@ const char *kGUI = R"(<GUI version="5">
         <Digit>9</Digit></DigitList></Class>
       <ControlRect top="46" left="110" width="120" height="24"/>
       <ParameterList><Param Name="Level" UpdateGraphics="true"><RegisterType>DisplayOnly</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Shape"><Class Type="DynamicPopup"><Image Type="Pushed" ResID="2011"/>
+        <Image Type="Released" ResID="2010"/></Class><ControlRect top="82" left="10" width="48" height="24"/>
+      <ParameterList><Param Name="Shape" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Source"><Class Type="DynamicPopupModSource"/>
+      <ControlRect top="82" left="70" width="100" height="24"/><ControlColor red="62" green="66" blue="75"/>
+      <ParameterList><Param Name="Source" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType>
+        <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="200" green="204" blue="210"/>
+          <PositionRect top="4" left="0" width="100" height="16"/></TextWin></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="ShapeByAlg"><Class Type="DynamicPopupWithAlg"><Image Type="Released" ResID="2011"/></Class>
+      <ControlRect top="82" left="182" width="48" height="24"/>
+      <ParameterList><Param Name="Shape" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
   </Control_List></GUI>)";
+
+const std::vector<std::string> kSources = {"LFO 1", "LFO 2", "Envelope", "Random"};
 
 const std::string kData = MIREL_GUI_TEST_DATA "/controls";
 
@@ -113,6 +137,7 @@ protected:
         options.m_height = 80;
         ASSERT_EQ(PVM::CreatePluginView(options, m_View), 0);
         m_GUI->SetPluginView(m_View);
+        dynamic_cast<ml::WCDynamicPopup &>(Control("Source")).SetMenuItems(kSources);
     }
     void TearDown() override {
         m_GUI->SetPluginView(nullptr);
@@ -157,6 +182,10 @@ TEST_F(PopupsGUI, EveryKindWritesItsClassBackAndABrokenChildChangesNothing) {
         int code;
     } cases[] = {
         {"Mode", "Popup", nullptr, nullptr, 0},
+        {"Source", "DynamicPopupModSource", nullptr, nullptr, 0},
+        {"ShapeByAlg", "DynamicPopupWithAlg", nullptr, nullptr, 0},
+        {"Shape", "DynamicPopup", R"(<Image Type="Pushed" ResID="2011"/>)",
+         R"(<Image Type="Pushed" ResID="many"/>)", ml::eNotANumber},
         {"GainDigits", "DigitDisplay", "<DigitsAlignment>Right</DigitsAlignment>",
          "<DigitsAlignment>Middle</DigitsAlignment>", ml::eValueNotFound},
         {"LevelDigits", "DigitDisplay", "<MaximumDisplayDigits>3</MaximumDisplayDigits>",
@@ -188,6 +217,7 @@ TEST_F(PopupsGUI, AFullFrameShowsTheChosenStatesAndTheValuesInDigits) {
     Set(eMode, 2000.0 / 3.0);
     Set(eGain, 1000.0 * 20.5 / 36.0); // -3.5 dB
     Set(eLevel, 70.0);                // 7
+    Set(eSource, 2000.0 / 3.0);       // "Envelope"
     m_Plugin.Shell().Idle(0, 1);
     ml::miGS::WCGraphicStreamBinaryWriter writer(0);
     writer.ActivateRemarks(true);
@@ -204,31 +234,38 @@ TEST_F(PopupsGUI, AFullFrameShowsTheChosenStatesAndTheValuesInDigits) {
     mirel_test::ExpectGoldenPicture(painter.GetSurface(), kData, "popups");
 }
 
-TEST_F(PopupsGUI, AClickOpensTheMenuOfTheParametersStatesAndAChoiceSetsIt) {
-    const std::vector<std::string> titles = {"Off", "Low", "Mid", "High"};
+TEST_F(PopupsGUI, AClickOpensTheMenuOfTheParametersStatesOrTheRunTimeItemsAndAChoiceSetsIt) {
+    const std::vector<std::string> modes = {"Off", "Low", "Mid", "High"};
+    const std::vector<std::string> shapes = {"Sine", "Saw", "Square"};
     const struct {
         const char *choice;
         short x, y;
-        double state;            // of Mode afterwards
-        ml::WCPoint2D<short> at; // where the menu opened
-        int checked;             // the item shown checked, -1 none
+        EId param;
+        double state;                          // afterwards
+        ml::WCPoint2D<short> at;               // where the menu opened
+        int checked;                           // the item shown checked, -1 none
+        const std::vector<std::string> *items; // the titles shown
     } cases[] = {
-        {"High", 20, 20, 1000.0, {10, 34}, 0},     // below the control, the state then checked
-        {nullptr, 20, 20, 1000.0, {10, 34}, 3},    // cancelled: nothing changes
-        {"Low", 30, 50, 1000.0 / 3, {30, 50}, -1}, // at the mouse, no check marks
+        // Below the control, the state then checked.
+        {"High", 20, 20, eMode, 1000.0, {10, 34}, 0, &modes},
+        {nullptr, 20, 20, eMode, 1000.0, {10, 34}, 3, &modes},    // cancelled: nothing changes
+        {"Low", 30, 50, eMode, 1000.0 / 3, {30, 50}, -1, &modes}, // at the mouse, no checks
+        {"Square", 20, 90, eShape, 1000.0, {10, 106}, 0, &shapes},
+        {"Envelope", 80, 90, eSource, 2000.0 / 3, {70, 106}, 0, &kSources},
+        {"Saw", 190, 90, eShape, 500.0, {182, 106}, 2, &shapes}, // the algorithm gives none
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(row.choice != nullptr ? row.choice : "cancelled");
         PVM::ClearShownMenus();
         ASSERT_EQ(PVM::SetNextMenuChoice(m_View, row.choice), 0);
         Click(row.x, row.y);
-        EXPECT_NEAR(State(eMode), row.state, 1e-9);
+        EXPECT_NEAR(State(row.param), row.state, 1e-9);
         ASSERT_EQ(PVM::GetShownMenus().size(), 1u);
         const PVM::WSShownMenu &shown = PVM::GetShownMenus()[0];
         EXPECT_EQ(shown.m_location, row.at);
-        ASSERT_EQ(shown.m_items.size(), titles.size());
-        for (std::size_t i = 0; i < titles.size(); ++i) {
-            EXPECT_EQ(shown.m_items[i].m_Title, titles[i]);
+        ASSERT_EQ(shown.m_items.size(), row.items->size());
+        for (std::size_t i = 0; i < row.items->size(); ++i) {
+            EXPECT_EQ(shown.m_items[i].m_Title, (*row.items)[i]);
             EXPECT_EQ(shown.m_items[i].IsChecked(), static_cast<int>(i) == row.checked) << i;
         }
     }
