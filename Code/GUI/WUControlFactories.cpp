@@ -29,6 +29,7 @@
 
 // Popups, markers and digits
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
+#include "Code/GUI/Controls/CMarker_X.h"
 #include "Code/GUI/Controls/CPopup_X.h"
 #include "Code/GUI/Controls/WCDynamicPopup.h"
 
@@ -91,7 +92,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"DynamicPopup", &Make<WCDynamicPopup>},
     {"DynamicPopupModSource", &Make<WCDynamicPopupModSource>},
     {"DynamicPopupWithAlg", &Make<WCDynamicPopupWithAlg>},
-    {"Marker", &Make<WCGUIControl>},
+    {"Marker", &Make<CMarker_X>},
     {"DigitDisplay", &Make<CDigitDisplay_X>},
 
     // Graphs

@@ -16,6 +16,7 @@
 
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
+#include "Code/GUI/Controls/CMarker_X.h"
 #include "Code/GUI/Controls/WCDynamicPopup.h"
 #include "Code/GUI/WUControlFactories.h"
 #include "Utilities/XML/Code/CXMLElement.h"
@@ -33,7 +34,7 @@ namespace {
 namespace ml = MIREL_NAMESPACE_NAME;
 namespace PVM = ml::PluginViewManager;
 
-enum EId : std::uint64_t { eMode, eGain, eLevel, eShape, eSource };
+enum EId : std::uint64_t { eMode, eGain, eLevel, eShape, eSource, eX, eY, eBand };
 
 const char *kParamXML = R"(<ParamXML>
   <Parameter Name="Mode"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>3</Maximum>
@@ -55,6 +56,12 @@ const char *kParamXML = R"(<ParamXML>
   <Parameter Name="Source"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>3</Maximum>
     <NumberOfStates>4</NumberOfStates></Scale><InitialValue>0</InitialValue>
     <DisplayFunction>DisplayFloat0</DisplayFunction></Parameter>
+  <Parameter Name="X"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
+    <Resolution>0.001</Resolution></Scale><InitialValue>0.5</InitialValue></Parameter>
+  <Parameter Name="Y"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
+    <Resolution>0.001</Resolution></Scale><InitialValue>0.5</InitialValue></Parameter>
+  <Parameter Name="Band"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
+    <NumberOfStates>2</NumberOfStates></Scale><InitialValue>0</InitialValue></Parameter>
 </ParamXML>)";
 
 #define MIREL_DIGITS                                                                               \
@@ -66,9 +73,9 @@ const char *kParamXML = R"(<ParamXML>
 // A popup clicked open (below it), one opened by the document's popup path at the mouse without
 // check marks, a gain in digits with its sign on a dark field, a level in three digits; below, a
 // dynamic popup (a switch picture), a modulation source chooser whose names the test sets, and
-// one whose items the algorithm would give.
+// one whose items the algorithm would give; at the bottom a marker (the '+' digit) in its field.
 const char *kGUI = R"(<GUI version="5">
-  <ViewRect_List><Rect top="0" left="0" width="240" height="116"/></ViewRect_List>
+  <ViewRect_List><Rect top="0" left="0" width="240" height="180"/></ViewRect_List>
   <Background_Color red="28" green="30" blue="34" alpha="255"/>
   <Control_List>
     <cCONTROLLER Name="Mode"><Class Type="Popup"/>
@@ -105,6 +112,13 @@ const char *kGUI = R"(<GUI version="5">
     <cCONTROLLER Name="ShapeByAlg"><Class Type="DynamicPopupWithAlg"><Image Type="Released" ResID="2011"/></Class>
       <ControlRect top="82" left="182" width="48" height="24"/>
       <ParameterList><Param Name="Shape" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Point"><Class Type="Marker"><Image ResID="2062"/>
+        <ClippingRect top="120" left="10" width="220" height="50"/><NoHideMouse/>
+        <TextValueOffset hOffset="14" vOffset="0"/><Cursor ResID="2020"/></Class>
+      <ControlRect top="0" left="0" width="12" height="20"/>
+      <ParameterList><Param Name="X" UpdateGraphics="true"><RegisterType>MouseHorizontal</RegisterType></Param>
+        <Param Name="Y" UpdateGraphics="true"><RegisterType>MouseVertical</RegisterType></Param>
+        <Param Name="Band"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
   </Control_List></GUI>)";
 
 const std::vector<std::string> kSources = {"LFO 1", "LFO 2", "Envelope", "Random"};
@@ -156,13 +170,18 @@ protected:
         Send(m_Plugin.Algorithm()->UpdateParamRequestState(id, state));
     }
     double State(EId id) const { return m_Plugin.Algorithm()->GetParam(id)->GetState(0); }
-    void Click(short x, short y) {
+    // A click at (x, y), dragged by (dx, dy) before its release when they are not 0.
+    void Click(short x, short y, short dx = 0, short dy = 0, bool twice = false) {
         PVM::WCEventData event;
-        event.SetMouseClickCount(PVM::eClickSingle);
+        event.SetMouseClickCount(twice ? PVM::eClickDouble : PVM::eClickSingle);
         event.SetMouseButtonPressed(PVM::eMouseButtonLeft, true);
         event.SetMouseLocation({x, y});
         event.SetMouseDownLocation({x, y});
         EXPECT_EQ(m_GUI->DoMouseDown(event), 0);
+        if (dx != 0 || dy != 0) {
+            event.SetMouseLocation({static_cast<short>(x + dx), static_cast<short>(y + dy)});
+            EXPECT_EQ(m_GUI->DoMouseMove(event), 0);
+        }
         event.SetMouseButtonPressed(PVM::eMouseButtonLeft, false);
         EXPECT_EQ(m_GUI->DoMouseUp(event), 0);
     }
@@ -184,6 +203,8 @@ TEST_F(PopupsGUI, EveryKindWritesItsClassBackAndABrokenChildChangesNothing) {
         {"Mode", "Popup", nullptr, nullptr, 0},
         {"Source", "DynamicPopupModSource", nullptr, nullptr, 0},
         {"ShapeByAlg", "DynamicPopupWithAlg", nullptr, nullptr, 0},
+        {"Point", "Marker", R"(<Cursor ResID="2020"/>)", R"(<Cursor ResID="arrow"/>)",
+         ml::eNotANumber},
         {"Shape", "DynamicPopup", R"(<Image Type="Pushed" ResID="2011"/>)",
          R"(<Image Type="Pushed" ResID="many"/>)", ml::eNotANumber},
         {"GainDigits", "DigitDisplay", "<DigitsAlignment>Right</DigitsAlignment>",
@@ -218,6 +239,8 @@ TEST_F(PopupsGUI, AFullFrameShowsTheChosenStatesAndTheValuesInDigits) {
     Set(eGain, 1000.0 * 20.5 / 36.0); // -3.5 dB
     Set(eLevel, 70.0);                // 7
     Set(eSource, 2000.0 / 3.0);       // "Envelope"
+    Set(eX, 250.0);
+    Set(eY, 800.0);
     m_Plugin.Shell().Idle(0, 1);
     ml::miGS::WCGraphicStreamBinaryWriter writer(0);
     writer.ActivateRemarks(true);
@@ -280,6 +303,54 @@ TEST_F(PopupsGUI, AWheelNotchStepsOneStateHoweverFastTheWheelTurns) {
     }
     Send(mode.MouseWheel(event, 0.0, -1.0));
     EXPECT_NEAR(State(eMode), 1000.0 / 3, 1e-9);
+}
+
+TEST_F(PopupsGUI, AMarkerStandsWhereItsValuesPlaceItAndADragOverItsFieldMovesThem) {
+    auto &marker = dynamic_cast<ml::CMarker_X &>(Control("Point"));
+    const struct {
+        double x, y;
+        ml::WCPoint2D<short> at;
+    } cases[] = {{500.0, 500.0, {120, 145}}, {0.0, 0.0, {10, 170}}, {1000.0, 1000.0, {230, 120}}};
+    for (const auto &row : cases) {
+        Set(eX, row.x);
+        Set(eY, row.y);
+        m_Plugin.Shell().Idle(0, 1);
+        EXPECT_EQ(marker.GetMarkerPosition(), row.at) << row.x << "," << row.y;
+        EXPECT_EQ(marker.GetDrawableRect().left, row.at.x - 6) << "its rect follows";
+    }
+    Set(eX, 500.0);
+    Set(eY, 500.0);
+    m_Plugin.Shell().Idle(0, 1);
+    Click(120, 145, 22, -5); // a tenth of the field's width and height, fast
+    EXPECT_NEAR(State(eX), 600.0, 1e-6);
+    EXPECT_NEAR(State(eY), 600.0, 1e-6);
+}
+
+TEST_F(PopupsGUI, AMarkerSwitchesOnlyWhenItsFlagsSaySo) {
+    const struct {
+        unsigned int flag; // 0 none
+        short dx;          // a drag before the release
+        bool twice;        // a double click
+        double band;       // afterwards, from 0
+    } cases[] = {
+        {0, 0, false, 0.0},
+        {ml::eCF_MarkerSwitchOnClick, 0, false, 1000.0},
+        {ml::eCF_MarkerSwitchOnMouseUp, 0, false, 1000.0},
+        {ml::eCF_MarkerSwitchOnMouseUp, 30, false, 0.0},
+        {ml::eCF_MarkerSwitchOnDoubleClick, 0, false, 0.0},
+        {ml::eCF_MarkerSwitchOnDoubleClick, 0, true, 1000.0},
+    };
+    ml::WCGUIControl &marker = Control("Point");
+    for (const auto &row : cases) {
+        for (unsigned int flag : {ml::eCF_MarkerSwitchOnClick, ml::eCF_MarkerSwitchOnMouseUp,
+                                  ml::eCF_MarkerSwitchOnDoubleClick})
+            marker.SetControlFlag(flag, flag == row.flag);
+        Set(eBand, 0.0);
+        Set(eX, 500.0);
+        m_Plugin.Shell().Idle(0, 1);
+        Click(120, 145, row.dx, 0, row.twice);
+        EXPECT_DOUBLE_EQ(State(eBand), row.band) << row.flag << " " << row.dx << " " << row.twice;
+    }
 }
 
 TEST_F(PopupsGUI, TheValueTextBecomesTheDigitsOfTheDisplaysRules) {
