@@ -35,24 +35,25 @@ double CToggle_X::NextState(double state, double step, bool reverse) noexcept {
 WTErr CToggle_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *) {
     if (cls == nullptr)
         return eMemNullPointer;
-    WTErr first = eNoErr;
+    // Read aside and kept only whole, so that a broken image leaves the toggle as it was.
+    WCBaseImage pushed, released;
+    pushed.Assign(m_Pushed);
+    released.Assign(m_Released);
     for (const XML::CXMLElement *child : cls->GetSubElements()) {
         if (child->GetName() != "Image")
             continue;
         const auto type = child->GetAttribString("Type");
-        WCBaseImage *target = type == "Pushed"     ? &m_Pushed
-                              : type == "Released" ? &m_Released
-                                                   : nullptr;
+        WCBaseImage *target = type == "Pushed" ? &pushed : type == "Released" ? &released : nullptr;
         if (target == nullptr)
             continue;
         WCBaseImage image;
-        const WTErr err = image.ReadFromXML(child);
-        if (err == eNoErr)
-            target->Assign(image);
-        else if (first == eNoErr)
-            first = err;
+        if (const WTErr err = image.ReadFromXML(child); err != eNoErr)
+            return err;
+        target->Assign(image);
     }
-    return first;
+    m_Pushed.Assign(pushed);
+    m_Released.Assign(released);
+    return eNoErr;
 }
 
 void CToggle_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
