@@ -232,8 +232,8 @@ public:
     const std::vector<WCFixedString<63>> &GetRequestedAutomationOrder() const noexcept {
         return m_AutomationOrder;
     }
-    // The controls in the requested order (or the automation order), those the order does not
-    // name at the end in reading order.
+    // The controls in the requested order (or the automation order, when the XML has one), those
+    // the order does not name at the end in reading order.
     virtual std::vector<WCGUIControl *> CheckGetOrderedControlList(bool automation) const;
     void PrepareControlOrder();
     void PrepareTabOrder();

@@ -410,7 +410,11 @@ WTErr CStandardGUI_X::ReadXML_ControlGroups(XML::CXMLElement const &element, Con
 // ---- order and tabs -------------------------------------------------------------------------
 
 std::vector<WCGUIControl *> CStandardGUI_X::CheckGetOrderedControlList(bool automation) const {
-    const auto &requested = automation ? m_AutomationOrder : m_RequestedOrder;
+    // Without an automation order of its own, a GUI's hosts see its controls in its control
+    // order, as a user does.
+    const auto &requested = automation && GetControlOrderFlag(eHasAutomationControlOrder)
+                                ? m_AutomationOrder
+                                : m_RequestedOrder;
     std::unordered_map<std::string_view, WCGUIControl *> byName;
     byName.reserve(m_ReadingOrder.size());
     for (WCGUIControl *control : m_ReadingOrder)
