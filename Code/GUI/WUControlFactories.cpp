@@ -25,7 +25,17 @@
 #include "Code/GUI/Controls/WCPolygonMeter.h"
 
 // Buttons, toggles and their kin
+#include "Code/GUI/Controls/CButton_X.h"
+#include "Code/GUI/Controls/CControlForAutomation_X.h"
+#include "Code/GUI/Controls/CDragHandle.h"
+#include "Code/GUI/Controls/CFixedStateToggleWithOff.h"
+#include "Code/GUI/Controls/CNoGUI.h"
+#include "Code/GUI/Controls/CRadioButton_X.h"
+#include "Code/GUI/Controls/CTextEntry_X.h"
 #include "Code/GUI/Controls/CToggle_X.h"
+#include "Code/GUI/Controls/WCAutoTrimButton.h"
+#include "Code/GUI/Controls/WCTab.h"
+#include "Code/GUI/Controls/X_CMultiField.h"
 
 // Popups, markers and digits
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
@@ -71,21 +81,21 @@ constexpr WSControlKind kControlKinds[] = {
     {"BarMarker", &Make<CBarMarker_X>},
 
     // Buttons, toggles and their kin
-    {"TextKnob", &Make<WCGUIControl>},
-    {"MFTextKnob", &Make<WCGUIControl>},
+    {"TextKnob", &Make<CButton_X>},
+    {"MFTextKnob", &Make<X_CMultiField>},
     {"Toggle", &Make<CToggle_X>},
-    {"FixedStateToggleWithOff", &Make<WCGUIControl>},
-    {"TextEntry", &Make<WCGUIControl>},
+    {"FixedStateToggleWithOff", &Make<CFixedStateToggleWithOff>},
+    {"TextEntry", &Make<CTextEntry_X>},
     {"IncDec", &Make<WCGUIControl>},
     {"ScrollerButton", &Make<WCGUIControl>},
     {"Scrollbar", &Make<WCGUIControl>},
-    {"AutoTrim", &Make<WCGUIControl>},
-    {"DragHandle", &Make<WCGUIControl>},
-    {"Tab", &Make<WCGUIControl>},
+    {"AutoTrim", &Make<WCAutoTrimButton>},
+    {"DragHandle", &Make<CDragHandle>},
+    {"Tab", &Make<WCTab>},
     {"LRB", &Make<WCGUIControl>},
-    {"RadioButton", &Make<WCGUIControl>},
-    {"ControlForAutomation", &Make<WCGUIControl>},
-    {"NoGUI", &Make<WCGUIControl>},
+    {"RadioButton", &Make<CRadioButton_X>},
+    {"ControlForAutomation", &Make<CControlForAutomation_X>},
+    {"NoGUI", &Make<CNoGUI>},
 
     // Popups, markers and digits
     {"Popup", &Make<CPopup_X>},
