@@ -6,7 +6,7 @@ MIREL_NAMESPACE_BEGIN
 
 X_CToolbarButton *X_CToolbarButton::Clone() const {
     auto *copy = new X_CToolbarButton(m_pOwner, m_Type.c_str());
-    CopyTo(*copy);
+    CopyButtonTo(*copy);
     copy->m_Static = m_Static;
     return copy;
 }
@@ -15,7 +15,7 @@ XML::CXMLElement *X_CToolbarButton::WriteToXMLWithAlg(XML::CXMLElement *element)
     if (element == nullptr)
         return nullptr;
     element->SetAttrib("type", m_Type.c_str());
-    return WCGUIControl::WriteToXMLWithAlg(element);
+    return CButton_X::WriteToXMLWithAlg(element);
 }
 
 MIREL_NAMESPACE_END

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Code/GUI/WCGUIControl.h"
+#include "Code/GUI/Controls/CButton_X.h"
 #include "core/MirelNamespace.h"
 #include "core/WCFixedString.h"
 
@@ -10,9 +10,9 @@ MIREL_NAMESPACE_BEGIN
 // picture and rectangle as any control does and remembers its kind; what a press does (open the
 // preset menu, undo, step presets) belongs to the input and control layers that drive it.
 // [main-thread]
-class X_CToolbarButton : public WCGUIControl {
+class X_CToolbarButton : public CButton_X {
 public:
-    X_CToolbarButton(WIControlOwner *owner, const char *type) : WCGUIControl(owner), m_Type(type) {}
+    X_CToolbarButton(WIControlOwner *owner, const char *type) : CButton_X(owner), m_Type(type) {}
 
     X_CToolbarButton *Clone() const override;
     XML::CXMLElement *WriteToXMLWithAlg(XML::CXMLElement *element) const override;
