@@ -1,0 +1,369 @@
+// The buttons, toggles and their kin, made by the factory from their "Class" type: their XML,
+// one GUI holding every kind drawn as a reviewed frame and picture, and what a click or a drag
+// does to each.
+
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/WCGUIPlugin.h"
+#include "tests/support/WCGoldenFile.h"
+#include "tests/support/WCGoldenPicture.h"
+#include "tests/support/WCTestHome.h"
+
+#include "Code/GUI/CStandardGUI_X.h"
+#include "Code/GUI/Controls/CDragHandle.h"
+#include "Code/GUI/Controls/WCTab.h"
+#include "Code/GUI/WUControlFactories.h"
+#include "Utilities/XML/Code/CXMLElement.h"
+#include "Utilities/XML/Code/CXMLTreeBuilder.h"
+#include "Utilities/XML/Code/WriteXMLToStream.h"
+#include "graphic_stream/WCGraphicStreamBinaryWriter.h"
+#include "graphic_stream/WCGraphicStreamToCairo.h"
+#include "graphic_stream/WCGraphicStreamToYAML.h"
+#include "view/PluginViewManager.h"
+#include "view/WCEventData.h"
+#include "view/linux/WUHeadlessView.h"
+
+namespace {
+
+namespace ml = MIREL_NAMESPACE_NAME;
+namespace PVM = ml::PluginViewManager;
+
+const std::string kFolder = MIREL_GUI_TEST_DATA "/controls";
+
+std::unique_ptr<ml::XML::CXMLElement> Parse(const std::string &text) {
+    auto root = std::make_unique<ml::XML::CXMLElement>();
+    ml::XML::CXMLTreeBuilder(root.get()).BuildFromSingleBuffer(text.data(), text.size());
+    EXPECT_TRUE(root->IsValid()) << text;
+    return root;
+}
+
+std::string Written(const ml::WCGUIControl &control) {
+    ml::XML::CXMLElement element("cCONTROLLER");
+    control.WriteToXMLWithAlg(&element);
+    std::string text;
+    ml::XML::WriteXMLToString(text, &element, false, true, 0);
+    return text;
+}
+
+// The text without the line breaks and indents of its pretty printing.
+std::string Flat(const std::string &text) {
+    std::string flat;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\n') {
+            flat += text[i];
+            continue;
+        }
+        while (i + 1 < text.size() && (text[i + 1] == ' ' || text[i + 1] == '\n'))
+            ++i;
+    }
+    return flat;
+}
+
+std::unique_ptr<ml::WCGUIControl> Make(const char *type) {
+    return std::unique_ptr<ml::WCGUIControl>(
+        ml::CreateDefaultControls(ml::WCFixedString<31>(type), nullptr));
+}
+
+// ---- XML -------------------------------------------------------------------------------------
+
+TEST(Controls_Buttons_XML, EachKindWritesItsClassBackAsReadAndABrokenChildChangesNothing) {
+    const struct {
+        const char *type;
+        const char *children;
+        const char *broken;
+    } rows[] = {
+        {"TextKnob", "<Legend>dB</Legend>", nullptr},
+        {"TextEntry", R"(<Image Type="Pushed" ResID="2011"/><Image Type="Released" ResID="2010"/>)",
+         R"(<Image Type="Pushed" ResID="x"/>)"},
+        {"FixedStateToggleWithOff", R"(<Image Type="Pushed" ResID="2011"/>)",
+         R"(<Image Type="Released" ResID="x"/>)"},
+        {"AutoTrim", R"(<Image Type="Released" ResID="2010"/>)",
+         R"(<Image Type="Pushed" ResID=""/>)"},
+        {"RadioButton",
+         R"(<DontUseGraphData>true</DontUseGraphData><NumVertDivisions>2</NumVertDivisions>)"
+         R"(<NumHorizDivisions>3</NumHorizDivisions><DivisionList><Division top="0" left="0" width="10" height="10"/>)"
+         R"(<Division top="0" left="10" width="10" height="10"/></DivisionList>)"
+         R"(<ButtonsDrawArea top="5" left="6" width="70" height="20"/>)",
+         "<NumVertDivisions>none</NumVertDivisions>"},
+        {"DragHandle", R"(<MovementRect top="0" left="0" width="200" height="50"/>)",
+         R"(<MovementRect top="0" left="0" width="-4" height="50"/>)"},
+        {"Tab",
+         R"(<TabGroup>Pages</TabGroup><Group>Main</Group><Control>Extra</Control><Name>Main</Name>)"
+         R"(<ViewRect top="24" left="0" width="320" height="96"/><Image Type="Pushed" ResID="2011"/>)",
+         R"(<ViewRect top="x" left="0" width="320" height="96"/>)"},
+        {"ControlForAutomation", "<DiscreteStep>250</DiscreteStep>",
+         "<DiscreteStep>a lot</DiscreteStep>"},
+        {"NoGUI", "", nullptr},
+        {"MFTextKnob", R"(<Edit>true</Edit><Image Type="Frame" ResID="2010"/>)",
+         R"(<Image Type="Frame" ResID="none"/>)"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.type);
+        const std::string cls =
+            std::string("<Class Type=\"") + row.type + "\">" + row.children + "</Class>";
+        auto control = Make(row.type);
+        ASSERT_NE(control, nullptr);
+        ASSERT_EQ(control->ReadFromXMLWithAlg(
+                      Parse("<cCONTROLLER Name=\"C\">" + cls + "</cCONTROLLER>").get(), nullptr),
+                  0);
+        const std::string once = Written(*control);
+        EXPECT_NE(Flat(once).find(row.children), std::string::npos) << once;
+        auto again = Make(row.type);
+        ASSERT_EQ(again->ReadFromXMLWithAlg(Parse(once).get(), nullptr), 0);
+        EXPECT_EQ(Written(*again), once);
+        if (row.broken == nullptr)
+            continue;
+        EXPECT_NE(again->ReadFromXMLWithAlg(
+                      Parse(std::string("<cCONTROLLER Name=\"C\"><Class Type=\"") + row.type +
+                            "\">" + row.broken + "</Class></cCONTROLLER>")
+                          .get(),
+                      nullptr),
+                  0);
+        EXPECT_EQ(Written(*again), once) << "a broken child leaves the control as it was";
+    }
+}
+
+// ---- in a GUI --------------------------------------------------------------------------------
+
+const char *kParamXML = R"(<ParamXML>
+  <Parameter Name="Gain"><Scale><ScaleType Type="linear"/><Minimum>-24</Minimum>
+    <Maximum>12</Maximum><Resolution>0.1</Resolution></Scale><InitialValue>0</InitialValue>
+    <DisplayFunction>DisplayGainWithDB</DisplayFunction></Parameter>
+  <Parameter Name="Mode"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>3</Maximum>
+    <NumberOfStates>4</NumberOfStates></Scale><InitialValue>2</InitialValue></Parameter>
+  <Parameter Name="Bank"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>2</Maximum>
+    <NumberOfStates>3</NumberOfStates></Scale><InitialValue>1</InitialValue></Parameter>
+  <Parameter Name="Bank2"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>2</Maximum>
+    <NumberOfStates>3</NumberOfStates></Scale><InitialValue>0</InitialValue></Parameter>
+  <Parameter Name="Left"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
+    <Resolution>0.01</Resolution></Scale><InitialValue>0.25</InitialValue>
+    <DisplayFunction>DisplayFloat2</DisplayFunction></Parameter>
+  <Parameter Name="Right"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
+    <Resolution>0.01</Resolution></Scale><InitialValue>0.75</InitialValue>
+    <DisplayFunction>DisplayFloat2</DisplayFunction></Parameter>
+  <Parameter Name="Trim"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
+    <NumberOfStates>2</NumberOfStates></Scale><InitialValue>1</InitialValue></Parameter>
+</ParamXML>)";
+
+// Two tabs over the pages "Main" and "More" (More hidden); on Main a row of four radio buttons
+// (the third lit), a typed value, two switches to a fixed state (one there, one off) and an
+// auto-trim switch (on); outside the pages a text knob, two fields in one box, a handle that
+// slides in its rect, and a
+// control for automation and one without picture, which would show red if they drew.
+const char *kGUI = R"(<GUI version="5">
+  <ViewRect_List><Rect top="0" left="0" width="320" height="160"/></ViewRect_List>
+  <Background_Color red="40" green="44" blue="52" alpha="255"/>
+  <Control_Groups><Group Name="Main"/><Group Name="More"/></Control_Groups>
+  <Control_List>
+    <cCONTROLLER Name="TabMain"><Class Type="Tab"><TabGroup>Pages</TabGroup><Group>Main</Group>
+      <Name>Main</Name><ViewRect top="24" left="0" width="320" height="96"/></Class>
+      <ControlRect top="0" left="0" width="80" height="24"/></cCONTROLLER>
+    <cCONTROLLER Name="TabMore"><Class Type="Tab"><TabGroup>Pages</TabGroup><Group>More</Group>
+      <Name>More</Name><ViewRect top="24" left="0" width="320" height="96"/></Class>
+      <ControlRect top="0" left="80" width="80" height="24"/></cCONTROLLER>
+    <cCONTROLLER Name="Mode"><Class Type="RadioButton"><NumHorizDivisions>4</NumHorizDivisions></Class>
+      <ControlRect top="36" left="10" width="160" height="30"/>
+      <ParameterList><Param Name="Mode" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList>
+      <Group Name="Main"/></cCONTROLLER>
+    <cCONTROLLER Name="Entry"><Class Type="TextEntry"/>
+      <ControlRect top="80" left="10" width="100" height="24"/>
+      <ParameterList><Param Name="Gain" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType>
+        <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="0" green="0" blue="0"/>
+          <PositionRect top="0" left="0" width="100" height="24"/></TextWin></Param></ParameterList>
+      <Group Name="Main"/></cCONTROLLER>
+    <cCONTROLLER Name="Fixed"><Class Type="FixedStateToggleWithOff"/>
+      <ControlRect top="36" left="190" width="48" height="24"/>
+      <ParameterList><Param Name="Bank" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType>
+        <RegisterType State="500">FixedState</RegisterType>
+        <BitmapWin><ImageList><Image ResID="2010"/><Image ResID="2011"/><Image ResID="2010"/></ImageList></BitmapWin>
+      </Param></ParameterList><Group Name="Main"/></cCONTROLLER>
+    <cCONTROLLER Name="FixedOff"><Class Type="FixedStateToggleWithOff"/>
+      <ControlRect top="36" left="250" width="48" height="24"/>
+      <ParameterList><Param Name="Bank2" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType>
+        <RegisterType State="500">FixedState</RegisterType>
+        <BitmapWin><ImageList><Image ResID="2010"/><Image ResID="2011"/><Image ResID="2010"/></ImageList></BitmapWin>
+      </Param></ParameterList><Group Name="Main"/></cCONTROLLER>
+    <cCONTROLLER Name="Trim"><Class Type="AutoTrim"/>
+      <ControlRect top="80" left="190" width="48" height="24"/>
+      <ParameterList><Param Name="Trim" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType>
+        <BitmapWin><ImageList><Image ResID="2010"/><Image ResID="2011"/></ImageList></BitmapWin>
+      </Param></ParameterList><Group Name="Main"/></cCONTROLLER>
+    <cCONTROLLER Name="Hidden"><Class Type="RadioButton"><NumVertDivisions>2</NumVertDivisions></Class>
+      <ControlRect top="36" left="10" width="40" height="60"/>
+      <ParameterList><Param Name="Mode" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList>
+      <Group Name="More"/></cCONTROLLER>
+    <cCONTROLLER Name="Knob"><Class Type="TextKnob"/>
+      <ControlRect top="128" left="10" width="80" height="20"/>
+      <ParameterList><Param Name="Gain" UpdateGraphics="true"><RegisterType>MouseVertical</RegisterType>
+        <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="230" green="230" blue="230"/>
+          <PositionRect top="0" left="0" width="80" height="20"/></TextWin></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Handle"><Class Type="DragHandle"><MovementRect top="120" left="150" width="160" height="40"/></Class>
+      <ControlColor red="90" green="160" blue="230"/>
+      <ControlRect top="128" left="190" width="40" height="20"/></cCONTROLLER>
+    <cCONTROLLER Name="Auto"><Class Type="ControlForAutomation"><DiscreteStep>250</DiscreteStep></Class>
+      <ControlColor red="255" green="0" blue="0"/>
+      <ParameterList><Param Name="Mode"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Fields"><Class Type="MFTextKnob"><Edit>true</Edit></Class>
+      <ControlRect top="0" left="170" width="140" height="24"/>
+      <ParameterList><Param Name="Left" UpdateGraphics="true"><RegisterType>MouseVertical</RegisterType>
+        <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="230" green="230" blue="230"/>
+          <PositionRect top="2" left="2" width="66" height="20"/></TextWin></Param>
+        <Param Name="Right" UpdateGraphics="true"><RegisterType>MouseVertical</RegisterType>
+        <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="230" green="230" blue="230"/>
+          <PositionRect top="2" left="72" width="66" height="20"/></TextWin></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Silent"><Class Type="NoGUI"/>
+      <ControlColor red="255" green="0" blue="0"/><ControlRect top="128" left="100" width="40" height="20"/></cCONTROLLER>
+  </Control_List></GUI>)";
+
+class Controls_Buttons : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(m_Plugin.Start(m_Home.path(), "Buttons", kParamXML, kGUI));
+        m_GUI = m_Plugin.GUI();
+        ASSERT_EQ(PVM::Init(), 0);
+        PVM::WCPluginViewCreateOptions options;
+        options.m_width = 320;
+        options.m_height = 160;
+        ASSERT_EQ(PVM::CreatePluginView(options, m_View), 0);
+        m_GUI->SetPluginView(m_View);
+        // The value windows show their values from the first idle on.
+        m_Plugin.Shell().Idle(0, 1);
+    }
+    void TearDown() override {
+        m_Plugin.Stop();
+        PVM::Dispose();
+    }
+    ml::WCGUIControl &C(const char *name) const {
+        ml::WCGUIControl *control = m_GUI->GetControlPtrByName(name);
+        EXPECT_NE(control, nullptr) << name;
+        return *control;
+    }
+    double State(const char *name) const { return C(name).GetRegistration(0).GetValue(); }
+    PVM::WCEventData &Event(short x, short y, bool pressed) {
+        m_Event.SetMouseClickCount(PVM::eClickSingle);
+        m_Event.SetMouseButtonPressed(PVM::eMouseButtonLeft, pressed);
+        m_Event.SetMouseLocation({x, y});
+        return m_Event;
+    }
+    void Down(short x, short y) {
+        m_Event.SetMouseDownLocation({x, y});
+        EXPECT_EQ(m_GUI->DoMouseDown(Event(x, y, true)), 0);
+    }
+    void Move(short x, short y) { EXPECT_EQ(m_GUI->DoMouseMove(Event(x, y, true)), 0); }
+    void Up(short x, short y) { EXPECT_EQ(m_GUI->DoMouseUp(Event(x, y, false)), 0); }
+    void Click(short x, short y) {
+        Down(x, y);
+        Up(x, y);
+    }
+
+    mirel_test::WCTestHome m_Home;
+    mirel_test::WCGUIPlugin m_Plugin;
+    ml::CStandardGUI_X *m_GUI = nullptr;
+    ml::WSPluginView *m_View = nullptr;
+    PVM::WCEventData m_Event;
+};
+
+// The frame without its first text record, the temporary bundle's path.
+std::string WithoutResourcePath(const std::string &yaml) {
+    const std::size_t at = yaml.find("resources_base_url");
+    if (at == std::string::npos)
+        return yaml;
+    return yaml.substr(0, at) + yaml.substr(yaml.find('\n', at));
+}
+
+TEST_F(Controls_Buttons, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {
+    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
+    writer.ActivateRemarks(true);
+    m_GUI->SetNeedToRedrawGUI();
+    ASSERT_EQ(m_GUI->GetDrawInstructions(writer), 0);
+    ml::miGS::WCGraphicStreamToYAML yaml;
+    ASSERT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), 0);
+    mirel_test::ExpectGoldenFile(WithoutResourcePath(yaml.GetYamlStr()), kFolder, "buttons.yaml");
+
+    ml::miGS::WCGraphicStreamToCairo painter;
+    painter.FollowDataPointers(true);
+    painter.ExecStream(static_cast<char *>(writer.GetStreamPtr()), writer.GetStreamSize());
+    EXPECT_EQ(painter.GetFirstDrawError(), 0);
+    mirel_test::ExpectGoldenPicture(painter.GetSurface(), kFolder, "buttons");
+}
+
+TEST_F(Controls_Buttons, AClickSetsWhatEachKindSetsInTurn) {
+    // Rows run in order: each starts from the state the rows before it left.
+    const struct {
+        short x, y;
+        const char *control;
+        double state;
+    } clicks[] = {
+        {20, 50, "Mode", 0.0},        // the first radio cell
+        {160, 50, "Mode", 1000.0},    // the last
+        {70, 50, "Mode", 333.0},      // the second: a third of the way
+        {214, 48, "Fixed", 0.0},      // at its fixed state: off
+        {214, 48, "Fixed", 500.0},    // and back to it
+        {274, 48, "FixedOff", 500.0}, // off: to the fixed state
+        {214, 92, "Trim", 0.0},       // the auto-trim switch steps as a toggle
+    };
+    for (const auto &row : clicks) {
+        Click(row.x, row.y);
+        EXPECT_NEAR(State(row.control), row.state, 0.5) << row.control << " at " << row.x;
+    }
+}
+
+TEST_F(Controls_Buttons, ATabShowsItsPageAndHidesTheOthers) {
+    auto &main = dynamic_cast<ml::WCTab &>(C("TabMain"));
+    auto &more = dynamic_cast<ml::WCTab &>(C("TabMore"));
+    ASSERT_TRUE(main.IsChosen() && !more.IsChosen()) << "the first tab of the row at the start";
+    EXPECT_TRUE(C("Hidden").IsHidden(true));
+    Click(120, 12);
+    EXPECT_TRUE(more.IsChosen());
+    EXPECT_FALSE(main.IsChosen());
+    EXPECT_FALSE(C("Hidden").IsHidden(true));
+    EXPECT_TRUE(C("Mode").IsHidden(true));
+    EXPECT_EQ(main.GetDrawableRect().left, 0) << "a tab without a movement rect stays put";
+
+    // A chosen tab hidden with "HideChildrenWhenTabHidden" takes its page with it.
+    more.SetControlFlag(ml::eCF_HideChildrenWhenTabHidden, true);
+    more.Hide();
+    EXPECT_TRUE(C("Hidden").IsHidden(true));
+    more.Show();
+    EXPECT_FALSE(C("Hidden").IsHidden(true));
+}
+
+TEST_F(Controls_Buttons, AHandleFollowsTheMouseInsideItsMovementRect) {
+    auto &handle = C("Handle");
+    Down(200, 138);
+    Move(230, 126); // 30 right and 12 up, 4 more than the rect allows
+    EXPECT_EQ(handle.GetDrawableRect(), ml::WURect<short>(120, 220, 140, 260));
+    Move(330, 200); // far beyond: stopped at the rect's right and bottom
+    EXPECT_EQ(handle.GetDrawableRect(), ml::WURect<short>(140, 270, 160, 310));
+    Up(330, 200);
+}
+
+TEST_F(Controls_Buttons, ADragInAMultiFieldMovesTheFieldPressedAlone) {
+    auto &fields = C("Fields");
+    const double left = fields.GetRegistration(0).GetValue();
+    const double right = fields.GetRegistration(1).GetValue();
+    Down(280, 12);
+    Move(280, 2);
+    Up(280, 2);
+    EXPECT_EQ(fields.GetRegistration(0).GetValue(), left);
+    EXPECT_GT(fields.GetRegistration(1).GetValue(), right);
+}
+
+TEST_F(Controls_Buttons, AClickOnTheEntryOpensTheBoxOverItsValueAndTheTextSetsIt) {
+    Click(50, 90);
+    PVM::WSTextBoxState box;
+    ASSERT_EQ(PVM::GetTextBoxState(box), 0);
+    ASSERT_TRUE(box.m_active);
+    EXPECT_EQ(box.m_topLeft, ml::WCPoint2D<short>(10, 80));
+    EXPECT_FALSE(box.m_options.m_text.empty()) << "the value shown";
+    ASSERT_EQ(PVM::CommitTextBox("3.5"), 0);
+    double gain = 0.0;
+    m_Plugin.Algorithm()->GetParamRealWorld(0, gain);
+    EXPECT_DOUBLE_EQ(gain, 3.5);
+}
+
+} // namespace
