@@ -23,6 +23,7 @@ MIREL_NAMESPACE_BEGIN
 
 class WIControlOwner;
 class WCAnimation;
+class CControlPopupMenuHandler;
 
 namespace miGS {
 class WCGraphicStreamBinaryWriter;
@@ -191,8 +192,11 @@ public:
     virtual bool DragDropMove(const sDragDropValues &values, const WCPoint2D<short> &point);
     virtual BUFFER_HEADER *DragDropStop(const sDragDropValues &values,
                                         const WCPoint2D<short> &point);
-    // A popup menu of the control's parameter; menus are not built on this platform yet.
+    // The menu of a click on a "PopUp" registration, through GetControlPopupMenuHandler; a
+    // control without a handler answers eNotImplemented.
     virtual int DoControlPopupMenuSelf(WCEventData &event);
+    // The handler that makes this control's menu, owned by the control; none by default.
+    virtual CControlPopupMenuHandler *GetControlPopupMenuHandler() const { return nullptr; }
     // Pixels of a mouse movement on the registration at `paramIndex` to states: discrete
     // parameters move by whole steps of 96 pixels, remembering the rest in `accumulator`;
     // continuous ones by `range` pixels for the whole scale, or by state steps when slow.

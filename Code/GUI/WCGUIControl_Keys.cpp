@@ -1,5 +1,6 @@
 // A control's keys, typed values, hover, pinch, file drops and value drag and drop.
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/CControlPopupMenuHandler.h"
 #include "Code/GUI/WCGUIControl.h"
 #include "core/WTErrors.h"
 #include "view/WCEventData.h"
@@ -156,6 +157,9 @@ WCGUIControl::BUFFER_HEADER *WCGUIControl::DragDropStop(const sDragDropValues &v
     return chain;
 }
 
-int WCGUIControl::DoControlPopupMenuSelf(WCEventData &) { return eNotImplemented; }
+int WCGUIControl::DoControlPopupMenuSelf(WCEventData &event) {
+    CControlPopupMenuHandler *handler = GetControlPopupMenuHandler();
+    return handler != nullptr ? handler->ShowAndSend(event) : eNotImplemented;
+}
 
 MIREL_NAMESPACE_END
