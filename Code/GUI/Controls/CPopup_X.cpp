@@ -46,10 +46,6 @@ WCGUIControl::BUFFER_HEADER *CPopup_X::MouseDownSelf(WCEventData &event, WURect<
     return Chain(chain, m_Handler->ChooseState(event, eRegMouseDown, modifiers, err));
 }
 
-int CPopup_X::DoControlPopupMenuSelf(WCEventData &event) {
-    return m_Handler->ShowAndSend(event);
-}
-
 WCGUIControl::BUFFER_HEADER *CPopup_X::MouseWheel(WCEventData &event, double dx, double dy) {
     if (IsDisabled() || m_Registrations.empty() || !ShouldAcceptMouseWheelEvent())
         return nullptr;

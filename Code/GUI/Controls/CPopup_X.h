@@ -22,9 +22,10 @@ public:
     explicit CPopup_X(WIControlOwner *owner = nullptr);
     CPopup_X *Clone() const override;
 
-    int DoControlPopupMenuSelf(WCEventData &event) override;
     BUFFER_HEADER *MouseWheel(WCEventData &event, double dx, double dy) override;
-    CControlPopupMenuHandler *GetControlPopupMenuHandler() const { return m_Handler.get(); }
+    CControlPopupMenuHandler *GetControlPopupMenuHandler() const override {
+        return m_Handler.get();
+    }
 
 protected:
     WTErr ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *alg) override;

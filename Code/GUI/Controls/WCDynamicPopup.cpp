@@ -129,10 +129,6 @@ WCGUIControl::BUFFER_HEADER *WCDynamicPopup::MouseUpSelf(WCEventData &) {
     return nullptr;
 }
 
-int WCDynamicPopup::DoControlPopupMenuSelf(WCEventData &event) {
-    return m_Handler->ShowAndSend(event);
-}
-
 int WCDynamicPopup::GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) {
     const WCBaseImage &image = m_IsPushed ? m_Pushed : m_Released;
     if (image.GetResID() >= 0) {

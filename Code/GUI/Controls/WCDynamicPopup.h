@@ -28,9 +28,10 @@ public:
     void SetMenuItems(std::vector<std::string> titles) { m_Items = std::move(titles); }
     const std::vector<std::string> &GetMenuItems() const noexcept { return m_Items; }
     bool IsPushed() const noexcept { return m_IsPushed; }
-    CControlPopupMenuHandler *GetControlPopupMenuHandler() const { return m_Handler.get(); }
+    CControlPopupMenuHandler *GetControlPopupMenuHandler() const override {
+        return m_Handler.get();
+    }
 
-    int DoControlPopupMenuSelf(WCEventData &event) override;
     int GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) override;
 
 protected:
