@@ -144,8 +144,11 @@ CRadioButton_X::MouseDownSelf(WCEventData &event, WURect<double> &limits, bool &
         ModifiersFor(data, event.GetAllKeyModifiers(), modifiers);
         if (NeedToResetParam(event.GetAllKeyModifiers(), data))
             continue;
-        chain = Chain(chain, data.SetParamValue(DivisionState(static_cast<std::size_t>(cell)),
-                                                eRegMouseDown, modifiers));
+        // A registration may name the radio gesture itself or a plain click.
+        const unsigned int type =
+            data.IsRegisteredToType(eRegRadioButton, modifiers) ? eRegRadioButton : eRegMouseDown;
+        chain = Chain(chain, data.SetParamValue(DivisionState(static_cast<std::size_t>(cell)), type,
+                                                modifiers));
     }
     return chain;
 }

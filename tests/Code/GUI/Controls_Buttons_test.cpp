@@ -167,7 +167,7 @@ const char *kGUI = R"(<GUI version="5">
       <ControlRect top="0" left="80" width="80" height="24"/></cCONTROLLER>
     <cCONTROLLER Name="Mode"><Class Type="RadioButton"><NumHorizDivisions>4</NumHorizDivisions></Class>
       <ControlRect top="36" left="10" width="160" height="30"/>
-      <ParameterList><Param Name="Mode" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList>
+      <ParameterList><Param Name="Mode" UpdateGraphics="true"><RegisterType>RadioButton</RegisterType></Param></ParameterList>
       <Group Name="Main"/></cCONTROLLER>
     <cCONTROLLER Name="Entry"><Class Type="TextEntry"/>
       <ControlRect top="80" left="10" width="100" height="24"/>
