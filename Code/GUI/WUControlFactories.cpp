@@ -31,6 +31,7 @@
 #include "Code/GUI/Controls/CFixedStateToggleWithOff.h"
 #include "Code/GUI/Controls/CNoGUI.h"
 #include "Code/GUI/Controls/CRadioButton_X.h"
+#include "Code/GUI/Controls/CScroller.h"
 #include "Code/GUI/Controls/CTextEntry_X.h"
 #include "Code/GUI/Controls/CToggle_X.h"
 #include "Code/GUI/Controls/WCAutoTrimButton.h"
@@ -88,7 +89,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"TextEntry", &Make<CTextEntry_X>},
     {"IncDec", &Make<WCGUIControl>},
     {"ScrollerButton", &Make<WCGUIControl>},
-    {"Scrollbar", &Make<WCGUIControl>},
+    {"Scrollbar", &Make<CScroller>},
     {"AutoTrim", &Make<WCAutoTrimButton>},
     {"DragHandle", &Make<CDragHandle>},
     {"Tab", &Make<WCTab>},

@@ -98,6 +98,7 @@ TEST(Controls_Buttons_XML, EachKindWritesItsClassBackAsReadAndABrokenChildChange
         {"ControlForAutomation", "<DiscreteStep>250</DiscreteStep>",
          "<DiscreteStep>a lot</DiscreteStep>"},
         {"NoGUI", "", nullptr},
+        {"Scrollbar", "<Legend>x</Legend>", nullptr},
         {"MFTextKnob", R"(<Edit>true</Edit><Image Type="Frame" ResID="2010"/>)",
          R"(<Image Type="Frame" ResID="none"/>)"},
     };
@@ -145,6 +146,8 @@ const char *kParamXML = R"(<ParamXML>
   <Parameter Name="Right"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
     <Resolution>0.01</Resolution></Scale><InitialValue>0.75</InitialValue>
     <DisplayFunction>DisplayFloat2</DisplayFunction></Parameter>
+  <Parameter Name="Pos"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
+    <Resolution>0.001</Resolution></Scale><InitialValue>0</InitialValue></Parameter>
   <Parameter Name="Trim"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
     <NumberOfStates>2</NumberOfStates></Scale><InitialValue>1</InitialValue></Parameter>
 </ParamXML>)";
@@ -152,7 +155,7 @@ const char *kParamXML = R"(<ParamXML>
 // Two tabs over the pages "Main" and "More" (More hidden); on Main a row of four radio buttons
 // (the third lit), a typed value, two switches to a fixed state (one there, one off) and an
 // auto-trim switch (on); outside the pages a text knob, two fields in one box, a handle that
-// slides in its rect, and a
+// slides in its rect, a scroll bar, and a
 // control for automation and one without picture, which would show red if they drew.
 const char *kGUI = R"(<GUI version="5">
   <ViewRect_List><Rect top="0" left="0" width="320" height="160"/></ViewRect_List>
@@ -215,6 +218,8 @@ const char *kGUI = R"(<GUI version="5">
         <Param Name="Right" UpdateGraphics="true"><RegisterType>MouseVertical</RegisterType>
         <TextWin Type="Value"><Font Name="DejaVu Sans" Size="12" red="230" green="230" blue="230"/>
           <PositionRect top="2" left="72" width="66" height="20"/></TextWin></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Scroll"><Class Type="Scrollbar"/><ControlRect top="30" left="306" width="12" height="90"/>
+      <ParameterList><Param Name="Pos" UpdateGraphics="true"><RegisterType>ScrollY</RegisterType></Param></ParameterList></cCONTROLLER>
     <cCONTROLLER Name="Silent"><Class Type="NoGUI"/>
       <ControlColor red="255" green="0" blue="0"/><ControlRect top="128" left="100" width="40" height="20"/></cCONTROLLER>
   </Control_List></GUI>)";
@@ -305,6 +310,8 @@ TEST_F(Controls_Buttons, AClickSetsWhatEachKindSetsInTurn) {
         {214, 48, "Fixed", 500.0},    // and back to it
         {274, 48, "FixedOff", 500.0}, // off: to the fixed state
         {214, 92, "Trim", 0.0},       // the auto-trim switch steps as a toggle
+        {312, 100, "Scroll", 250.0},  // the track below the thumb pages down
+        {312, 35, "Scroll", 0.0},     // and above it back
     };
     for (const auto &row : clicks) {
         Click(row.x, row.y);
@@ -340,6 +347,15 @@ TEST_F(Controls_Buttons, AHandleFollowsTheMouseInsideItsMovementRect) {
     Move(330, 200); // far beyond: stopped at the rect's right and bottom
     EXPECT_EQ(handle.GetDrawableRect(), ml::WURect<short>(140, 270, 160, 310));
     Up(330, 200);
+}
+
+TEST_F(Controls_Buttons, AHeldScrollThumbFollowsTheMouseToTheEndOfItsTrack) {
+    Down(312, 40); // on the thumb, 10 below its top
+    Move(312, 70);
+    EXPECT_NEAR(State("Scroll"), 30 * 1000.0 / 68, 0.5) << "30 of the 68 pixels it travels";
+    Move(312, 200);
+    EXPECT_DOUBLE_EQ(State("Scroll"), 1000.0);
+    Up(312, 200);
 }
 
 TEST_F(Controls_Buttons, ADragInAMultiFieldMovesTheFieldPressedAlone) {
