@@ -29,6 +29,7 @@
 #include "Code/GUI/Controls/CControlForAutomation_X.h"
 #include "Code/GUI/Controls/CDragHandle.h"
 #include "Code/GUI/Controls/CFixedStateToggleWithOff.h"
+#include "Code/GUI/Controls/CIncDec.h"
 #include "Code/GUI/Controls/CNoGUI.h"
 #include "Code/GUI/Controls/CRadioButton_X.h"
 #include "Code/GUI/Controls/CScroller.h"
@@ -87,7 +88,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"Toggle", &Make<CToggle_X>},
     {"FixedStateToggleWithOff", &Make<CFixedStateToggleWithOff>},
     {"TextEntry", &Make<CTextEntry_X>},
-    {"IncDec", &Make<WCGUIControl>},
+    {"IncDec", &Make<CIncDec>},
     {"ScrollerButton", &Make<WCGUIControl>},
     {"Scrollbar", &Make<CScroller>},
     {"AutoTrim", &Make<WCAutoTrimButton>},

@@ -2,6 +2,7 @@
 // one GUI holding every kind drawn as a reviewed frame and picture, and what a click or a drag
 // does to each.
 
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -99,6 +100,10 @@ TEST(Controls_Buttons_XML, EachKindWritesItsClassBackAsReadAndABrokenChildChange
          "<DiscreteStep>a lot</DiscreteStep>"},
         {"NoGUI", "", nullptr},
         {"Scrollbar", "<Legend>x</Legend>", nullptr},
+        {"IncDec",
+         "<Rates>200 "
+         "50</Rates><Resolution>2</Resolution><WhenToChangeRates>1000</WhenToChangeRates>",
+         "<Rates>200 -5</Rates>"},
         {"MFTextKnob", R"(<Edit>true</Edit><Image Type="Frame" ResID="2010"/>)",
          R"(<Image Type="Frame" ResID="none"/>)"},
     };
@@ -148,6 +153,8 @@ const char *kParamXML = R"(<ParamXML>
     <DisplayFunction>DisplayFloat2</DisplayFunction></Parameter>
   <Parameter Name="Pos"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
     <Resolution>0.001</Resolution></Scale><InitialValue>0</InitialValue></Parameter>
+  <Parameter Name="Count"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>100</Maximum>
+    <NumberOfStates>101</NumberOfStates></Scale><InitialValue>0</InitialValue></Parameter>
   <Parameter Name="Trim"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
     <NumberOfStates>2</NumberOfStates></Scale><InitialValue>1</InitialValue></Parameter>
 </ParamXML>)";
@@ -155,7 +162,7 @@ const char *kParamXML = R"(<ParamXML>
 // Two tabs over the pages "Main" and "More" (More hidden); on Main a row of four radio buttons
 // (the third lit), a typed value, two switches to a fixed state (one there, one off) and an
 // auto-trim switch (on); outside the pages a text knob, two fields in one box, a handle that
-// slides in its rect, a scroll bar, and a
+// slides in its rect, a scroll bar, a step button, and a
 // control for automation and one without picture, which would show red if they drew.
 const char *kGUI = R"(<GUI version="5">
   <ViewRect_List><Rect top="0" left="0" width="320" height="160"/></ViewRect_List>
@@ -220,6 +227,9 @@ const char *kGUI = R"(<GUI version="5">
           <PositionRect top="2" left="72" width="66" height="20"/></TextWin></Param></ParameterList></cCONTROLLER>
     <cCONTROLLER Name="Scroll"><Class Type="Scrollbar"/><ControlRect top="30" left="306" width="12" height="90"/>
       <ParameterList><Param Name="Pos" UpdateGraphics="true"><RegisterType>ScrollY</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Step"><Class Type="IncDec"><Rates>200 50</Rates><WhenToChangeRates>1000</WhenToChangeRates></Class>
+      <ControlColor red="200" green="200" blue="200"/><ControlRect top="80" left="120" width="24" height="24"/>
+      <ParameterList><Param Name="Count" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
     <cCONTROLLER Name="Silent"><Class Type="NoGUI"/>
       <ControlColor red="255" green="0" blue="0"/><ControlRect top="128" left="100" width="40" height="20"/></cCONTROLLER>
   </Control_List></GUI>)";
@@ -356,6 +366,19 @@ TEST_F(Controls_Buttons, AHeldScrollThumbFollowsTheMouseToTheEndOfItsTrack) {
     Move(312, 200);
     EXPECT_DOUBLE_EQ(State("Scroll"), 1000.0);
     Up(312, 200);
+}
+
+TEST_F(Controls_Buttons, AHeldStepButtonRepeatsOnTheViewsTimerFasterAfterItsTimeAndStopsOnRelease) {
+    auto count = [this] { return std::lround(State("Step") / 10.0); }; // one step is 10 states
+    Down(130, 90);
+    EXPECT_EQ(count(), 1) << "the press steps once";
+    ASSERT_EQ(PVM::AdvanceTime(1000), 0); // every 200 ms: five more
+    EXPECT_EQ(count(), 6);
+    ASSERT_EQ(PVM::AdvanceTime(100), 0); // every 50 ms from the first second on
+    EXPECT_EQ(count(), 8);
+    Up(130, 90);
+    ASSERT_EQ(PVM::AdvanceTime(500), 0);
+    EXPECT_EQ(count(), 8);
 }
 
 TEST_F(Controls_Buttons, ADragInAMultiFieldMovesTheFieldPressedAlone) {
