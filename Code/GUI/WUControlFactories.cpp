@@ -33,6 +33,7 @@
 #include "Code/GUI/Controls/CNoGUI.h"
 #include "Code/GUI/Controls/CRadioButton_X.h"
 #include "Code/GUI/Controls/CScroller.h"
+#include "Code/GUI/Controls/CScrollerButton.h"
 #include "Code/GUI/Controls/CTextEntry_X.h"
 #include "Code/GUI/Controls/CToggle_X.h"
 #include "Code/GUI/Controls/WCAutoTrimButton.h"
@@ -89,7 +90,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"FixedStateToggleWithOff", &Make<CFixedStateToggleWithOff>},
     {"TextEntry", &Make<CTextEntry_X>},
     {"IncDec", &Make<CIncDec>},
-    {"ScrollerButton", &Make<WCGUIControl>},
+    {"ScrollerButton", &Make<CScrollerButton>},
     {"Scrollbar", &Make<CScroller>},
     {"AutoTrim", &Make<WCAutoTrimButton>},
     {"DragHandle", &Make<CDragHandle>},

@@ -108,6 +108,10 @@ void CIncDec::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
 }
 
 WCGUIControl::BUFFER_HEADER *CIncDec::Step() {
+    return StepType(eRegMouseDown);
+}
+
+WCGUIControl::BUFFER_HEADER *CIncDec::StepType(unsigned int type) {
     const double direction = GetControlFlag(eCF_SetOppositeNextState) ? -1.0 : 1.0;
     BUFFER_HEADER *chain = nullptr;
     for (auto &data : m_Registrations) {
@@ -115,7 +119,7 @@ WCGUIControl::BUFFER_HEADER *CIncDec::Step() {
         const double step = data.GetActiveControllerParameterStateStep();
         chain = Chain(chain, data.OffsetParamValue(direction * m_Fields.m_Resolution *
                                                        (step > 0.0 ? step : 1.0),
-                                                   eRegMouseDown, nullptr));
+                                                   type, nullptr));
     }
     return chain;
 }

@@ -33,8 +33,10 @@ protected:
     BUFFER_HEADER *MouseDownSelf(WCEventData &event, WURect<double> &limits,
                                  bool &keepGoing) override;
     BUFFER_HEADER *MouseUpSelf(WCEventData &event) override;
-    // One step of every stepping registration.
-    BUFFER_HEADER *Step();
+    // One step of every stepping registration (those of the "MouseDown" gesture here).
+    virtual BUFFER_HEADER *Step();
+    // One step of each registration of the gesture `type`.
+    BUFFER_HEADER *StepType(unsigned int type);
     void CopyIncDecTo(CIncDec &other) const;
 
 private:

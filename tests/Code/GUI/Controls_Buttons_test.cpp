@@ -104,6 +104,8 @@ TEST(Controls_Buttons_XML, EachKindWritesItsClassBackAsReadAndABrokenChildChange
          "<Rates>200 "
          "50</Rates><Resolution>2</Resolution><WhenToChangeRates>1000</WhenToChangeRates>",
          "<Rates>200 -5</Rates>"},
+        {"ScrollerButton", "<IncDecTypeZoom>true</IncDecTypeZoom><Rates>100</Rates>",
+         "<Rates>fast</Rates>"},
         {"MFTextKnob", R"(<Edit>true</Edit><Image Type="Frame" ResID="2010"/>)",
          R"(<Image Type="Frame" ResID="none"/>)"},
     };
@@ -162,7 +164,7 @@ const char *kParamXML = R"(<ParamXML>
 // Two tabs over the pages "Main" and "More" (More hidden); on Main a row of four radio buttons
 // (the third lit), a typed value, two switches to a fixed state (one there, one off) and an
 // auto-trim switch (on); outside the pages a text knob, two fields in one box, a handle that
-// slides in its rect, a scroll bar, a step button, and a
+// slides in its rect, a scroll bar with its arrow below it, a step button, and a
 // control for automation and one without picture, which would show red if they drew.
 const char *kGUI = R"(<GUI version="5">
   <ViewRect_List><Rect top="0" left="0" width="320" height="160"/></ViewRect_List>
@@ -230,6 +232,9 @@ const char *kGUI = R"(<GUI version="5">
     <cCONTROLLER Name="Step"><Class Type="IncDec"><Rates>200 50</Rates><WhenToChangeRates>1000</WhenToChangeRates></Class>
       <ControlColor red="200" green="200" blue="200"/><ControlRect top="80" left="120" width="24" height="24"/>
       <ParameterList><Param Name="Count" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Down"><Class Type="ScrollerButton"><Resolution>100</Resolution></Class>
+      <ControlColor red="120" green="125" blue="135"/><ControlRect top="120" left="306" width="12" height="12"/>
+      <ParameterList><Param Name="Pos"><RegisterType>ScrollY</RegisterType></Param></ParameterList></cCONTROLLER>
     <cCONTROLLER Name="Silent"><Class Type="NoGUI"/>
       <ControlColor red="255" green="0" blue="0"/><ControlRect top="128" left="100" width="40" height="20"/></cCONTROLLER>
   </Control_List></GUI>)";
@@ -322,6 +327,7 @@ TEST_F(Controls_Buttons, AClickSetsWhatEachKindSetsInTurn) {
         {214, 92, "Trim", 0.0},       // the auto-trim switch steps as a toggle
         {312, 100, "Scroll", 250.0},  // the track below the thumb pages down
         {312, 35, "Scroll", 0.0},     // and above it back
+        {312, 126, "Scroll", 100.0},  // its arrow steps it by 100 of the parameter's steps
     };
     for (const auto &row : clicks) {
         Click(row.x, row.y);
