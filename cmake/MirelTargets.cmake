@@ -27,8 +27,17 @@ function(mirel_add_runtime name)
     target_sources(${name} PRIVATE $<TARGET_OBJECTS:${layer}>)
   endforeach()
   target_link_libraries(${name} PRIVATE ${layers})
-  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  # The installed package carries its own include folder (MirelInstall.cmake), not the tree's.
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  # What the public headers include: a plug-in that includes them compiles and links against these
+  # too. Cairo goes by another name once installed (see MirelLibConfig.cmake.in).
+  target_link_libraries(${name} INTERFACE pugixml::pugixml nlohmann_json::nlohmann_json
+    Boost::filesystem $<BUILD_INTERFACE:PkgConfig::CAIRO>
+    $<INSTALL_INTERFACE:PkgConfig::MIREL_CAIRO>)
   set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION})
+  # The plug-in function links the package's name, in the tree as out of it.
+  add_library(${name}::${name} ALIAS ${name})
 endfunction()
 
 # mirel_add_test(<name> [OWN_MAIN] SOURCES ... LIBS ...): one GoogleTest executable registered
