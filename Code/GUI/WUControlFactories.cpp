@@ -30,6 +30,7 @@
 #include "Code/GUI/Controls/CDragHandle.h"
 #include "Code/GUI/Controls/CFixedStateToggleWithOff.h"
 #include "Code/GUI/Controls/CIncDec.h"
+#include "Code/GUI/Controls/CLRB_X.h"
 #include "Code/GUI/Controls/CNoGUI.h"
 #include "Code/GUI/Controls/CRadioButton_X.h"
 #include "Code/GUI/Controls/CScroller.h"
@@ -95,7 +96,7 @@ constexpr WSControlKind kControlKinds[] = {
     {"AutoTrim", &Make<WCAutoTrimButton>},
     {"DragHandle", &Make<CDragHandle>},
     {"Tab", &Make<WCTab>},
-    {"LRB", &Make<WCGUIControl>},
+    {"LRB", &Make<CLRB_X>},
     {"RadioButton", &Make<CRadioButton_X>},
     {"ControlForAutomation", &Make<CControlForAutomation_X>},
     {"NoGUI", &Make<CNoGUI>},

@@ -106,6 +106,9 @@ TEST(Controls_Buttons_XML, EachKindWritesItsClassBackAsReadAndABrokenChildChange
          "<Rates>200 -5</Rates>"},
         {"ScrollerButton", "<IncDecTypeZoom>true</IncDecTypeZoom><Rates>100</Rates>",
          "<Rates>fast</Rates>"},
+        {"LRB",
+         R"(<Image Type="LRB_LEFT_ON" ResID="2011"/><LeftBox top="0" left="0" width="48" height="24"/>)",
+         R"(<Image Type="LRB_MIDDLE" ResID="2011"/>)"},
         {"MFTextKnob", R"(<Edit>true</Edit><Image Type="Frame" ResID="2010"/>)",
          R"(<Image Type="Frame" ResID="none"/>)"},
     };
@@ -157,6 +160,8 @@ const char *kParamXML = R"(<ParamXML>
     <Resolution>0.001</Resolution></Scale><InitialValue>0</InitialValue></Parameter>
   <Parameter Name="Count"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>100</Maximum>
     <NumberOfStates>101</NumberOfStates></Scale><InitialValue>0</InitialValue></Parameter>
+  <Parameter Name="Link"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>2</Maximum>
+    <NumberOfStates>3</NumberOfStates></Scale><InitialValue>0</InitialValue></Parameter>
   <Parameter Name="Trim"><Scale><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>1</Maximum>
     <NumberOfStates>2</NumberOfStates></Scale><InitialValue>1</InitialValue></Parameter>
 </ParamXML>)";
@@ -164,10 +169,11 @@ const char *kParamXML = R"(<ParamXML>
 // Two tabs over the pages "Main" and "More" (More hidden); on Main a row of four radio buttons
 // (the third lit), a typed value, two switches to a fixed state (one there, one off) and an
 // auto-trim switch (on); outside the pages a text knob, two fields in one box, a handle that
-// slides in its rect, a scroll bar with its arrow below it, a step button, and a
+// slides in its rect, a scroll bar with its arrow below it, a step button, a channel chooser
+// (left chosen), and a
 // control for automation and one without picture, which would show red if they drew.
 const char *kGUI = R"(<GUI version="5">
-  <ViewRect_List><Rect top="0" left="0" width="320" height="160"/></ViewRect_List>
+  <ViewRect_List><Rect top="0" left="0" width="320" height="200"/></ViewRect_List>
   <Background_Color red="40" green="44" blue="52" alpha="255"/>
   <Control_Groups><Group Name="Main"/><Group Name="More"/></Control_Groups>
   <Control_List>
@@ -235,6 +241,11 @@ const char *kGUI = R"(<GUI version="5">
     <cCONTROLLER Name="Down"><Class Type="ScrollerButton"><Resolution>100</Resolution></Class>
       <ControlColor red="120" green="125" blue="135"/><ControlRect top="120" left="306" width="12" height="12"/>
       <ParameterList><Param Name="Pos"><RegisterType>ScrollY</RegisterType></Param></ParameterList></cCONTROLLER>
+    <cCONTROLLER Name="Link"><Class Type="LRB"><Image Type="LRB_LEFT_OFF" ResID="2010"/><Image Type="LRB_LEFT_ON" ResID="2011"/>
+      <Image Type="LRB_RIGHT_OFF" ResID="2010"/><Image Type="LRB_RIGHT_ON" ResID="2011"/>
+      <LeftBox top="168" left="10" width="48" height="24"/><RightBox top="168" left="62" width="48" height="24"/></Class>
+      <ControlRect top="168" left="10" width="100" height="24"/>
+      <ParameterList><Param Name="Link" UpdateGraphics="true"><RegisterType>MouseDown</RegisterType></Param></ParameterList></cCONTROLLER>
     <cCONTROLLER Name="Silent"><Class Type="NoGUI"/>
       <ControlColor red="255" green="0" blue="0"/><ControlRect top="128" left="100" width="40" height="20"/></cCONTROLLER>
   </Control_List></GUI>)";
@@ -247,7 +258,7 @@ protected:
         ASSERT_EQ(PVM::Init(), 0);
         PVM::WCPluginViewCreateOptions options;
         options.m_width = 320;
-        options.m_height = 160;
+        options.m_height = 200;
         ASSERT_EQ(PVM::CreatePluginView(options, m_View), 0);
         m_GUI->SetPluginView(m_View);
         // The value windows show their values from the first idle on.
@@ -328,6 +339,9 @@ TEST_F(Controls_Buttons, AClickSetsWhatEachKindSetsInTurn) {
         {312, 100, "Scroll", 250.0},  // the track below the thumb pages down
         {312, 35, "Scroll", 0.0},     // and above it back
         {312, 126, "Scroll", 100.0},  // its arrow steps it by 100 of the parameter's steps
+        {80, 180, "Link", 500.0},     // the right box chooses right
+        {80, 180, "Link", 1000.0},    // and again all channels
+        {30, 180, "Link", 0.0},       // the left box left
     };
     for (const auto &row : clicks) {
         Click(row.x, row.y);
