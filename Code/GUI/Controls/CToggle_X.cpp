@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Code/Algorithm/cALGORITHM.h"
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "view/WCEventData.h"
 
@@ -70,8 +71,6 @@ void CToggle_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     }
 }
 
-// No question to the algorithm for the next state: every toggle steps by its parameter's state
-// step, which for a two-state switch is off and on.
 WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,
                                                       bool &keepGoing) {
     BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
@@ -83,8 +82,15 @@ WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect
         if (!data.IsRegisteredToType(eRegMouseDown, modifiers) ||
             NeedToResetParam(event.GetAllKeyModifiers(), data))
             continue;
+        // Forward, the plug-in decides the cycle (it may skip a state or stop at the end).
+        std::int32_t asked = 0;
         const double next =
-            NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(), reverse);
+            !reverse && m_pAlg != nullptr &&
+                    m_pAlg->GetPluginInfo_GetNextToggleState(
+                        static_cast<std::int64_t>(data.GetRegisteredParam()), asked) == eNoErr
+                ? static_cast<double>(asked)
+                : NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(),
+                            reverse);
         chain = Chain(chain, data.SetParamValue(next, eRegMouseDown, modifiers));
     }
     return chain;

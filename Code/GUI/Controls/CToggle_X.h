@@ -6,8 +6,9 @@
 
 MIREL_NAMESPACE_BEGIN
 
-// A switch: a click steps each parameter registered to "MouseDown" to its next state, past the
-// last one back to the first (the control flag "SetOppositeNextState" steps the other way). Its
+// A switch: a click steps each parameter registered to "MouseDown" to the next state its
+// algorithm names (GetPluginInfo_GetNextToggleState: by default the next, past the last one back
+// to the first); the control flag "SetOppositeNextState" steps the other way. Its
 // pictures are those of its registrations' bitmap windows, one per state; the "Pushed" and
 // "Released" images of its "Class" are read and written back. Owned by its document like every
 // control. [main-thread]

@@ -37,6 +37,14 @@ const char *kParamXML = R"(<ParamXML>
 class WCControlsTestAlgorithm : public mirel_test::WCSilentAlgorithm {
 public:
     using WCSilentAlgorithm::WCSilentAlgorithm;
+    // A plug-in whose switches latch on: the next state is always the last.
+    bool m_Latching = false;
+    int GetPluginInfo_GetNextToggleState(std::int64_t id, std::int32_t &out) override {
+        if (!m_Latching)
+            return WCSilentAlgorithm::GetPluginInfo_GetNextToggleState(id, out);
+        out = 1000;
+        return 0;
+    }
 
 protected:
     void InitProcessCodeSelf() override {
@@ -163,7 +171,9 @@ TEST_F(ControlsTest, ToggleStepsATwoStateParameterOnEachClickAndBack) {
       <ParameterList><Param Name="Filter"><RegisterType>MouseDown</RegisterType></Param></ParameterList>
     </cCONTROLLER>)");
     ml::PluginViewManager::WCEventData event;
-    for (const double expected : {1000.0, 0.0, 1000.0}) {
+    // The plug-in names the next state: latching, a click on an on switch leaves it on.
+    for (const double expected : {1000.0, 0.0, 1000.0, 1000.0}) {
+        m_Alg->m_Latching = expected == 1000.0 && m_Alg->GetParam(eFilter)->GetState(0) == 1000.0;
         ml::WURect<double> limits(1000.0, 1000.0, 0.0, 0.0);
         bool keepGoing = true;
         auto *chain = toggle->MouseDown(event, limits, keepGoing);
