@@ -162,7 +162,10 @@ int CRadioButton_X::GetDrawInstructionsParamBitmapWindow(miGS::WCGraphicStreamBi
 
 int CRadioButton_X::GetDrawInstructions(miGS::WCGraphicStreamBinaryWriter &writer) {
     const int err = WCGUIControl::GetDrawInstructions(writer);
-    if (m_Registrations.empty())
+    // A lead parameter with pictures of its own shows its state in them; the cells are for a
+    // control without.
+    if (m_Registrations.empty() ||
+        (!m_Layout.m_DontUseGraphData && !GetLeadRegistration()->GetBitmapWin().Empty()))
         return err;
     const std::size_t lit = DivisionOfState(GetLeadRegistration()->GetValue());
     writer.Remark("Radio buttons");

@@ -11,9 +11,10 @@ MIREL_NAMESPACE_BEGIN
 // A row, column or grid of buttons over one parameter: the buttons area ("ButtonsDrawArea", the
 // control's rect by default) is cut into "NumHorizDivisions" x "NumVertDivisions" cells, or into
 // the cells a "DivisionList" gives one by one; a click in cell i of n sets the parameter to state
-// i * 1000 / (n - 1) for registrations of the "RadioButton" or "MouseDown" gesture, and the cell
-// nearest the parameter's state is drawn lit. With
-// "DontUseGraphData" the parameter's own bitmap window is not drawn, only the cells.
+// i * 1000 / (n - 1) for registrations of the "RadioButton" or "MouseDown" gesture. The lead
+// parameter's bitmap window shows the state when it has pictures; without them, or with
+// "DontUseGraphData" (which leaves the window out), the cells are drawn, the one nearest the
+// parameter's state lit.
 // Rects are in GUI coordinates, as the control rect is. [main-thread]
 class CRadioButton_X : public WCGUIControl {
 public:
