@@ -29,6 +29,7 @@ enum WEField : unsigned {
     fName = 1u << 9,
     fId = 1u << 10,
     fItem = 1u << 11,
+    fText = 1u << 12,
 };
 
 struct WSName {
@@ -39,7 +40,8 @@ struct WSName {
 constexpr WSName kFields[] = {
     {"x", fX},           {"y", fY},       {"button", fButton}, {"modifiers", fModifiers},
     {"amount", fAmount}, {"key", fKey},   {"char", fChar},     {"files", fFiles},
-    {"ms", fMs},         {"name", fName}, {"id", fId},         {"item", fItem}};
+    {"ms", fMs},         {"name", fName}, {"id", fId},         {"item", fItem},
+    {"text", fText}};
 
 enum WEScriptEvent : unsigned {
     eScriptDown,
@@ -55,7 +57,8 @@ enum WEScriptEvent : unsigned {
     eScriptTouchUp,
     eScriptWait,
     eScriptFrame,
-    eScriptMenu
+    eScriptMenu,
+    eScriptText
 };
 
 constexpr unsigned kAt = fX | fY | fModifiers;
@@ -79,6 +82,7 @@ constexpr WSEventKind kEvents[] = {
     {"wait", eScriptWait, fMs},
     {"frame", eScriptFrame, fName},
     {"menu", eScriptMenu, fItem},
+    {"text", eScriptText, fText},
 };
 
 constexpr WSName kButtons[] = {
@@ -295,6 +299,16 @@ private:
                                           std::to_string(WCEventScript::kMaxNameLength));
             return;
         }
+        if (kind->m_event == eScriptText) {
+            out.m_kind = WCEventScriptStep::eStepText;
+            if (!step["text"])
+                Fail(eKeyNotFound, "'text' is missing");
+            out.m_text = Scalar(step["text"], "text");
+            if (out.m_text.size() > WCEventScript::kMaxNameLength)
+                Fail(eValueWrongSize, "text " + Quote(out.m_text) + " is longer than " +
+                                          std::to_string(WCEventScript::kMaxNameLength));
+            return;
+        }
         if (kind->m_event == eScriptFrame) {
             out.m_kind = WCEventScriptStep::eStepFrame;
             ReadFrameName(step, out);
@@ -347,7 +361,8 @@ private:
             break;
         case eScriptWait:
         case eScriptFrame:
-        case eScriptMenu: break;
+        case eScriptMenu:
+        case eScriptText: break;
         }
         // A mouse reports every button held down with each message, not only with its own; a
         // finger's left button says whether it is on the glass.

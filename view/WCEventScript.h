@@ -11,10 +11,16 @@
 MIREL_NAMESPACE_BEGIN
 namespace PluginViewManager {
 
-// One step of a script: a message to post, a wait on the headless clock, a frame mark, or the
-// user's answer to the next menu.
+// One step of a script: a message to post, a wait on the headless clock, a frame mark, the
+// user's answer to the next menu, or a text typed into the open text box and accepted.
 struct WCEventScriptStep {
-    enum WEKind : int { eStepMessage = 0, eStepWait = 1, eStepFrame = 2, eStepMenuChoice = 3 };
+    enum WEKind : int {
+        eStepMessage = 0,
+        eStepWait = 1,
+        eStepFrame = 2,
+        eStepMenuChoice = 3,
+        eStepText = 4
+    };
     WEKind m_kind = eStepMessage;
     WCEventMessage m_message;
     std::uint64_t m_waitMs = 0;
@@ -22,6 +28,8 @@ struct WCEventScriptStep {
     std::string m_frameName;
     // The title of the item to pick in the next menu the view opens.
     std::string m_menuItem;
+    // What the user types into the open text box before accepting it.
+    std::string m_text;
     // Where the step starts in the text, from 1, for messages to the script's author.
     int m_line = 0;
 };
@@ -43,6 +51,7 @@ struct WCEventScriptStep {
 //     - {event: wait, ms: 100}
 //     - {event: frame, name: after-drag}
 //     - {event: menu, item: "High"}                  # picks it in the next menu that opens
+//     - {event: text, text: "-6"}                    # types it into the open text box, accepts
 //
 // Positions are the view's own pixels, -32768..32767, for every kind (the player moves a wheel's
 // onto the desktop). A down keeps its button pressed in the messages that follow until its up, as
@@ -58,8 +67,8 @@ struct WCEventScriptStep {
 // eValueNotFound for an unknown event, button, modifier or key name; eNotANumber for a number
 // that is not an integer; eOutOfRangeNumber for a number or a count beyond its limit;
 // eValueWrongSize for a name too long or a char of other than one byte; eFMIllegalPathRef for a
-// frame name that is no plain file name (and eValueWrongSize for an empty menu item or one longer
-// than a name); eNotImplemented for the middle button's press, which the view layer has no
+// frame name that is no plain file name (and eValueWrongSize for an empty menu item, or a menu
+// item or text longer than a name); eNotImplemented for the middle button's press, which the view layer has no
 // message for. [main-thread], or any one thread at a time.
 class WCEventScript {
 public:

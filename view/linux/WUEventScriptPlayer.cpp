@@ -29,6 +29,11 @@ int PlayEventScript(WSPluginView *view, const WCEventScript &script,
         case WCEventScriptStep::eStepMenuChoice:
             err = SetNextMenuChoice(view, step.m_menuItem.c_str());
             break;
+        case WCEventScriptStep::eStepText:
+            err = CommitTextBox(step.m_text.c_str());
+            if (err >= eNoErr && settleMs > 0)
+                err = AdvanceTime(settleMs);
+            break;
         case WCEventScriptStep::eStepFrame:
             err = onFrame ? onFrame(step.m_frameName) : eNoErr;
             break;
