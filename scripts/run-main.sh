@@ -8,6 +8,9 @@ bash scripts/install-deps.sh
 cmake --preset default
 cmake --build --preset default --target mirel-host
 build/default/tools/mirel-host demo
-# A user's session on the example's GUI, replayed without a window: a knob dragged and turned.
-exec build/default/tools/mirel-host replay examples/GainFilter/Scripts/knob-drag.yaml \
+# Two users' sessions on the example's GUI, replayed without a window: a knob dragged and turned;
+# a popup's menu, a tab, a radio button and a typed value.
+build/default/tools/mirel-host replay examples/GainFilter/Scripts/knob-drag.yaml \
+  --out build/default/tools/GUI-replay
+exec build/default/tools/mirel-host replay examples/GainFilter/Scripts/controls-tour.yaml \
   --out build/default/tools/GUI-replay

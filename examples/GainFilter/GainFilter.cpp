@@ -34,6 +34,9 @@ void GainFilter::ComputeCoefs(std::uint64_t id) {
         break;
     }
     case eParamFilter: ConvertIntToCoefs(value != 0.0 ? 1 : 0, eCoefFilterOn); break;
+    // The slope's states are 0, 1, 2 for one, two, three stages.
+    case eParamSlope: ConvertIntToCoefs(static_cast<int>(std::lround(value)) + 1, eCoefStages); break;
+    case eParamMode: ConvertIntToCoefs(static_cast<int>(std::lround(value)), eCoefMode); break;
     default: break;
     }
 }
@@ -45,12 +48,14 @@ GainFilter::BUFFER_HEADER *GainFilter::UpdateParamSelf(std::uint64_t id) {
     case eParamGain: return PrepareCoefBufferWithBypass(eCoefGain, 1, true);
     case eParamCutoff: return PrepareCoefBufferWithBypass(eCoefB0, 2, true);
     case eParamFilter: return PrepareCoefBufferWithBypass(eCoefFilterOn, 1, true);
+    case eParamSlope: return PrepareCoefBufferWithBypass(eCoefStages, 1, true);
+    case eParamMode: return PrepareCoefBufferWithBypass(eCoefMode, 1, true);
     default: return nullptr;
     }
 }
 
 GainFilter::BUFFER_HEADER *GainFilter::UpdateAlgSelf() {
-    for (std::uint64_t id : {eParamGain, eParamCutoff, eParamFilter})
+    for (std::uint64_t id : {eParamGain, eParamCutoff, eParamFilter, eParamSlope, eParamMode})
         ComputeCoefs(id);
     return PrepareCoefBufferWithBypass(0, eNumCoefs, true);
 }

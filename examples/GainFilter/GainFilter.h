@@ -5,10 +5,11 @@
 #include "Code/Algorithm/cALGORITHM.h"
 #include "examples/GainFilter/GainFilterLayout.h"
 
-// The example plug-in: a stereo gain followed by a one-pole low-pass filter that can be switched
-// off. Its audio code (Process/GainFilterProcess.cpp, kept in the bundle as native modules and
-// described by the bundle's "ProcessXML") reads four coefficient words (gain, b0, a1 as
-// fractions, the filter switch as an integer) and keeps one state word per channel.
+// The example plug-in: a stereo gain after a low-pass filter of one to three one-pole stages
+// (6, 12 or 18 dB per octave) that can be switched off, with a channel mode (stereo, mono,
+// swapped) in front. Its audio code (Process/GainFilterProcess.cpp, kept in the bundle as native
+// modules and described by the bundle's "ProcessXML") reads the coefficient words of
+// GainFilterLayout.h and keeps one state word per channel and stage.
 //
 // Its parameters and their ranges are declared in the bundle's "ParamXML"; a shell changes them
 // through the algorithm's update pipeline (UpdateParamRequestState, UpdateParamRequestRealWorld,
@@ -27,12 +28,17 @@ public:
         eParamFilter = 2,
         eParamTrim1 = 3,
         eParamTrim2 = 4,
+        eParamOutput = 5,
+        eParamSlope = 6,
+        eParamMode = 7,
     };
     using ECoef = GainFilterLayout::ECoef;
     static constexpr ECoef eCoefGain = GainFilterLayout::eCoefGain;
     static constexpr ECoef eCoefB0 = GainFilterLayout::eCoefB0;
     static constexpr ECoef eCoefA1 = GainFilterLayout::eCoefA1;
     static constexpr ECoef eCoefFilterOn = GainFilterLayout::eCoefFilterOn;
+    static constexpr ECoef eCoefStages = GainFilterLayout::eCoefStages;
+    static constexpr ECoef eCoefMode = GainFilterLayout::eCoefMode;
     static constexpr int eNumCoefs = GainFilterLayout::eNumCoefs;
     static constexpr int kNumStates = GainFilterLayout::eNumStates;
 

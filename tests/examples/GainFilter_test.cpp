@@ -57,7 +57,7 @@ TEST(GainFilterModule, LoadsWalksTheLifeCycleAndTearsDownClean) {
     EXPECT_STREQ(name.c_str(), "GainFilter");
     std::int32_t coefs = 0;
     EXPECT_EQ(ml::GetPluginInfo_int32_t(shell.Instance(), ml::WCFourCC("gncf"), coefs, 0), 0);
-    EXPECT_EQ(coefs, 4);
+    EXPECT_EQ(coefs, 6);
     // The bundle's factory presets: "Default" loaded at start-up, "Quiet" by name.
     std::size_t presets = 0;
     EXPECT_EQ(ml::GetPluginInfo_size_t(shell.Instance(), ml::WCFourCC("FcPC"), presets, 0), 0);
@@ -193,9 +193,11 @@ TEST(GainFilterModule, ReadsItsAlgorithmAndParameterXMLFromTheBundle) {
                   std::string::npos);
 
         // The parameter XML: several scale kinds, display functions, a parent and an array.
-        ASSERT_EQ(alg.GetNumParams(), 6u);
-        const char *names[] = {"Gain", "Cutoff", "Filter", "Trim1", "Trim2", "Output"};
-        const char *texts[] = {"0.0 dB", "1000 Hz", "On", "0.0 dB", "0.0 dB", "-60.0 dB"};
+        ASSERT_EQ(alg.GetNumParams(), 8u);
+        const char *names[] = {"Gain",  "Cutoff", "Filter", "Trim1",
+                               "Trim2", "Output", "Slope",  "Mode"};
+        const char *texts[] = {"0.0 dB", "1000 Hz",  "On",       "0.0 dB",
+                               "0.0 dB", "-60.0 dB", "6 dB/oct", "Stereo"};
         for (std::uint64_t id = 0; id < alg.GetNumParams(); ++id) {
             ml::sCONTROL_PARAM &param = *alg.GetParam(id);
             param.UpdateValueString(0);
@@ -222,7 +224,7 @@ TEST(GainFilterModule, FindsItsAudioCodeByDescriptionAndRunsItOverThePlacedWords
     ml::cALGORITHM &alg = *shell.Algorithm();
     // The needs come from the bundle's process description, not from the plug-in's code.
     EXPECT_EQ(shell.DSPReqRes().cycles, 40);
-    EXPECT_EQ(shell.DSPReqRes().statesWords, 3u);
+    EXPECT_EQ(shell.DSPReqRes().statesWords, 7u);
     EXPECT_EQ(shell.DSPReqRes().maxSampleRate, 192000);
 
     ml::WTNativeProcessFunction process = nullptr;
@@ -237,16 +239,40 @@ TEST(GainFilterModule, FindsItsAudioCodeByDescriptionAndRunsItOverThePlacedWords
     EXPECT_EQ(alg.GetLoadedNativeProcessType(), ml::eProcessorTypeGeneric);
     EXPECT_GT(size, 0u);
 
-    for (auto [id, value] : {std::pair{0, -6.0}, std::pair{2, 0.0}}) { // gain, filter off
+    auto set = [&](std::uint64_t id, double value) {
         ml::BUFFER_HEADER *chain = alg.UpdateParamRequestRealWorld(id, value);
         alg.SendAndFreeBuffers(chain, ml::eExecSendBuffers, true);
-    }
+    };
+    enum : std::uint64_t { eGain = 0, eFilter = 2, eSlope = 6, eMode = 7 };
+    set(eGain, -6.0);
+    set(eFilter, 0.0);
+    const double gain = std::pow(10.0, -6.0 / 20.0);
+    // The channel modes, filter off: each output is the gain times what the mode routes there.
+    const struct {
+        double mode;
+        float left, right;
+    } modes[] = {{0, 1.0f, -0.5f}, {1, 0.25f, 0.25f}, {2, -0.5f, 1.0f}};
     const float in[2] = {1.0f, -0.5f};
     float out[2] = {0.0f, 0.0f};
+    for (const auto &row : modes) {
+        set(eMode, row.mode);
+        process(shell.CoefWords(), shell.StateWords(), in, out, 1);
+        EXPECT_NEAR(out[0], row.left * gain, 1e-4) << row.mode;
+        EXPECT_NEAR(out[1], row.right * gain, 1e-4) << row.mode;
+    }
+    set(eMode, 0.0);
+    // The first sample of a step through n one-pole stages from rest is b0^n.
+    set(eFilter, 1.0);
+    for (double slope : {0.0, 1.0, 2.0}) {
+        set(eSlope, slope);
+        std::memset(shell.StateWords(), 0, 7 * sizeof(float)); // the filters at rest
+        const float step[2] = {1.0f, 1.0f};
+        process(shell.CoefWords(), shell.StateWords(), step, out, 1);
+        const double b0 = 1.0 - std::exp(-2.0 * std::numbers::pi * 1000.0 / alg.GetSampleRate());
+        EXPECT_NEAR(out[0], std::pow(b0, slope + 1.0) * gain, 1e-4) << slope;
+    }
+    set(eFilter, 0.0);
     process(shell.CoefWords(), shell.StateWords(), in, out, 1);
-    const double gain = std::pow(10.0, -6.0 / 20.0);
-    EXPECT_NEAR(out[0], gain, 1e-4);
-    EXPECT_NEAR(out[1], -0.5 * gain, 1e-4);
     // The output meter finds the peak the audio code left, and its read resets the hold.
     ASSERT_EQ(alg.GetMeterManager().GetNumMeters(), 1u);
     EXPECT_EQ(alg.DoIdle(0), 0);
@@ -312,7 +338,8 @@ TEST(GainFilterModule, ItsGUIsReadTheControlsOrderGroupsAndToolbarTheirXMLStates
     const ml::CStandardGUI_X *secondary = alg->GetGUIPtr("Secondary");
 
     EXPECT_EQ(Names(primary->GetControls()),
-              (std::vector<std::string>{"Gain", "GainValue", "Cutoff", "Filter", "Trim1", "Trim2",
+              (std::vector<std::string>{"Gain", "GainValue", "GainEntry", "Cutoff", "Filter",
+                                        "Slope", "TabTrim", "TabMode", "Trim1", "Trim2", "Mode",
                                         "Output"}));
     EXPECT_EQ(Names(secondary->GetControls()),
               (std::vector<std::string>{"Gain", "Cutoff", "Filter"}));
@@ -339,7 +366,7 @@ TEST(GainFilterModule, ItsGUIsReadTheControlsOrderGroupsAndToolbarTheirXMLStates
             EXPECT_NE(control->GetRegistration(i).GetRegisteredParam(), ~std::uint64_t(0))
                 << control->GetName().c_str();
     EXPECT_EQ(alg->DisposeGuiAndRemoveFromMap("Secondary"), 0);
-    EXPECT_EQ(Names(primary->GetControls()).size(), 7u);
+    EXPECT_EQ(Names(primary->GetControls()).size(), 12u);
 }
 
 } // namespace
@@ -368,7 +395,8 @@ TEST(GainFilterModule, ItsGUIIsPaintedAndAMinimalFrameOverTheOldPictureEqualsAFu
     ml::miGS::WCGraphicStreamToCairo kept;
     kept.FollowDataPointers(true);
     kept.SetKeepPicture(true);
-    for (int frame = 0; frame < 4; ++frame)
+    // Each request for a full frame while the GUI was built (groups, tab pages) is one frame.
+    for (int frame = 0; frame < 32 && (frame == 0 || gui.NeedToRedrawGUI()); ++frame)
         ASSERT_NO_FATAL_FAILURE(Paint(gui, kept));
     mirel_test::ExpectGoldenPicture(kept.GetSurface(), kPictures, "GainFilter_Primary");
 
@@ -394,7 +422,27 @@ namespace {
 
 namespace PVM = ml::PluginViewManager;
 
-TEST(GainFilterModule, AReplayedKnobDragMovesTheGainByTheDragArithmeticAndPaintsIt) {
+// A replayed script of the example: what each parameter ends at, and how many events sent a
+// chain (one per event that changed a parameter).
+struct WSReplay {
+    const char *script;
+    std::vector<std::pair<std::uint64_t, double>> realWorld;
+    long sends;
+};
+
+class GainFilterReplay : public ::testing::TestWithParam<WSReplay> {};
+
+// The knob drag: three fast moves of 4 pixels on the 48-pixel knob, a twelfth of the scale each
+// (3 dB), and a slow pixel, one step (0.1 dB); then a wheel notch, one step more. The tour: a
+// popup's menu, a tab, a radio button and a typed value.
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, GainFilterReplay,
+    ::testing::Values(WSReplay{"knob-drag", {{0, 9.2}}, 5},
+                      WSReplay{"controls-tour", {{6, 1.0}, {7, 1.0}, {0, -6.0}}, 3}),
+    [](const auto &info) { return info.param.script[0] == 'k' ? "KnobDrag" : "ControlsTour"; });
+
+TEST_P(GainFilterReplay, MovesTheParametersAsTheScriptSaysAndPaintsEachFrameMark) {
+    const WSReplay &replay = GetParam();
     mirel_test::WCTestHome home;
     WCRecordingShell shell;
     ASSERT_NO_FATAL_FAILURE(StartGainFilter(shell));
@@ -402,7 +450,9 @@ TEST(GainFilterModule, AReplayedKnobDragMovesTheGainByTheDragArithmeticAndPaints
     ASSERT_EQ(alg->CreateGuiAndAddToMap(nullptr, "1000", "Primary"), 0);
     ml::CStandardGUI_X &gui = *alg->GetGUIPtr("Primary");
     PVM::WCEventScript script;
-    ASSERT_EQ(script.ReadFromFile(MIREL_SOURCE_DIR "/examples/GainFilter/Scripts/knob-drag.yaml"),
+    ASSERT_EQ(script.ReadFromFile((std::string(MIREL_SOURCE_DIR) + "/examples/GainFilter/Scripts/" +
+                                   replay.script + ".yaml")
+                                      .c_str()),
               0)
         << script.GetLastError();
 
@@ -444,17 +494,19 @@ TEST(GainFilterModule, AReplayedKnobDragMovesTheGainByTheDragArithmeticAndPaints
     gui.ResetPluginView();
     PVM::Dispose();
 
-    // Three fast moves of 4 pixels on the 48-pixel knob, a twelfth of the scale each (3 dB), and
-    // a slow pixel, one step (0.1 dB); then a wheel notch, one step more.
+    for (const auto &[id, expected] : replay.realWorld) {
+        double value = 0.0;
+        ASSERT_EQ(alg->GetParamRealWorld(id, value), 0);
+        EXPECT_NEAR(value, expected, 1e-9) << alg->GetParam(id)->m_Name.c_str();
+    }
     double gain = 0.0;
     ASSERT_EQ(alg->GetParamRealWorld(0, gain), 0);
-    EXPECT_NEAR(gain, 9.2, 1e-9);
-    EXPECT_FLOAT_EQ(shell.CoefAsFloat(0), static_cast<float>(std::pow(10.0, 9.2 / 20.0)))
+    EXPECT_FLOAT_EQ(shell.CoefAsFloat(0), static_cast<float>(std::pow(10.0, gain / 20.0)))
         << "the gain word the process side holds";
     long sends = 0;
     for (const auto &call : shell.Calls())
         sends += call.op == ml::eExecSendBuffers;
-    EXPECT_EQ(sends, 5) << "one chain per event that changed a parameter";
+    EXPECT_EQ(sends, replay.sends) << "one chain per event that changed a parameter";
     EXPECT_EQ(shell.Stop(), 0);
     EXPECT_EQ(shell.LiveBuffers(), 0u);
 }

@@ -3,7 +3,8 @@
 // picture is kept in the repository; the GUI XML documents of the example name these ids.
 //
 //   id    size        picture
-//   2000  480 x 240   background of the "Primary" GUI: sections Gain, Filter, Trim, Output
+//   2000  480 x 240   background of the "Primary" GUI: sections Gain, Filter, a tabbed one
+//                     (Trim, Mode) and Output
 //   2001  48 x 3072   knob strip: 64 frames of 48 x 48, top to bottom, pointer over 270 degrees
 //   2010  48 x 24     switch, off
 //   2011  48 x 24     switch, on
@@ -13,6 +14,12 @@
 //   2040  240 x 120   background of the "Secondary" GUI: sections Gain, Filter
 //   2050  12 x 20     digits of a digit display, one picture per glyph: 2050..2059 the digits 0
 //   ..2062            to 9, 2060 '-', 2061 '.' (6 x 20), 2062 '+'
+//   2070  28 x 140    slider track: a slot with a tick every tenth of its travel
+//   2071  28 x 14     slider thumb
+//   2080  96 x 72     channel mode chooser, one picture per state: the rows Stereo, Mono and
+//   ..2082            Swap, the chosen one lit (2080 Stereo, 2081 Mono, 2082 Swap)
+//   2090  56 x 20     tabs of the third section with their titles: 2090 "Trim" chosen, 2091
+//   ..2093            "Trim" not chosen, 2092 "Mode" chosen, 2093 "Mode" not chosen
 //
 // The output is the same bytes on every run: no clock, no randomness, and fixed font options so
 // that the text does not follow the user's font configuration.
@@ -35,6 +42,14 @@ constexpr double kMeterFloorDB = -60.0;
 constexpr int kDigitWidth = 12;
 constexpr int kDigitHeight = 20;
 constexpr const char *kDigitGlyphs = "0123456789-.+";
+constexpr int kSliderWidth = 28;
+constexpr int kSliderHeight = 140;
+constexpr int kThumbHeight = 14;
+constexpr const char *kModes[] = {"Stereo", "Mono", "Swap"};
+constexpr int kModeWidth = 96;
+constexpr int kModeRow = 24;
+constexpr int kTabWidth = 56;
+constexpr int kTabHeight = 20;
 
 struct WSColor {
     double r, g, b;
@@ -219,17 +234,79 @@ void MeterScale(cairo_t *cr, double x, double y) {
     }
 }
 
-// Coordinates match the control rects of GUIXML/1000.xml.
+// The slot the thumb travels in, 4 pixels wide, with ticks on both sides; the thumb's centre
+// travels from half a thumb below the top to half a thumb above the bottom.
+void SliderTrack(cairo_t *cr) {
+    Inset(cr, kSliderWidth / 2.0 - 2, 4, 4, kSliderHeight - 8);
+    SetColor(cr, kText, 0.35);
+    for (int i = 0; i <= 10; ++i) {
+        const double y = std::round(kThumbHeight / 2.0 + i * (kSliderHeight - kThumbHeight) / 10.0);
+        cairo_rectangle(cr, 3, y, 6, 1);
+        cairo_rectangle(cr, kSliderWidth - 9, y, 6, 1);
+        cairo_fill(cr);
+    }
+}
+
+void SliderThumb(cairo_t *cr) {
+    RoundedRect(cr, 1, 1, kSliderWidth - 2, kThumbHeight - 2, 3);
+    SetColor(cr, WSColor{0.78, 0.80, 0.84});
+    cairo_fill(cr);
+    SetColor(cr, kAccent);
+    cairo_rectangle(cr, 4, kThumbHeight / 2.0 - 1, kSliderWidth - 8, 2);
+    cairo_fill(cr);
+}
+
+// The three rows of the channel mode; the chosen one on an accent ground with a lit dot.
+void ModeChooser(cairo_t *cr, int chosen) {
+    for (int row = 0; row < 3; ++row) {
+        const double y = row * kModeRow;
+        if (row == chosen) {
+            RoundedRect(cr, 1, y + 2, kModeWidth - 2, kModeRow - 4, 4);
+            SetColor(cr, kAccent, 0.25);
+            cairo_fill(cr);
+        }
+        cairo_arc(cr, 12, y + kModeRow / 2.0, 5, 0, 2 * std::numbers::pi);
+        SetColor(cr, row == chosen ? kAccent : kInset);
+        cairo_fill(cr);
+        Text(cr, kModes[row], 24, y + kModeRow / 2.0 + 4, 11, row == chosen);
+    }
+}
+
+// A tab with its title: the chosen one on the section's colour with an accent line under it,
+// the other sunk into the panel with a dimmer title.
+void Tab(cairo_t *cr, const char *title, bool chosen) {
+    RoundedRect(cr, 0.5, 0.5, kTabWidth - 1, kTabHeight + 4, 4);
+    SetColor(cr, chosen ? kEdge : kInset);
+    cairo_fill(cr);
+    if (chosen) {
+        SetColor(cr, kAccent);
+        cairo_rectangle(cr, 4, kTabHeight - 2, kTabWidth - 8, 2);
+        cairo_fill(cr);
+    }
+    cairo_select_font_face(cr, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
+                           chosen ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(cr, 11);
+    cairo_text_extents_t extents;
+    cairo_text_extents(cr, title, &extents);
+    SetColor(cr, kText, chosen ? 1.0 : 0.6);
+    cairo_move_to(cr, (kTabWidth - extents.width) / 2 - extents.x_bearing, 14);
+    cairo_show_text(cr, title);
+}
+
+// Coordinates match the control rects of GUIXML/1000.xml. The third section has no title: its
+// tabs (Trim, Mode) draw themselves in its top band.
 void PrimaryBackground(cairo_t *cr) {
     SetColor(cr, kPanel);
     cairo_paint(cr);
     Section(cr, "Gain", 8, 8, 112, 224);
     Inset(cr, 24, 128, 80, 20);
+    Text(cr, "Type a gain", 28, 172, 10);
+    Inset(cr, 24, 180, 80, 20);
     Section(cr, "Filter", 128, 8, 112, 224);
     Text(cr, "Cutoff", 166, 124, 10);
-    Section(cr, "Trim", 248, 8, 136, 224);
-    Text(cr, "1", 279, 124, 10);
-    Text(cr, "2", 347, 124, 10);
+    Text(cr, "Slope", 170, 182, 10);
+    Inset(cr, 136, 188, 96, 20);
+    Section(cr, "", 248, 8, 136, 224);
     Section(cr, "Output", 392, 8, 80, 224);
     MeterScale(cr, 424, 48);
 }
@@ -264,7 +341,16 @@ int main(int argc, char **argv) {
         Write(folder, 2020, kKnobSize, kKnobSize, SelectionRing) &&
         Write(folder, 2030, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, false); }) &&
         Write(folder, 2031, kMeterWidth, kMeterHeight, [](cairo_t *cr) { Meter(cr, true); }) &&
-        Write(folder, 2040, 240, 120, SecondaryBackground) && WriteDigits(folder);
+        Write(folder, 2040, 240, 120, SecondaryBackground) && WriteDigits(folder) &&
+        Write(folder, 2070, kSliderWidth, kSliderHeight, SliderTrack) &&
+        Write(folder, 2071, kSliderWidth, kThumbHeight, SliderThumb) &&
+        Write(folder, 2080, kModeWidth, 3 * kModeRow, [](cairo_t *cr) { ModeChooser(cr, 0); }) &&
+        Write(folder, 2081, kModeWidth, 3 * kModeRow, [](cairo_t *cr) { ModeChooser(cr, 1); }) &&
+        Write(folder, 2082, kModeWidth, 3 * kModeRow, [](cairo_t *cr) { ModeChooser(cr, 2); }) &&
+        Write(folder, 2090, kTabWidth, kTabHeight, [](cairo_t *cr) { Tab(cr, "Trim", true); }) &&
+        Write(folder, 2091, kTabWidth, kTabHeight, [](cairo_t *cr) { Tab(cr, "Trim", false); }) &&
+        Write(folder, 2092, kTabWidth, kTabHeight, [](cairo_t *cr) { Tab(cr, "Mode", true); }) &&
+        Write(folder, 2093, kTabWidth, kTabHeight, [](cairo_t *cr) { Tab(cr, "Mode", false); });
     // Gives back cairo's font caches, so that a leak checker sees only what is ours.
     cairo_debug_reset_static_data();
     return ok ? 0 : 1;

@@ -34,7 +34,10 @@ namespace ml = MIREL_NAMESPACE_NAME;
 namespace PVM = ml::PluginViewManager;
 using mirel_shell::WCRecordingShell;
 
-const std::vector<std::string> kAutomated = {"Gain", "Cutoff", "Filter", "Trim1", "Trim2"};
+const std::vector<std::string> kAutomated = {"Gain",  "Cutoff", "Filter", "Slope",
+                                              "Trim1", "Trim2",  "Mode"};
+// The first index beyond the list.
+constexpr int kBeyond = 7;
 
 // What the host's auto callback heard: operation, refcon 2 and the value of operation 16.
 struct WSAutoCall {
@@ -120,7 +123,7 @@ TEST_F(AutomationTest, TheShippedPageTablesNameTheAutomationOrderAsTheDefaultTab
             << index;
         EXPECT_EQ(Names(*tables, "Main"), automated) << tables->GetRootName();
     }
-    EXPECT_EQ(Names(visibility, "Discrete"), WTNames{"Filter"});
+    EXPECT_EQ(Names(visibility, "Discrete"), (WTNames{"Filter", "Slope", "Mode"}));
 
     // The manager's defaults, for a plug-in that ships none, are the same tables.
     using WTWrite = int (ml::cALGORITHM::*)(ml::XML::CXMLElement *, int) const;
@@ -207,7 +210,7 @@ TEST_F(AutomationTest, ControlsTranslateStatesAndTextsAndNameTheNextToggleState)
     ASSERT_EQ(m_Alg->TranslateTextToControlState(gain, "-6 dB", state), 0);
     EXPECT_DOUBLE_EQ(state, 500.0);
     EXPECT_EQ(m_Alg->TranslateTextToControlState(gain, "loud", state), ml::eNotANumber);
-    EXPECT_EQ(m_Alg->TranslateController(5, 0.0, text), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->TranslateController(kBeyond, 0.0, text), ml::eOutOfRangeNumber);
     EXPECT_EQ(m_Alg->TranslateController(gain, 1001.0, text), ml::eOutOfRangeNumber);
     EXPECT_DOUBLE_EQ(state, 500.0);
 
@@ -223,7 +226,7 @@ TEST_F(AutomationTest, ControlsTranslateStatesAndTextsAndNameTheNextToggleState)
     next = -1;
     ASSERT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("TsCO"), next, Index("Filter")), 0);
     EXPECT_EQ(next, 0);
-    EXPECT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("TsCO"), next, 5),
+    EXPECT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("TsCO"), next, kBeyond),
               ml::eOutOfRangeNumber);
     EXPECT_EQ(ml::GetPluginInfo_int32_t(instance, ml::WCFourCC("nTGs"), next, 1000),
               ml::eOutOfRangeNumber);
@@ -235,14 +238,14 @@ TEST_F(AutomationTest, AControlInsertedOrDeletedMovesTheLaterIndexesAndARefusalN
     ASSERT_EQ(Manager().AddNewAutomationControlForIndex("Host", gain, 1), 0);
     EXPECT_EQ(Index("Host"), 1);
     EXPECT_EQ(Index("Cutoff"), 2);
-    EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Late", gain, 7), ml::eOutOfRangeNumber);
+    EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Late", gain, kBeyond + 2), ml::eOutOfRangeNumber);
     EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Cutoff", gain, 0),
               ml::eSomeThingInitailzedTwice);
     EXPECT_EQ(Index("Gain"), 0);
     ASSERT_EQ(Manager().DeleteAutomationControl(1), 0);
     EXPECT_EQ(Index("Host"), -1);
     EXPECT_EQ(Index("Cutoff"), 1);
-    EXPECT_EQ(Manager().DeleteAutomationControl(5), ml::eOutOfRangeNumber);
+    EXPECT_EQ(Manager().DeleteAutomationControl(kBeyond), ml::eOutOfRangeNumber);
 }
 
 TEST(WCAutomationManager, AMIDIValueSelectsTheStateOfItsShareOfTheRange) {
@@ -281,7 +284,7 @@ TEST_F(AutomationTest, BadIndexesNamesAndVersionsGiveTheirCodes) {
         std::int32_t version, index;
         int code;
     } records[] = {{10, 0, ml::kErrWrongAutomationInfoVersion},
-                   {11, 5, ml::eControlOutOfRange},
+                   {11, kBeyond, ml::eControlOutOfRange},
                    {11, -1, ml::eControlOutOfRange}};
     for (const auto &row : records) {
         info.m_Version = row.version;
@@ -291,10 +294,10 @@ TEST_F(AutomationTest, BadIndexesNamesAndVersionsGiveTheirCodes) {
             << row.version << ' ' << row.index;
     }
     std::size_t lead = 77;
-    EXPECT_EQ(ml::GetPluginInfo_size_t(m_Shell.Instance(), ml::WCFourCC("LPrm"), lead, 5),
+    EXPECT_EQ(ml::GetPluginInfo_size_t(m_Shell.Instance(), ml::WCFourCC("LPrm"), lead, kBeyond),
               ml::eOutOfRangeNumber);
     EXPECT_EQ(lead, 77u);
-    EXPECT_EQ(m_Alg->SetControllerValue(5, 100.0), ml::eOutOfRangeNumber);
+    EXPECT_EQ(m_Alg->SetControllerValue(kBeyond, 100.0), ml::eOutOfRangeNumber);
     EXPECT_EQ(m_Alg->SetControllerValue(0, 1000.5), ml::eOutOfRangeNumber);
     EXPECT_EQ(m_Alg->SetControllerValue(0, -1.0), ml::eOutOfRangeNumber);
     EXPECT_EQ(m_Alg->Touch(1000), ml::eOutOfRangeNumber);
