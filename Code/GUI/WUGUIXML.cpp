@@ -99,6 +99,17 @@ bool ReadSwitch(const XML::CXMLElement &element) {
     return text != "false" && text != "0";
 }
 
+void KeepChildren(const XML::CXMLElement &cls, WTKeptChildren &kept) {
+    kept.clear();
+    for (const XML::CXMLElement *child : cls.GetSubElements())
+        kept.push_back(*child);
+}
+
+void WriteKeptChildren(XML::CXMLElement &cls, const WTKeptChildren &kept) {
+    for (const auto &child : kept)
+        cls.push_sub_element(new XML::CXMLElement(child));
+}
+
 } // namespace GUIXML
 
 MIREL_NAMESPACE_END

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "core/MirelNamespace.h"
 #include "core/WCRGBAColor.h"
 #include "core/WTErrors.h"
@@ -30,6 +32,13 @@ bool ReadIntText(const XML::CXMLElement &element, int &out) noexcept;
 bool IsAttribTrue(const XML::CXMLElement &element, const char *name) noexcept;
 // A switch element: present means on, unless its text says "false" or "0".
 bool ReadSwitch(const XML::CXMLElement &element);
+
+// Children of a "Class" that a control keeps without reading them, written back as they came.
+using WTKeptChildren = std::vector<XML::CXMLElement>;
+// Every child of `cls`, in place of what `kept` held: for a kind with no children of its own.
+void KeepChildren(const XML::CXMLElement &cls, WTKeptChildren &kept);
+// Copies of `kept` appended to `cls`.
+void WriteKeptChildren(XML::CXMLElement &cls, const WTKeptChildren &kept);
 
 } // namespace GUIXML
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "Code/GUI/Controls/WUControlLookXML.h"
+#include "Code/GUI/WUGUIXML.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -52,8 +53,7 @@ void CBarBase_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (cls == nullptr)
         return;
     ControlLook::WriteChildren<WSLook>(*cls, kChildren, m_Look);
-    for (const auto &child : m_Look.m_Others)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_Look.m_Others);
 }
 
 double CBarBase_X::GetState() const {

@@ -1,6 +1,7 @@
 #include "Code/GUI/Controls/CButton_X.h"
 
 #include "Code/GUI/WCStaticText.h"
+#include "Code/GUI/WUGUIXML.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -32,18 +33,14 @@ void CButton_X::CopyButtonTo(CButton_X &other) const {
 WTErr CButton_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *) {
     if (cls == nullptr)
         return eMemNullPointer;
-    // A skin change reads the class again: what was kept is replaced, not added to.
-    m_OtherChildren.clear();
-    for (const XML::CXMLElement *child : cls->GetSubElements())
-        m_OtherChildren.push_back(*child);
+    GUIXML::KeepChildren(*cls, m_OtherChildren);
     return eNoErr;
 }
 
 void CButton_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (cls == nullptr)
         return;
-    for (const auto &child : m_OtherChildren)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
 int CButton_X::GetDrawInstructionsParamValueWindow(miGS::WCGraphicStreamBinaryWriter &writer,

@@ -121,8 +121,7 @@ void CDigitDisplay_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
         for (const char glyph : f.m_Glyphs)
             list->push_sub_element(new XML::CXMLElement("Digit", std::string(1, glyph).c_str()));
     }
-    for (const auto &child : m_OtherChildren)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
 const WCBaseImage *CDigitDisplay_X::GlyphImage(char glyph) const {

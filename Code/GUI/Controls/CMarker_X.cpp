@@ -97,8 +97,7 @@ void CMarker_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     }
     if (f.m_CursorResID >= 0)
         cls->push_sub_element(new XML::CXMLElement("Cursor"))->AddAttrib("ResID", f.m_CursorResID);
-    for (const auto &child : m_OtherChildren)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
 WCPoint2D<short> CMarker_X::GetMarkerPosition() const {

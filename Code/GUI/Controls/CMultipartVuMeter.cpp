@@ -112,8 +112,7 @@ void CMultipartVuMeter::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     ControlLook::WriteChildren<WSLook>(*cls, kTextColors, m_Look);
     if (m_Look.m_ResetOnlyOnValueWin)
         cls->push_sub_element(new XML::CXMLElement("ResetOnlyOnValueWin", "true"));
-    for (const auto &child : m_Look.m_Others)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_Look.m_Others);
 }
 
 double CMultipartVuMeter::GetLevel() const {

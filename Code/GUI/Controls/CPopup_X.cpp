@@ -1,5 +1,6 @@
 #include "Code/GUI/Controls/CPopup_X.h"
 
+#include "Code/GUI/WUGUIXML.h"
 #include "view/WCEventData.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -17,17 +18,14 @@ CPopup_X *CPopup_X::Clone() const {
 WTErr CPopup_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *) {
     if (cls == nullptr)
         return eMemNullPointer;
-    m_OtherChildren.clear();
-    for (const XML::CXMLElement *child : cls->GetSubElements())
-        m_OtherChildren.push_back(*child);
+    GUIXML::KeepChildren(*cls, m_OtherChildren);
     return eNoErr;
 }
 
 void CPopup_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (cls == nullptr)
         return;
-    for (const auto &child : m_OtherChildren)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
 WCGUIControl::BUFFER_HEADER *CPopup_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,

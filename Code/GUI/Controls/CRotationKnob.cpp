@@ -186,8 +186,7 @@ void CRotationKnob::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
         center->AddAttrib("x", f.m_KnobCenter.x);
         center->AddAttrib("y", f.m_KnobCenter.y);
     }
-    for (const auto &child : m_OtherChildren)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
 WCPoint2D<short> CRotationKnob::FrameSize() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Code/GUI/WUGUIXML.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "view/WCEventData.h"
 
@@ -29,17 +30,14 @@ CScroller *CScroller::Clone() const {
 WTErr CScroller::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM *) {
     if (cls == nullptr)
         return eMemNullPointer;
-    m_OtherChildren.clear();
-    for (const XML::CXMLElement *child : cls->GetSubElements())
-        m_OtherChildren.push_back(*child);
+    GUIXML::KeepChildren(*cls, m_OtherChildren);
     return eNoErr;
 }
 
 void CScroller::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (cls == nullptr)
         return;
-    for (const auto &child : m_OtherChildren)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
 bool CScroller::IsVertical() const {

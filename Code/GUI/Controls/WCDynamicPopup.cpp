@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/WUGUIXML.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "view/WCEventData.h"
 
@@ -76,8 +77,7 @@ void WCDynamicPopup::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
         element->AddAttrib("Type", type);
         image->WriteToXML(element);
     }
-    for (const auto &child : m_OtherChildren)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
 int WCDynamicPopup::BuildMenu(WCPopupMenuData &outData) {

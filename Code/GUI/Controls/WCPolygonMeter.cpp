@@ -6,6 +6,7 @@
 
 #include "Code/GUI/Controls/CVuMeter_X.h"
 #include "Code/GUI/Controls/WUControlLookXML.h"
+#include "Code/GUI/WUGUIXML.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 
 MIREL_NAMESPACE_BEGIN
@@ -68,8 +69,7 @@ void WCPolygonMeter::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
         ControlLook::AddNumberAttrib(*values, "first", *m_Look.m_Switch1);
         ControlLook::AddNumberAttrib(*values, "second", *m_Look.m_Switch2);
     }
-    for (const auto &child : m_Look.m_Others)
-        cls->push_sub_element(new XML::CXMLElement(child));
+    GUIXML::WriteKeptChildren(*cls, m_Look.m_Others);
 }
 
 WCPolygonMeter::WSColors WCPolygonMeter::GetColors() const {
