@@ -7,13 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/WCGUIPlugin.h"
+#include "tests/support/WCGUITestTools.h"
 #include "tests/support/WCTestHome.h"
 
 #include "Code/GUI/CStandardGUI_X.h"
 #include "Code/GUI/Controls/CSlider_X.h"
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/CXMLTreeBuilder.h"
-#include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "graphic_stream/WCStGSFrameStructWriter.h"
@@ -23,21 +22,6 @@ namespace {
 
 namespace ml = MIREL_NAMESPACE_NAME;
 namespace PVM = ml::PluginViewManager;
-
-std::unique_ptr<ml::XML::CXMLElement> Parse(const std::string &text) {
-    auto root = std::make_unique<ml::XML::CXMLElement>();
-    ml::XML::CXMLTreeBuilder(root.get()).BuildFromSingleBuffer(text.data(), text.size());
-    EXPECT_TRUE(root->IsValid()) << text;
-    return root;
-}
-
-std::string Written(const ml::WCGUIControl &control) {
-    ml::XML::CXMLElement element("cCONTROLLER");
-    control.WriteToXMLWithAlg(&element);
-    std::string text;
-    ml::XML::WriteXMLToString(text, &element, false, true, 0);
-    return text;
-}
 
 // Every child of "Class" a slider reads, and one image it leaves to the concrete class.
 const char *kSliderXML = R"(<cCONTROLLER Name="S"><Class Type="Slider">
@@ -64,7 +48,7 @@ public:
 
 TEST(CSlider_X_XML, ReadsItsClassChildrenLeavesOtherImagesToTheCustomHookAndWritesThemBack) {
     WCRecordingSlider slider;
-    ASSERT_EQ(slider.ReadFromXMLWithAlg(Parse(kSliderXML).get(), nullptr), 0);
+    ASSERT_EQ(slider.ReadFromXMLWithAlg(mirel_test::ParseXML(kSliderXML).get(), nullptr), 0);
     EXPECT_EQ(slider.m_Custom, "Image:Pushed ") << "only the shadow is the slider's own image";
     EXPECT_TRUE(slider.HasSlit());
     EXPECT_TRUE(slider.GetResetFromRect());
@@ -72,19 +56,20 @@ TEST(CSlider_X_XML, ReadsItsClassChildrenLeavesOtherImagesToTheCustomHookAndWrit
     EXPECT_EQ(slider.GetShadow().GetImagePtr(0)->GetResID(), 30);
     EXPECT_EQ(slider.GetMouseDragRect().Height(), 120) << "a drag spans the movement area";
 
-    const std::string once = Written(slider);
+    const std::string once = mirel_test::WrittenXML(slider);
     for (const char *child :
          {"ThumbMovementArea", "BackGroundPictRect", "TextWindowRelativeToThumb", "\"Shadow\"",
           "ResetFromRect", "ResID=\"21\"", "ResID=\"22\"", "\"Active\""})
         EXPECT_NE(once.find(child), std::string::npos) << child << " in " << once;
     ml::CSlider_X again;
-    ASSERT_EQ(again.ReadFromXMLWithAlg(Parse(once).get(), nullptr), 0);
-    EXPECT_EQ(Written(again), once);
+    ASSERT_EQ(again.ReadFromXMLWithAlg(mirel_test::ParseXML(once).get(), nullptr), 0);
+    EXPECT_EQ(mirel_test::WrittenXML(again), once);
 
-    ASSERT_EQ(again.UpdateFromXMLWithAlg(Parse(R"(<cCONTROLLER Name="S"><Class Type="Slider"/>
+    ASSERT_EQ(again.UpdateFromXMLWithAlg(
+                  mirel_test::ParseXML(R"(<cCONTROLLER Name="S"><Class Type="Slider"/>
       <ControlRect top="0" left="0" width="20" height="50"/></cCONTROLLER>)")
-                                             .get(),
-                                         nullptr),
+                      .get(),
+                  nullptr),
               0);
     EXPECT_FALSE(again.HasSlit() || again.GetResetFromRect() || !again.GetShadow().Empty());
     EXPECT_EQ(again.GetMouseDragRect().Height(), 50) << "a new skin keeps nothing of the last one";

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/WCGUIPlugin.h"
+#include "tests/support/WCGUITestTools.h"
 #include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCGoldenPicture.h"
 #include "tests/support/WCTestHome.h"
@@ -19,11 +20,7 @@
 #include "Code/GUI/Controls/WCTab.h"
 #include "Code/GUI/WUControlFactories.h"
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/CXMLTreeBuilder.h"
-#include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
-#include "graphic_stream/WCGraphicStreamToCairo.h"
-#include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "view/PluginViewManager.h"
 #include "view/WCEventData.h"
 #include "view/linux/WUHeadlessView.h"
@@ -34,21 +31,6 @@ namespace ml = MIREL_NAMESPACE_NAME;
 namespace PVM = ml::PluginViewManager;
 
 const std::string kFolder = MIREL_GUI_TEST_DATA "/controls";
-
-std::unique_ptr<ml::XML::CXMLElement> Parse(const std::string &text) {
-    auto root = std::make_unique<ml::XML::CXMLElement>();
-    ml::XML::CXMLTreeBuilder(root.get()).BuildFromSingleBuffer(text.data(), text.size());
-    EXPECT_TRUE(root->IsValid()) << text;
-    return root;
-}
-
-std::string Written(const ml::WCGUIControl &control) {
-    ml::XML::CXMLElement element("cCONTROLLER");
-    control.WriteToXMLWithAlg(&element);
-    std::string text;
-    ml::XML::WriteXMLToString(text, &element, false, true, 0);
-    return text;
-}
 
 // The text without the line breaks and indents of its pretty printing.
 std::string Flat(const std::string &text) {
@@ -118,23 +100,26 @@ TEST(Controls_Buttons_XML, EachKindWritesItsClassBackAsReadAndABrokenChildChange
             std::string("<Class Type=\"") + row.type + "\">" + row.children + "</Class>";
         auto control = Make(row.type);
         ASSERT_NE(control, nullptr);
-        ASSERT_EQ(control->ReadFromXMLWithAlg(
-                      Parse("<cCONTROLLER Name=\"C\">" + cls + "</cCONTROLLER>").get(), nullptr),
-                  0);
-        const std::string once = Written(*control);
+        ASSERT_EQ(
+            control->ReadFromXMLWithAlg(
+                mirel_test::ParseXML("<cCONTROLLER Name=\"C\">" + cls + "</cCONTROLLER>").get(),
+                nullptr),
+            0);
+        const std::string once = mirel_test::WrittenXML(*control);
         EXPECT_NE(Flat(once).find(row.children), std::string::npos) << once;
         auto again = Make(row.type);
-        ASSERT_EQ(again->ReadFromXMLWithAlg(Parse(once).get(), nullptr), 0);
-        EXPECT_EQ(Written(*again), once);
+        ASSERT_EQ(again->ReadFromXMLWithAlg(mirel_test::ParseXML(once).get(), nullptr), 0);
+        EXPECT_EQ(mirel_test::WrittenXML(*again), once);
         if (row.broken == nullptr)
             continue;
         EXPECT_NE(again->ReadFromXMLWithAlg(
-                      Parse(std::string("<cCONTROLLER Name=\"C\"><Class Type=\"") + row.type +
-                            "\">" + row.broken + "</Class></cCONTROLLER>")
+                      mirel_test::ParseXML(std::string("<cCONTROLLER Name=\"C\"><Class Type=\"") +
+                                           row.type + "\">" + row.broken + "</Class></cCONTROLLER>")
                           .get(),
                       nullptr),
                   0);
-        EXPECT_EQ(Written(*again), once) << "a broken child leaves the control as it was";
+        EXPECT_EQ(mirel_test::WrittenXML(*again), once)
+            << "a broken child leaves the control as it was";
     }
 }
 
@@ -298,28 +283,8 @@ protected:
     PVM::WCEventData m_Event;
 };
 
-// The frame without its first text record, the temporary bundle's path.
-std::string WithoutResourcePath(const std::string &yaml) {
-    const std::size_t at = yaml.find("resources_base_url");
-    if (at == std::string::npos)
-        return yaml;
-    return yaml.substr(0, at) + yaml.substr(yaml.find('\n', at));
-}
-
 TEST_F(Controls_Buttons, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {
-    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
-    writer.ActivateRemarks(true);
-    m_GUI->SetNeedToRedrawGUI();
-    ASSERT_EQ(m_GUI->GetDrawInstructions(writer), 0);
-    ml::miGS::WCGraphicStreamToYAML yaml;
-    ASSERT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), 0);
-    mirel_test::ExpectGoldenFile(WithoutResourcePath(yaml.GetYamlStr()), kFolder, "buttons.yaml");
-
-    ml::miGS::WCGraphicStreamToCairo painter;
-    painter.FollowDataPointers(true);
-    painter.ExecStream(static_cast<char *>(writer.GetStreamPtr()), writer.GetStreamSize());
-    EXPECT_EQ(painter.GetFirstDrawError(), 0);
-    mirel_test::ExpectGoldenPicture(painter.GetSurface(), kFolder, "buttons");
+    mirel_test::ExpectGoldenFrame(*m_GUI, kFolder, "buttons");
 }
 
 TEST_F(Controls_Buttons, AClickSetsWhatEachKindSetsInTurn) {

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/WCGUIPlugin.h"
+#include "tests/support/WCGUITestTools.h"
 #include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCGoldenPicture.h"
 #include "tests/support/WCTestHome.h"
@@ -20,10 +21,7 @@
 #include "Code/GUI/WUControlFactories.h"
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
-#include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
-#include "graphic_stream/WCGraphicStreamToCairo.h"
-#include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "view/WCEventData.h"
 
 namespace {
@@ -44,14 +42,6 @@ std::unique_ptr<ml::WCGUIControl> Read(const char *type, const std::string &cls,
     ml::XML::CXMLTreeBuilder(&root).BuildFromSingleBuffer(xml.data(), xml.size());
     EXPECT_EQ(control->ReadFromXMLWithAlg(&root, nullptr), expected) << xml;
     return control;
-}
-
-std::string Written(const ml::WCGUIControl &control) {
-    ml::XML::CXMLElement element("cCONTROLLER");
-    control.WriteToXMLWithAlg(&element);
-    std::string text;
-    ml::XML::WriteXMLToString(text, &element, false, true, 0);
-    return text;
 }
 
 TEST(Controls_Knobs_XML, EachKindWritesBackWhatItReadsAndABrokenChildChangesNothing) {
@@ -90,22 +80,23 @@ TEST(Controls_Knobs_XML, EachKindWritesBackWhatItReadsAndABrokenChildChangesNoth
     };
     for (const auto &kind : kinds) {
         const auto control = Read(kind.type, kind.cls, 0);
-        const std::string once = Written(*control);
-        EXPECT_EQ(Written(*Read(kind.type,
-                                once.substr(once.find("<Class"),
-                                            once.find("</Class>") + 8 - once.find("<Class")),
-                                0)),
-                  once)
+        const std::string once = mirel_test::WrittenXML(*control);
+        EXPECT_EQ(
+            mirel_test::WrittenXML(*Read(
+                kind.type,
+                once.substr(once.find("<Class"), once.find("</Class>") + 8 - once.find("<Class")),
+                0)),
+            once)
             << kind.type;
         const std::unique_ptr<ml::WCGUIControl> clone(control->Clone());
-        EXPECT_EQ(Written(*clone), once) << kind.type << " cloned";
+        EXPECT_EQ(mirel_test::WrittenXML(*clone), once) << kind.type << " cloned";
         ml::XML::CXMLElement root;
         const std::string broken = std::string("<cCONTROLLER Name=\"c\">") + kind.broken +
                                    "<ControlRect top=\"0\" left=\"0\" width=\"96\" "
                                    "height=\"48\"/></cCONTROLLER>";
         ml::XML::CXMLTreeBuilder(&root).BuildFromSingleBuffer(broken.data(), broken.size());
         EXPECT_EQ(control->ReadFromXMLWithAlg(&root, nullptr), kind.code) << kind.type;
-        EXPECT_EQ(Written(*control), once) << kind.type << " after a broken class";
+        EXPECT_EQ(mirel_test::WrittenXML(*control), once) << kind.type << " after a broken class";
     }
 }
 
@@ -210,32 +201,12 @@ protected:
     PVM::WCEventData m_Event;
 };
 
-// The frame without its first text record, the temporary bundle's path.
-std::string WithoutResourcePath(const std::string &yaml) {
-    const std::size_t at = yaml.find("resources_base_url");
-    if (at == std::string::npos)
-        return yaml;
-    return yaml.substr(0, at) + yaml.substr(yaml.find('\n', at));
-}
-
 TEST_F(Controls_Knobs, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {
     SetMeter(0.6);
     auto &metered = dynamic_cast<ml::CRotationKnobMeter &>(C("Metered"));
     EXPECT_NEAR(metered.GetMeterState(), 600.0, 1e-6) << "the ring reads the meter, not the "
                                                          "parameter it has not told yet";
-    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
-    writer.ActivateRemarks(true);
-    m_GUI->SetNeedToRedrawGUI();
-    ASSERT_EQ(m_GUI->GetDrawInstructions(writer), 0);
-    ml::miGS::WCGraphicStreamToYAML yaml;
-    ASSERT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), 0);
-    mirel_test::ExpectGoldenFile(WithoutResourcePath(yaml.GetYamlStr()), kFolder, "knobs.yaml");
-
-    ml::miGS::WCGraphicStreamToCairo painter;
-    painter.FollowDataPointers(true);
-    painter.ExecStream(static_cast<char *>(writer.GetStreamPtr()), writer.GetStreamSize());
-    EXPECT_EQ(painter.GetFirstDrawError(), 0);
-    mirel_test::ExpectGoldenPicture(painter.GetSurface(), kFolder, "knobs");
+    mirel_test::ExpectGoldenFrame(*m_GUI, kFolder, "knobs");
 }
 
 TEST_F(Controls_Knobs, AClickTakesTheNearestThumbAndADragMovesOnlyThatOne) {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/WCGUIPlugin.h"
+#include "tests/support/WCGUITestTools.h"
 #include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCGoldenPicture.h"
 #include "tests/support/WCTestHome.h"
@@ -20,11 +21,7 @@
 #include "Code/GUI/Controls/WCDynamicPopup.h"
 #include "Code/GUI/WUControlFactories.h"
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/CXMLTreeBuilder.h"
-#include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
-#include "graphic_stream/WCGraphicStreamToCairo.h"
-#include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "view/PluginViewManager.h"
 #include "view/WCEventData.h"
 #include "view/linux/WUHeadlessView.h"
@@ -125,27 +122,6 @@ const std::vector<std::string> kSources = {"LFO 1", "LFO 2", "Envelope", "Random
 
 const std::string kData = MIREL_GUI_TEST_DATA "/controls";
 
-std::string Written(const ml::WCGUIControl &control) {
-    ml::XML::CXMLElement element("cCONTROLLER");
-    control.WriteToXMLWithAlg(&element);
-    std::string text;
-    ml::XML::WriteXMLToString(text, &element, false, true, 0);
-    return text;
-}
-
-std::unique_ptr<ml::XML::CXMLElement> Parse(const std::string &text) {
-    auto root = std::make_unique<ml::XML::CXMLElement>();
-    ml::XML::CXMLTreeBuilder(root.get()).BuildFromSingleBuffer(text.data(), text.size());
-    EXPECT_TRUE(root->IsValid()) << text;
-    return root;
-}
-
-// The frame without its first text record, the temporary bundle's path.
-std::string WithoutResourcePath(const std::string &yaml) {
-    const std::size_t at = yaml.find("resources_base_url");
-    return at == std::string::npos ? yaml : yaml.substr(0, at) + yaml.substr(yaml.find('\n', at));
-}
-
 class PopupsGUI : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -222,11 +198,13 @@ TEST_F(PopupsGUI, EveryKindWritesItsClassBackAndABrokenChildChangesNothing) {
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(row.control);
-        const std::string written = Written(Control(row.control));
+        const std::string written = mirel_test::WrittenXML(Control(row.control));
         ml::WCFixedString<31> type(row.type);
         std::unique_ptr<ml::WCGUIControl> again(ml::CreateDefaultControls(type, m_GUI));
-        ASSERT_EQ(again->ReadFromXMLWithAlg(Parse(written).get(), m_Plugin.Algorithm()), 0);
-        EXPECT_EQ(Written(*again), written);
+        ASSERT_EQ(
+            again->ReadFromXMLWithAlg(mirel_test::ParseXML(written).get(), m_Plugin.Algorithm()),
+            0);
+        EXPECT_EQ(mirel_test::WrittenXML(*again), written);
         if (row.good == nullptr)
             continue;
         std::string broken = written;
@@ -234,9 +212,12 @@ TEST_F(PopupsGUI, EveryKindWritesItsClassBackAndABrokenChildChangesNothing) {
         ASSERT_NE(at, std::string::npos) << written;
         broken.replace(at, std::strlen(row.good), row.broken);
         std::unique_ptr<ml::WCGUIControl> kept(ml::CreateDefaultControls(type, m_GUI));
-        ASSERT_EQ(kept->ReadFromXMLWithAlg(Parse(written).get(), m_Plugin.Algorithm()), 0);
-        EXPECT_EQ(kept->UpdateFromXMLWithAlg(Parse(broken).get(), m_Plugin.Algorithm()), row.code);
-        EXPECT_EQ(Written(*kept), written);
+        ASSERT_EQ(
+            kept->ReadFromXMLWithAlg(mirel_test::ParseXML(written).get(), m_Plugin.Algorithm()), 0);
+        EXPECT_EQ(
+            kept->UpdateFromXMLWithAlg(mirel_test::ParseXML(broken).get(), m_Plugin.Algorithm()),
+            row.code);
+        EXPECT_EQ(mirel_test::WrittenXML(*kept), written);
     }
 }
 
@@ -248,19 +229,7 @@ TEST_F(PopupsGUI, AFullFrameShowsTheChosenStatesAndTheValuesInDigits) {
     Set(eX, 250.0);
     Set(eY, 800.0);
     m_Plugin.Shell().Idle(0, 1);
-    ml::miGS::WCGraphicStreamBinaryWriter writer(0);
-    writer.ActivateRemarks(true);
-    m_GUI->SetNeedToRedrawGUI();
-    ASSERT_EQ(m_GUI->GetDrawInstructions(writer), 0);
-    ml::miGS::WCGraphicStreamToYAML yaml;
-    ASSERT_EQ(yaml.ExecStream(writer.GetStreamPtr(), writer.GetStreamSize()), 0);
-    mirel_test::ExpectGoldenFile(WithoutResourcePath(yaml.GetYamlStr()), kData, "popups.yaml");
-
-    ml::miGS::WCGraphicStreamToCairo painter;
-    painter.FollowDataPointers(true);
-    painter.ExecStream(static_cast<char *>(writer.GetStreamPtr()), writer.GetStreamSize());
-    EXPECT_EQ(painter.GetFirstDrawError(), 0);
-    mirel_test::ExpectGoldenPicture(painter.GetSurface(), kData, "popups");
+    mirel_test::ExpectGoldenFrame(*m_GUI, kData, "popups");
 }
 
 TEST_F(PopupsGUI, AClickOpensTheMenuOfTheParametersStatesOrTheRunTimeItemsAndAChoiceSetsIt) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/WCGUITestTools.h"
 #include "tests/support/WCSilentAlgorithm.h"
 
 #include "Code/GUI/Controls/CDigitDisplay_X.h"
@@ -13,7 +14,6 @@
 #include "Code/GUI/WIControlOwner.h"
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/CXMLTreeBuilder.h"
-#include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "graphic_stream/WCStGSFrameStructWriter.h"
 #include "tools/shell/WCRecordingShell.h"
@@ -67,14 +67,6 @@ public:
     void DeSelectControl(ml::WCGUIControl *) override {}
 };
 
-std::string Written(const ml::WCGUIControl &control) {
-    ml::XML::CXMLElement element("cCONTROLLER");
-    control.WriteToXMLWithAlg(&element);
-    std::string text;
-    ml::XML::WriteXMLToString(text, &element, false, true, 0);
-    return text;
-}
-
 // One frame holding the control, dumped as YAML.
 std::string DrawToYAML(ml::WCGUIControl &control, int expected = 0) {
     ml::miGS::WCGraphicStreamBinaryWriter writer;
@@ -117,9 +109,9 @@ protected:
     // Written back, read again and written again, the same text.
     template <typename T>
     void ExpectRoundTrip(const T &control, const char *mustHold) {
-        const std::string written = Written(control);
+        const std::string written = mirel_test::WrittenXML(control);
         EXPECT_NE(written.find(mustHold), std::string::npos) << written;
-        EXPECT_EQ(Written(*Read<T>(written)), written);
+        EXPECT_EQ(mirel_test::WrittenXML(*Read<T>(written)), written);
     }
     mirel_shell::WCRecordingShell m_Shell;
     WCControlsTestAlgorithm *m_Alg = nullptr;
@@ -161,7 +153,7 @@ TEST_F(ControlsTest, KnobWritesBackEveryClassChild) {
     const auto knob = Read<ml::CRotationKnob>(kKnob);
     ExpectRoundTrip(*knob, "<ScaleMarksScaling");
     const std::unique_ptr<ml::CRotationKnob> clone(knob->Clone());
-    EXPECT_EQ(Written(*clone), Written(*knob));
+    EXPECT_EQ(mirel_test::WrittenXML(*clone), mirel_test::WrittenXML(*knob));
 }
 
 TEST_F(ControlsTest, ToggleStepsATwoStateParameterOnEachClickAndBack) {
