@@ -13,6 +13,7 @@ packages=(
   clang libclang-rt-14-dev
   librsvg2-bin
   libcairo2-dev fonts-dejavu-core
+  lv2-dev lilv-utils lv2file sordi sox
 )
 
 missing=()
