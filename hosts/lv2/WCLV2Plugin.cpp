@@ -80,7 +80,9 @@ void WCLV2Plugin::ApplyControls() {
     bool sent = false;
     for (WSLV2Port const &port : m_Layout.Ports()) {
         auto const *value = static_cast<float const *>(m_Connections[port.index]);
-        if (port.kind != WSLV2Port::eControlIn || value == nullptr || *value == m_Sent[port.index])
+        // A value that is not a number is no value; the control keeps the last one.
+        if (port.kind != WSLV2Port::eControlIn || value == nullptr || !std::isfinite(*value) ||
+            *value == m_Sent[port.index])
             continue;
         m_Sent[port.index] = *value;
         double state = std::clamp(static_cast<double>(*value), port.minimum, port.maximum);
