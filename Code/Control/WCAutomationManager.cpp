@@ -242,8 +242,18 @@ int WCAutomationManager::SetAutomationRefCons(int index, std::int64_t refCon1,
     return eNoErr;
 }
 
-int WCAutomationManager::ControlLedStateFromMap(int index, int, int &) const {
-    return GetAutomationControl(index) != nullptr ? eNotImplemented : eOutOfRangeNumber;
+int WCAutomationManager::ControlLedStateFromMap(int index, int state, int &led) const {
+    constexpr int kMaxMIDIValue = 127;
+    const WCAutomationControl *control = GetAutomationControl(index);
+    if (control == nullptr || state < 0 || state > kMaxMIDIValue)
+        return eOutOfRangeNumber;
+    const sCONTROL_PARAM *lead = m_pAlg != nullptr && control->GetNumRegistrations() > 0
+                                     ? m_pAlg->GetParam(control->GetLeadParamID())
+                                     : nullptr;
+    led = lead != nullptr && lead->IsDiscrete()
+              ? CalculateNextState(static_cast<int>(lead->GetNumStates()), state)
+              : state;
+    return eNoErr;
 }
 
 int WCAutomationManager::RenameAutomationControl(int index, const char *name) {

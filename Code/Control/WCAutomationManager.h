@@ -78,8 +78,10 @@ public:
     int ControlLeadParamID(int index, std::uint64_t &id) const;
     int GetAutomationRefCons(int index, std::int64_t &refCon1, std::int64_t &refCon2) const;
     int SetAutomationRefCons(int index, std::int64_t refCon1, std::int64_t refCon2);
-    // The LED a control surface lights for a state comes from the surface's map, which is not
-    // built: eNotImplemented for a control, -19 beyond the list.
+    // The LED a control surface lights for `state`, a MIDI value (0 to 127) it sends: for a lead
+    // parameter with states, the state's number (CalculateNextState); otherwise the value
+    // itself, for a ring of LEDs that follows it. -19 beyond the list or for a value outside
+    // 0..127, and `led` untouched.
     int ControlLedStateFromMap(int index, int state, int &led) const;
     int RenameAutomationControl(int index, const char *name);
 

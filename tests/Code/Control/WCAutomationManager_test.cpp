@@ -35,7 +35,7 @@ namespace PVM = ml::PluginViewManager;
 using mirel_shell::WCRecordingShell;
 
 const std::vector<std::string> kAutomated = {"Gain",  "Cutoff", "Filter", "Slope",
-                                              "Trim1", "Trim2",  "Mode"};
+                                             "Trim1", "Trim2",  "Mode"};
 // The first index beyond the list.
 constexpr int kBeyond = 7;
 
@@ -238,7 +238,8 @@ TEST_F(AutomationTest, AControlInsertedOrDeletedMovesTheLaterIndexesAndARefusalN
     ASSERT_EQ(Manager().AddNewAutomationControlForIndex("Host", gain, 1), 0);
     EXPECT_EQ(Index("Host"), 1);
     EXPECT_EQ(Index("Cutoff"), 2);
-    EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Late", gain, kBeyond + 2), ml::eOutOfRangeNumber);
+    EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Late", gain, kBeyond + 2),
+              ml::eOutOfRangeNumber);
     EXPECT_EQ(Manager().AddNewAutomationControlForIndex("Cutoff", gain, 0),
               ml::eSomeThingInitailzedTwice);
     EXPECT_EQ(Index("Gain"), 0);
@@ -246,6 +247,26 @@ TEST_F(AutomationTest, AControlInsertedOrDeletedMovesTheLaterIndexesAndARefusalN
     EXPECT_EQ(Index("Host"), -1);
     EXPECT_EQ(Index("Cutoff"), 1);
     EXPECT_EQ(Manager().DeleteAutomationControl(kBeyond), ml::eOutOfRangeNumber);
+}
+
+TEST_F(AutomationTest, ASurfaceLightsTheStateOfADiscreteControlAndTheValueOfAContinuousOne) {
+    const struct {
+        const char *control;
+        int state, led, code;
+    } rows[] = {{"Slope", 0, 0, 0},
+                {"Slope", 50, 1, 0},
+                {"Slope", 127, 2, 0},
+                {"Gain", 64, 64, 0},
+                {"Gain", 128, -1, ml::eOutOfRangeNumber},
+                {"Filter", 100, 1, 0}};
+    for (const auto &row : rows) {
+        std::int32_t led = row.state;
+        EXPECT_EQ(ml::GetPluginInfo_int32_t(m_Shell.Instance(), ml::WCFourCC("CLfM"), led,
+                                            Index(row.control)),
+                  row.code)
+            << row.control << ' ' << row.state;
+        EXPECT_EQ(led, row.code == 0 ? row.led : row.state) << row.control << ' ' << row.state;
+    }
 }
 
 TEST(WCAutomationManager, AMIDIValueSelectsTheStateOfItsShareOfTheRange) {
