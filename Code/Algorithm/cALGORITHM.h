@@ -778,15 +778,15 @@ public:
     // index that names no control. SetAutomatableControlStr renames a control.
     int ControlRealWorldValueFromState(std::int64_t index, double &inOut) const;
     int ControlStateFromRealWorldValue(std::int64_t index, double &inOut) const;
-    // The text control `index`'s lead parameter shows at `state` (0 to 1000), and the state a
-    // typed text gives it: -19 for a bad index or state, eNotANumber for a text the parameter
-    // does not read, and `state` untouched.
     // The state a toggle of parameter `id` goes to on a click, 0 to 1000: the next of its
     // states, past the last back to the first. A plug-in whose switch cycles otherwise (skips
     // a state, stops at the end) overrides it. -19 for an id beyond the list.
     virtual int GetPluginInfo_GetNextToggleState(std::int64_t id, std::int32_t &out);
     // The same for the lead parameter of automation control `index`.
     int GetPluginInfo_GetNextToggleStateByControlID(std::int64_t index, std::int32_t &out);
+    // The text control `index`'s lead parameter shows at `state` (0 to 1000), and the state a
+    // typed text gives it: -19 for a bad index or state, eNotANumber for a text the parameter
+    // does not read, and `state` untouched.
     int TranslateController(std::int64_t index, double state, WCFixedStringBase &text) const;
     int TranslateTextToControlState(std::int64_t index, char const *text, double &state);
     // The default page tables of the automation controls, written into `root`; see

@@ -2,8 +2,8 @@
 // layers fill (parameters, presets, meters, automation, resources). Each of the latter answers
 // what its service answers for something it does not have.
 
-#include <cstdint>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <sstream>
 #include <string>
