@@ -35,13 +35,8 @@ WTErr CBarBase_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM
         return eMemNullPointer;
     // Read into a copy, so that a child that does not read leaves the bar as it was.
     WSLook look;
-    for (const XML::CXMLElement *child : cls->GetSubElements()) {
-        WTErr err = eNoErr;
-        if (!ControlLook::ReadChild<WSLook>(*child, kChildren, look, err))
-            look.m_Others.push_back(*child);
-        else if (err != eNoErr)
-            return err;
-    }
+    if (const WTErr err = ControlLook::ReadChildren<WSLook>(*cls, kChildren, look); err != eNoErr)
+        return err;
     if ((look.m_BarMargin && *look.m_BarMargin < 0.0) ||
         (look.m_MarkThickness && *look.m_MarkThickness < 0.0))
         return eOutOfRangeNumber;

@@ -58,6 +58,20 @@ bool ReadChild(const XML::CXMLElement &child, std::span<const WSChild<Look>> kno
     return false;
 }
 
+// Every child of `cls` into `look`: those of `known` read, the others kept in `look.m_Others`
+// to be written back. The first child that does not read stops it with its code.
+template <typename Look>
+WTErr ReadChildren(const XML::CXMLElement &cls, std::span<const WSChild<Look>> known, Look &look) {
+    for (const XML::CXMLElement *child : cls.GetSubElements()) {
+        WTErr err = eNoErr;
+        if (!ReadChild<Look>(*child, known, look, err))
+            look.m_Others.push_back(*child);
+        else if (err != eNoErr)
+            return err;
+    }
+    return eNoErr;
+}
+
 // The children of `known` that hold a value in `look`, in the order of `known`.
 template <typename Look>
 void WriteChildren(XML::CXMLElement &cls, std::span<const WSChild<Look>> known, const Look &look) {
