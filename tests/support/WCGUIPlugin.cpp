@@ -100,4 +100,31 @@ int WCGUIPlugin::Sends() const {
     return sends;
 }
 
+namespace PVM = ml::PluginViewManager;
+
+PVM::WCEventData &WCGUIPlugin::Event(short x, short y, bool pressed) {
+    m_Event.SetMouseClickCount(PVM::eClickSingle);
+    m_Event.SetMouseButtonPressed(PVM::eMouseButtonLeft, pressed);
+    m_Event.SetMouseLocation({x, y});
+    return m_Event;
+}
+
+void WCGUIPlugin::Down(short x, short y) {
+    m_Event.SetMouseDownLocation({x, y});
+    EXPECT_EQ(m_GUI->DoMouseDown(Event(x, y, true)), 0);
+}
+
+void WCGUIPlugin::Move(short x, short y) {
+    EXPECT_EQ(m_GUI->DoMouseMove(Event(x, y, true)), 0);
+}
+
+void WCGUIPlugin::Up(short x, short y) {
+    EXPECT_EQ(m_GUI->DoMouseUp(Event(x, y, false)), 0);
+}
+
+void WCGUIPlugin::Click(short x, short y) {
+    Down(x, y);
+    Up(x, y);
+}
+
 } // namespace mirel_test

@@ -6,6 +6,7 @@
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/GUI/CStandardGUI_X.h"
 #include "tools/shell/WCRecordingShell.h"
+#include "view/WCEventData.h"
 
 namespace mirel_test {
 
@@ -36,6 +37,13 @@ public:
     // How many chains the process side was sent since the log was last cleared.
     int Sends() const;
 
+    // The left button at view pixels, straight to the GUI's handlers, as a single click's press,
+    // moves and release; a handler's refusal is a test failure.
+    void Down(short x, short y);
+    void Move(short x, short y);
+    void Up(short x, short y);
+    void Click(short x, short y);
+
 private:
     class WCAlgorithm;
     MIREL_NAMESPACE_NAME::WTResContainerType *m_Container = nullptr;
@@ -43,6 +51,9 @@ private:
     WCAlgorithm *m_Alg = nullptr;
     MIREL_NAMESPACE_NAME::CStandardGUI_X *m_GUI = nullptr;
     bool m_Started = false;
+    MIREL_NAMESPACE_NAME::PluginViewManager::WCEventData m_Event;
+
+    MIREL_NAMESPACE_NAME::PluginViewManager::WCEventData &Event(short x, short y, bool pressed);
 };
 
 } // namespace mirel_test

@@ -16,7 +16,6 @@
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "graphic_stream/WCStGSFrameStructWriter.h"
-#include "view/WCEventData.h"
 
 namespace {
 
@@ -127,23 +126,10 @@ protected:
         EXPECT_NE(slider, nullptr) << name << " is no slider";
         return *slider;
     }
-    PVM::WCEventData &Event(short x, short y, bool pressed) {
-        m_Event.SetMouseClickCount(PVM::eClickSingle);
-        m_Event.SetMouseButtonPressed(PVM::eMouseButtonLeft, pressed);
-        m_Event.SetMouseLocation({x, y});
-        return m_Event;
-    }
-    void Down(short x, short y) {
-        m_Event.SetMouseDownLocation({x, y});
-        EXPECT_EQ(m_GUI->DoMouseDown(Event(x, y, true)), 0);
-    }
-    void Move(short x, short y) { EXPECT_EQ(m_GUI->DoMouseMove(Event(x, y, true)), 0); }
-    void Up(short x, short y) { EXPECT_EQ(m_GUI->DoMouseUp(Event(x, y, false)), 0); }
 
     mirel_test::WCTestHome m_Home;
     mirel_test::WCGUIPlugin m_Plugin;
     ml::CStandardGUI_X *m_GUI = nullptr;
-    PVM::WCEventData m_Event;
 };
 
 TEST_F(CSlider_XInGUI,
@@ -187,20 +173,20 @@ TEST_F(CSlider_XInGUI, ThumbPositionToStateGivesZeroAtTheStartOfTheTravelAnd1000
 }
 
 TEST_F(CSlider_XInGUI, AFastDragMovesTheWholeScaleOverTheMovementAreaNotTheControl) {
-    Down(20, 140); // on the thumb at state 0
-    Move(20, 128); // 12 fast pixels of the 120-pixel area: a tenth of the scale
+    m_Plugin.Down(20, 140); // on the thumb at state 0
+    m_Plugin.Move(20, 128); // 12 fast pixels of the 120-pixel area: a tenth of the scale
     EXPECT_NEAR(Slider("V").GetSliderPosition(), 100.0, 1e-9);
-    Up(20, 128);
+    m_Plugin.Up(20, 128);
 }
 
 TEST_F(CSlider_XInGUI, TheHoldPointKeepsAClickOnTheThumbFromJumpingInAnAbsoluteDrag) {
     ml::CSlider_X &a = Slider("A");
     ASSERT_EQ(a.GetThumbCentre().y, 80); // state 500
-    Down(70, 85);                        // 5 pixels below the thumb's centre
+    m_Plugin.Down(70, 85);               // 5 pixels below the thumb's centre
     EXPECT_EQ(a.GetHoldPoint().y, 5);
-    Move(70, 84); // the thumb follows one pixel up: its centre at 79, not at the mouse
+    m_Plugin.Move(70, 84); // the thumb follows one pixel up: its centre at 79, not at the mouse
     EXPECT_NEAR(a.GetSliderPosition(), 510.0, 1e-6);
-    Up(70, 84);
+    m_Plugin.Up(70, 84);
     EXPECT_EQ(a.GetHoldPoint().y, 0) << "the mouse-up forgets it";
 }
 

@@ -22,7 +22,6 @@
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "view/PluginViewManager.h"
-#include "view/WCEventData.h"
 #include "view/linux/WUHeadlessView.h"
 
 namespace {
@@ -259,28 +258,11 @@ protected:
         return *control;
     }
     double State(const char *name) const { return C(name).GetRegistration(0).GetValue(); }
-    PVM::WCEventData &Event(short x, short y, bool pressed) {
-        m_Event.SetMouseClickCount(PVM::eClickSingle);
-        m_Event.SetMouseButtonPressed(PVM::eMouseButtonLeft, pressed);
-        m_Event.SetMouseLocation({x, y});
-        return m_Event;
-    }
-    void Down(short x, short y) {
-        m_Event.SetMouseDownLocation({x, y});
-        EXPECT_EQ(m_GUI->DoMouseDown(Event(x, y, true)), 0);
-    }
-    void Move(short x, short y) { EXPECT_EQ(m_GUI->DoMouseMove(Event(x, y, true)), 0); }
-    void Up(short x, short y) { EXPECT_EQ(m_GUI->DoMouseUp(Event(x, y, false)), 0); }
-    void Click(short x, short y) {
-        Down(x, y);
-        Up(x, y);
-    }
 
     mirel_test::WCTestHome m_Home;
     mirel_test::WCGUIPlugin m_Plugin;
     ml::CStandardGUI_X *m_GUI = nullptr;
     ml::WSPluginView *m_View = nullptr;
-    PVM::WCEventData m_Event;
 };
 
 TEST_F(Controls_Buttons, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {
@@ -309,7 +291,7 @@ TEST_F(Controls_Buttons, AClickSetsWhatEachKindSetsInTurn) {
         {30, 180, "Link", 0.0},       // the left box left
     };
     for (const auto &row : clicks) {
-        Click(row.x, row.y);
+        m_Plugin.Click(row.x, row.y);
         EXPECT_NEAR(State(row.control), row.state, 0.5) << row.control << " at " << row.x;
     }
 }
@@ -319,7 +301,7 @@ TEST_F(Controls_Buttons, ATabShowsItsPageAndHidesTheOthers) {
     auto &more = dynamic_cast<ml::WCTab &>(C("TabMore"));
     ASSERT_TRUE(main.IsChosen() && !more.IsChosen()) << "the first tab of the row at the start";
     EXPECT_TRUE(C("Hidden").IsHidden(true));
-    Click(120, 12);
+    m_Plugin.Click(120, 12);
     EXPECT_TRUE(more.IsChosen());
     EXPECT_FALSE(main.IsChosen());
     EXPECT_FALSE(C("Hidden").IsHidden(true));
@@ -336,32 +318,32 @@ TEST_F(Controls_Buttons, ATabShowsItsPageAndHidesTheOthers) {
 
 TEST_F(Controls_Buttons, AHandleFollowsTheMouseInsideItsMovementRect) {
     auto &handle = C("Handle");
-    Down(200, 138);
-    Move(230, 126); // 30 right and 12 up, 4 more than the rect allows
+    m_Plugin.Down(200, 138);
+    m_Plugin.Move(230, 126); // 30 right and 12 up, 4 more than the rect allows
     EXPECT_EQ(handle.GetDrawableRect(), ml::WURect<short>(120, 220, 140, 260));
-    Move(330, 200); // far beyond: stopped at the rect's right and bottom
+    m_Plugin.Move(330, 200); // far beyond: stopped at the rect's right and bottom
     EXPECT_EQ(handle.GetDrawableRect(), ml::WURect<short>(140, 270, 160, 310));
-    Up(330, 200);
+    m_Plugin.Up(330, 200);
 }
 
 TEST_F(Controls_Buttons, AHeldScrollThumbFollowsTheMouseToTheEndOfItsTrack) {
-    Down(312, 40); // on the thumb, 10 below its top
-    Move(312, 70);
+    m_Plugin.Down(312, 40); // on the thumb, 10 below its top
+    m_Plugin.Move(312, 70);
     EXPECT_NEAR(State("Scroll"), 30 * 1000.0 / 68, 0.5) << "30 of the 68 pixels it travels";
-    Move(312, 200);
+    m_Plugin.Move(312, 200);
     EXPECT_DOUBLE_EQ(State("Scroll"), 1000.0);
-    Up(312, 200);
+    m_Plugin.Up(312, 200);
 }
 
 TEST_F(Controls_Buttons, AHeldStepButtonRepeatsOnTheViewsTimerFasterAfterItsTimeAndStopsOnRelease) {
     auto count = [this] { return std::lround(State("Step") / 10.0); }; // one step is 10 states
-    Down(130, 90);
+    m_Plugin.Down(130, 90);
     EXPECT_EQ(count(), 1) << "the press steps once";
     ASSERT_EQ(PVM::AdvanceTime(1000), 0); // every 200 ms: five more
     EXPECT_EQ(count(), 6);
     ASSERT_EQ(PVM::AdvanceTime(100), 0); // every 50 ms from the first second on
     EXPECT_EQ(count(), 8);
-    Up(130, 90);
+    m_Plugin.Up(130, 90);
     ASSERT_EQ(PVM::AdvanceTime(500), 0);
     EXPECT_EQ(count(), 8);
 }
@@ -370,15 +352,15 @@ TEST_F(Controls_Buttons, ADragInAMultiFieldMovesTheFieldPressedAlone) {
     auto &fields = C("Fields");
     const double left = fields.GetRegistration(0).GetValue();
     const double right = fields.GetRegistration(1).GetValue();
-    Down(280, 12);
-    Move(280, 2);
-    Up(280, 2);
+    m_Plugin.Down(280, 12);
+    m_Plugin.Move(280, 2);
+    m_Plugin.Up(280, 2);
     EXPECT_EQ(fields.GetRegistration(0).GetValue(), left);
     EXPECT_GT(fields.GetRegistration(1).GetValue(), right);
 }
 
 TEST_F(Controls_Buttons, AClickOnTheEntryOpensTheBoxOverItsValueAndTheTextSetsIt) {
-    Click(50, 90);
+    m_Plugin.Click(50, 90);
     PVM::WSTextBoxState box;
     ASSERT_EQ(PVM::GetTextBoxState(box), 0);
     ASSERT_TRUE(box.m_active);

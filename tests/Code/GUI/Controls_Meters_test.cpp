@@ -23,7 +23,6 @@
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "view/PluginViewManager.h"
-#include "view/WCEventData.h"
 
 namespace {
 
@@ -214,18 +213,6 @@ protected:
         return *control;
     }
     double State(const char *name) const { return C(name).GetRegistration(0).GetValue(); }
-    PVM::WCEventData &Event(short x, short y, bool pressed) {
-        m_Event.SetMouseClickCount(PVM::eClickSingle);
-        m_Event.SetMouseButtonPressed(PVM::eMouseButtonLeft, pressed);
-        m_Event.SetMouseLocation({x, y});
-        return m_Event;
-    }
-    void Down(short x, short y) {
-        m_Event.SetMouseDownLocation({x, y});
-        EXPECT_EQ(m_GUI->DoMouseDown(Event(x, y, true)), 0);
-    }
-    void Move(short x, short y) { EXPECT_EQ(m_GUI->DoMouseMove(Event(x, y, true)), 0); }
-    void Up(short x, short y) { EXPECT_EQ(m_GUI->DoMouseUp(Event(x, y, false)), 0); }
     // A full frame as YAML.
     std::string Frame() {
         ml::miGS::WCGraphicStreamBinaryWriter writer(0);
@@ -240,7 +227,6 @@ protected:
     mirel_test::WCGUIPlugin m_Plugin;
     ml::CStandardGUI_X *m_GUI = nullptr;
     ml::WSPluginView *m_View = nullptr;
-    PVM::WCEventData m_Event;
 };
 
 TEST_F(Controls_Meters, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {
@@ -267,8 +253,8 @@ TEST_F(Controls_Meters, AClickResetsAMetersPeakAndClipWhereItsXMLAllows) {
         {70, 190, "Multi", 0.6, false},
     };
     for (const auto &row : clicks) {
-        Down(row.x, row.y);
-        Up(row.x, row.y);
+        m_Plugin.Down(row.x, row.y);
+        m_Plugin.Up(row.x, row.y);
         m_Plugin.Algorithm()->GetMeterManager().UpdateDisplay();
         m_Plugin.Shell().Idle(0, 1);
         if (std::strcmp(row.meter, "Out") == 0) {
@@ -302,10 +288,10 @@ TEST_F(Controls_Meters, ADraggedArcOrBarShowsItsHighlightColourAndMovesByItsSize
     };
     for (const auto &row : drags) {
         const short x = static_cast<short>(row.x + row.dx), y = static_cast<short>(row.y + row.dy);
-        Down(row.x, row.y);
-        Move(x, y);
+        m_Plugin.Down(row.x, row.y);
+        m_Plugin.Move(x, y);
         EXPECT_NE(Frame().find(row.color), std::string::npos) << row.control;
-        Up(x, y);
+        m_Plugin.Up(x, y);
         EXPECT_NEAR(State(row.control), row.state, 1e-6) << row.control;
     }
 }
