@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "Code/GUI/WCBaseImage.h"
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "Utilities/XML/Code/WUAtoi.h"
 
@@ -108,6 +109,17 @@ void KeepChildren(const XML::CXMLElement &cls, WTKeptChildren &kept) {
 void WriteKeptChildren(XML::CXMLElement &cls, const WTKeptChildren &kept) {
     for (const auto &child : kept)
         cls.push_sub_element(new XML::CXMLElement(child));
+}
+
+void WriteTypedImages(XML::CXMLElement &cls,
+                      std::initializer_list<std::pair<const char *, const WCBaseImage *>> images) {
+    for (const auto &[type, image] : images) {
+        if (image->GetResID() == WCBaseImage::kNoResID)
+            continue;
+        auto *element = cls.push_sub_element(new XML::CXMLElement("Image"));
+        element->AddAttrib("Type", type);
+        image->WriteToXML(element);
+    }
 }
 
 } // namespace GUIXML

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+#include <utility>
 #include <vector>
 
 #include "core/MirelNamespace.h"
@@ -12,6 +14,7 @@ MIREL_NAMESPACE_BEGIN
 namespace XML {
 class CXMLElement;
 }
+class WCBaseImage;
 
 // Rectangles and colours of the GUI XML. [any-thread]
 namespace GUIXML {
@@ -39,6 +42,9 @@ using WTKeptChildren = std::vector<XML::CXMLElement>;
 void KeepChildren(const XML::CXMLElement &cls, WTKeptChildren &kept);
 // Copies of `kept` appended to `cls`.
 void WriteKeptChildren(XML::CXMLElement &cls, const WTKeptChildren &kept);
+// An "Image" child with attribute "Type" for each image that has a resource, in order.
+void WriteTypedImages(XML::CXMLElement &cls,
+                      std::initializer_list<std::pair<const char *, const WCBaseImage *>> images);
 
 } // namespace GUIXML
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Code/Algorithm/cALGORITHM.h"
+#include "Code/GUI/WUGUIXML.h"
 #include "Utilities/XML/Code/CXMLElement.h"
 #include "view/WCEventData.h"
 
@@ -60,15 +61,7 @@ WTErr CToggle_X::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORITHM 
 void CToggle_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (cls == nullptr)
         return;
-    const std::pair<const char *, const WCBaseImage *> images[] = {{"Pushed", &m_Pushed},
-                                                                   {"Released", &m_Released}};
-    for (const auto &[type, image] : images) {
-        if (image->GetResID() == WCBaseImage::kNoResID)
-            continue;
-        auto *element = cls->push_sub_element(new XML::CXMLElement("Image"));
-        element->AddAttrib("Type", type);
-        image->WriteToXML(element);
-    }
+    GUIXML::WriteTypedImages(*cls, {{"Pushed", &m_Pushed}, {"Released", &m_Released}});
 }
 
 WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,
@@ -89,8 +82,7 @@ WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect
                     m_pAlg->GetPluginInfo_GetNextToggleState(
                         static_cast<std::int64_t>(data.GetRegisteredParam()), asked) == eNoErr
                 ? static_cast<double>(asked)
-                : NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(),
-                            reverse);
+                : NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(), reverse);
         chain = Chain(chain, data.SetParamValue(next, eRegMouseDown, modifiers));
     }
     return chain;

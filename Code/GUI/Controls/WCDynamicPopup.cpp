@@ -68,15 +68,7 @@ WTErr WCDynamicPopup::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGOR
 void WCDynamicPopup::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     if (cls == nullptr)
         return;
-    const std::pair<const char *, const WCBaseImage *> images[] = {{"Pushed", &m_Pushed},
-                                                                   {"Released", &m_Released}};
-    for (const auto &[type, image] : images) {
-        if (image->GetResID() == WCBaseImage::kNoResID)
-            continue;
-        auto *element = cls->push_sub_element(new XML::CXMLElement("Image"));
-        element->AddAttrib("Type", type);
-        image->WriteToXML(element);
-    }
+    GUIXML::WriteTypedImages(*cls, {{"Pushed", &m_Pushed}, {"Released", &m_Released}});
     GUIXML::WriteKeptChildren(*cls, m_OtherChildren);
 }
 
