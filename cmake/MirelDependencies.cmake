@@ -20,3 +20,9 @@ endif()
 if(MIREL_BUILD_BENCH)
   find_package(benchmark REQUIRED)
 endif()
+# The LV2 headers (lv2-dev) for the LV2 wrapper; without them the wrapper, its tool and the LV2
+# bundles are left out rather than failing the whole build.
+find_path(MIREL_LV2_INCLUDE_DIR lv2/core/lv2.h)
+if(NOT MIREL_LV2_INCLUDE_DIR)
+  message(WARNING "lv2/core/lv2.h not found (package lv2-dev): the LV2 wrapper is not built")
+endif()

@@ -1,6 +1,7 @@
 # What `cmake --install` puts under the prefix: the shared run-time with its headers, the CMake
 # package (find_package(MirelLib) gives MirelLib::MirelLib and mirel_add_plugin), a pkg-config
-# file and the command-line host.
+# file, the command-line host, and the LV2 wrapper with its TTL writer, from which
+# mirel_add_plugin makes a plug-in's LV2 bundle.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -28,6 +29,14 @@ endforeach()
 # The host loads any plug-in module given on its command line; it finds the run-time next to it.
 set_target_properties(mirel-host PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS mirel-host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+if(TARGET mirel_lv2)
+  set_target_properties(mirel-lv2-ttl PROPERTIES
+    INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS mirel_lv2 mirel-lv2-ttl EXPORT MirelLibTargets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 
 install(EXPORT MirelLibTargets NAMESPACE MirelLib:: DESTINATION ${MIREL_INSTALL_CMAKEDIR})
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/MirelLibConfig.cmake.in

@@ -10,14 +10,23 @@
 #                                     AVXLinuxIntel64
 #   [PROCESS_RESOURCE_ID <id>]        the audio code's resource number, 1000 by default
 #   [INCLUDE_DIRS <dir>...]           extra include folders of the module and the audio code
-#   [COMPILE_OPTIONS <option>...])    extra options of the module and the audio code
+#   [COMPILE_OPTIONS <option>...]     extra options of the module and the audio code
+#   [BUNDLE_DEPENDS <file>...]        outputs of steps that write into the bundle after the copy,
+#                                     which the LV2 bundle waits for
+#   [LV2_DIR <folder>])               where the LV2 bundle goes; <binary dir>/lv2 by default
 #
 # It lays out, next to the module:
 #   <name>.bundle/Contents/Linux64/<name>.so
 #   <name>.bundle/Contents/Resources/...                      (a copy of RESOURCES)
 #   <name>.bundle/Contents/Resources/<build>/<id>.so          (one per processor build)
+# and, where the run-time was built with its LV2 wrapper, the LV2 bundle hosts load:
+#   <LV2_DIR>/<name>.lv2/mirel_lv2.so                         (the generic wrapper, linked whole)
+#   <LV2_DIR>/<name>.lv2/{manifest,<name>,presets}.ttl        (written by mirel-lv2-ttl)
+#   <LV2_DIR>/<name>.lv2/<name>.bundle/                       (a copy of the bundle above)
 # Targets: <name> (the module; building it builds everything below), <name>Resources,
-# <name>Process<build> for each build and <name>ProcessModules. A step that writes into the
+# <name>Process<build> for each build, <name>ProcessModules, <name>LV2Binary and <name>LV2.
+# A plug-in built against the installed package also installs its LV2 bundle into
+# <prefix>/<libdir>/lv2. A step that writes into the
 # bundle's resources after the copy (pictures drawn at build time) depends on the file named by
 # the module's MIREL_RESOURCES_STAMP property, since each copy replaces the whole folder.
 
@@ -29,8 +38,8 @@ set(MIREL_PROCESS_BUILD_GenericMultiCoreLinuxIntel64 "")
 set(MIREL_PROCESS_BUILD_AVXLinuxIntel64 "-mavx")
 
 function(mirel_add_plugin name)
-  cmake_parse_arguments(ARG "" "RESOURCES;PROCESS_RESOURCE_ID"
-    "SOURCES;PROCESS_SOURCES;PROCESS_BUILDS;INCLUDE_DIRS;COMPILE_OPTIONS" ${ARGN})
+  cmake_parse_arguments(ARG "" "RESOURCES;PROCESS_RESOURCE_ID;LV2_DIR"
+    "SOURCES;PROCESS_SOURCES;PROCESS_BUILDS;INCLUDE_DIRS;COMPILE_OPTIONS;BUNDLE_DEPENDS" ${ARGN})
   if(NOT ARG_SOURCES)
     message(FATAL_ERROR "mirel_add_plugin(${name}): SOURCES is required")
   endif()
@@ -111,6 +120,49 @@ function(mirel_add_plugin name)
     add_dependencies(${name} ${name}ProcessModules)
   endif()
 
-  # The LV2 bundle (<name>.lv2: the wrapper, the module and the generated TTL files) is laid out
-  # here, from the module and the bundle above, once the LV2 wrapper exists.
+  if(NOT TARGET MirelLib::mirel_lv2 OR NOT TARGET MirelLib::mirel-lv2-ttl)
+    return()
+  endif()
+  if(NOT ARG_LV2_DIR)
+    set(ARG_LV2_DIR ${CMAKE_CURRENT_BINARY_DIR}/lv2)
+  endif()
+  set(lv2 ${ARG_LV2_DIR}/${name}.lv2)
+
+  # The plug-in's LV2 binary: the generic wrapper, whole, so that its entry point is kept. It
+  # links the run-time as the module does and so finds it the same way.
+  set(lv2_source ${CMAKE_CURRENT_BINARY_DIR}/${name}LV2Binary.cpp)
+  file(CONFIGURE OUTPUT ${lv2_source}
+    CONTENT "// ${name}'s LV2 binary is the generic LV2 wrapper of the run-time; nothing of its own.\n")
+  add_library(${name}LV2Binary MODULE ${lv2_source})
+  target_link_libraries(${name}LV2Binary PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,MirelLib::mirel_lv2>")
+  set_target_properties(${name}LV2Binary PROPERTIES PREFIX "" CXX_VISIBILITY_PRESET hidden)
+
+  # The LV2 bundle, laid out again whenever the module, its resources, its audio code or a step
+  # writing into the bundle changes. The TTL files come from the plug-in itself, started by
+  # mirel-lv2-ttl; a sanitized build's leak check would report the tool's fonts as its own.
+  set(lv2_stamp ${CMAKE_CURRENT_BINARY_DIR}/${name}LV2.stamp)
+  set(lv2_depends ${name} ${name}LV2Binary MirelLib::mirel-lv2-ttl ${resources_stamp}
+    ${ARG_BUNDLE_DEPENDS})
+  if(ARG_PROCESS_SOURCES)
+    list(APPEND lv2_depends ${process_stamp})
+  endif()
+  add_custom_command(OUTPUT ${lv2_stamp}
+    COMMAND ${CMAKE_COMMAND} -E remove_directory ${lv2}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${lv2}
+    COMMAND ${CMAKE_COMMAND} -E copy_directory ${bundle} ${lv2}/${name}.bundle
+    COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${name}LV2Binary> ${lv2}/mirel_lv2.so
+    COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0
+            $<TARGET_FILE:MirelLib::mirel-lv2-ttl>
+            ${lv2}/${name}.bundle/Contents/Linux64/${name}.so ${lv2} ${name}
+    COMMAND ${CMAKE_COMMAND} -E touch ${lv2_stamp}
+    DEPENDS ${lv2_depends}
+    COMMENT "Laying out the ${name} LV2 bundle")
+  add_custom_target(${name}LV2 ALL DEPENDS ${lv2_stamp})
+  set_target_properties(${name} PROPERTIES MIREL_LV2_BUNDLE_DIR ${lv2})
+
+  get_target_property(imported MirelLib::MirelLib IMPORTED)
+  if(imported)
+    include(GNUInstallDirs)
+    install(DIRECTORY ${lv2} DESTINATION ${CMAKE_INSTALL_LIBDIR}/lv2 USE_SOURCE_PERMISSIONS)
+  endif()
 endfunction()

@@ -13,8 +13,8 @@ ctest --preset default 2>&1 | tee build/default/ctest-summary.log
 # subscriptions, the algorithm's process lock, the recording shell's process side, meter reads
 # handed to a shell's meter thread, host chunks beside main-thread preset loads, the calls other
 # threads leave for the views' main thread, parameter values told to a host from its automation
-# thread) runs once more under ThreadSanitizer.
-tsan_suites=(core_thread_tests resources_tests redis_tests algorithm_tests process_tests meter_tests preset_tests view_tests control_tests)
+# thread, the LV2 wrapper's worker and audio threads) runs once more under ThreadSanitizer.
+tsan_suites=(core_thread_tests resources_tests redis_tests algorithm_tests process_tests meter_tests preset_tests view_tests control_tests lv2_wrapper_tests)
 cmake --preset tsan
 cmake --build --preset tsan --target "${tsan_suites[@]}"
 for suite in "${tsan_suites[@]}"; do

@@ -41,8 +41,8 @@ int DescribeParam(ml::cALGORITHM &alg, std::uint64_t id, WSLV2Port &port) {
     port.minimum = low < high ? low : high;
     port.maximum = low < high ? high : low;
     port.integer = param->IsDiscrete();
-    port.toggled = port.integer && param->GetNumStates() == 2 && port.minimum == 0.0 &&
-                   port.maximum == 1.0;
+    port.toggled =
+        port.integer && param->GetNumStates() == 2 && port.minimum == 0.0 && port.maximum == 1.0;
     return ml::eNoErr;
 }
 
@@ -96,6 +96,15 @@ int WCLV2PortLayout::Build(ml::cALGORITHM *alg, int inputs, int outputs) {
             return err;
         port.source = i;
         port.symbol = Symbol(port.name);
+        add(std::move(port));
+    }
+    if (alg->GetDelay() > 0) {
+        WSLV2Port port;
+        port.kind = WSLV2Port::eLatency;
+        port.symbol = "latency";
+        port.name = "Latency";
+        port.maximum = port.value = alg->GetDelay();
+        port.integer = true;
         add(std::move(port));
     }
     m_Ports = std::move(ports);

@@ -12,7 +12,7 @@ namespace ml = MIREL_NAMESPACE_NAME;
 
 // One port of the LV2 plug-in, in real-world units of the parameter behind it.
 struct WSLV2Port {
-    enum EKind : int { eAudioIn, eAudioOut, eControlIn, eControlOut };
+    enum EKind : int { eAudioIn, eAudioOut, eControlIn, eControlOut, eLatency };
     EKind kind = eAudioIn;
     std::uint32_t index = 0;
     std::string symbol;
@@ -28,9 +28,10 @@ struct WSLV2Port {
 };
 
 // The ports a started algorithm shows an LV2 host, in index order: its audio inputs, its audio
-// outputs, one input control per host-visible automation control and one output control per
-// meter. The wrapper and the TTL writer both build it, so the indices they use agree by
-// construction. [main-thread]: it reads the algorithm's parameters.
+// outputs, one input control per host-visible automation control, one output control per meter,
+// and the latency in frames when the plug-in reports a delay. The wrapper and the TTL writer both
+// build it, so the indices they use agree by construction. [main-thread]: it reads the algorithm's
+// parameters.
 class WCLV2PortLayout {
 public:
     // Fills the layout; eMemNullPointer without an algorithm. `inputs` and `outputs` are the

@@ -48,6 +48,28 @@ foreach(file Linux64/GainFilter.so Resources/GenericLinux64/1000.so
   endif()
 endforeach()
 
+# The LV2 bundle of the same call: the wrapper linked into the plug-in's own LV2 binary, and the
+# description written from the plug-in; an LV2 host finds the plug-in in it by its URI.
+set(lv2 ${build}/lv2/GainFilter.lv2)
+foreach(file mirel_lv2.so manifest.ttl GainFilter.ttl presets.ttl
+             GainFilter.bundle/Contents/Linux64/GainFilter.so)
+  if(NOT EXISTS ${lv2}/${file})
+    fail("the LV2 bundle lacks ${file}")
+  endif()
+endforeach()
+if(LV2INFO)
+  run("describing the LV2 plug-in" out ${CMAKE_COMMAND} -E env LV2_PATH=${build}/lv2
+    HOME=${home} XDG_CONFIG_HOME=${home}/config XDG_DATA_HOME=${home}/data
+    XDG_CACHE_HOME=${home}/cache ${LV2INFO} urn:mirel:GainFilter)
+  if(NOT out MATCHES "Name: *Cutoff" OR NOT out MATCHES "Warm")
+    fail("lv2info does not show the plug-in's ports and presets:\n${out}")
+  endif()
+endif()
+run("installing the plug-in" out ${CMAKE_COMMAND} --install ${build} --prefix ${WORK_DIR}/plugins)
+if(NOT EXISTS ${WORK_DIR}/plugins/${LIBDIR}/lv2/GainFilter.lv2/mirel_lv2.so)
+  fail("the plug-in's LV2 bundle was not installed:\n${out}")
+endif()
+
 # The installed host, finding the installed run-time by its own run path, loads the module and
 # walks its life cycle; it answers 1 as soon as a step fails.
 run("loading the plug-in with the installed host" out ${CMAKE_COMMAND} -E env

@@ -3,14 +3,17 @@
 //   mirel-lv2-ttl <plug-in module .so> <LV2 bundle folder> <name>
 //
 // Loads the module and its bundle, starts the plug-in as the wrapper does and writes
-// manifest.ttl and <name>.ttl into the folder: the plug-in `urn:mirel:<name>`, its binary the
-// generic wrapper mirel_lv2.so, and its ports in the wrapper's order.
+// manifest.ttl, <name>.ttl and presets.ttl into the folder: the plug-in `urn:mirel:<name>`, its
+// binary the generic wrapper mirel_lv2.so, its ports in the wrapper's order, and one LV2 preset
+// per factory preset of the bundle, holding the values it gives the input control ports.
 
 #include <cstdio>
 #include <fstream>
 #include <sstream>
 #include <string>
 
+#include "Code/Presets/CPresetsManager.h"
+#include "Code/Presets/CPublicAlg.h"
 #include "core/WTErrors.h"
 #include "hosts/lv2/WCLV2PortLayout.h"
 #include "tools/shell/WCRecordingShell.h"
@@ -47,10 +50,20 @@ std::string Quoted(std::string const &text) {
 }
 
 void WritePort(std::ostream &out, WSLV2Port const &port) {
+    if (port.kind == WSLV2Port::eLatency) {
+        out << "        a lv2:OutputPort , lv2:ControlPort ;\n"
+            << "        lv2:index " << port.index << " ;\n"
+            << "        lv2:symbol " << Quoted(port.symbol) << " ;\n"
+            << "        lv2:name " << Quoted(port.name) << " ;\n"
+            << "        lv2:designation lv2:latency ;\n"
+            << "        lv2:minimum 0 ;\n        lv2:maximum " << Number(port.maximum) << " ;\n"
+            << "        lv2:portProperty lv2:reportsLatency , lv2:integer\n";
+        return;
+    }
     const bool audio = port.kind == WSLV2Port::eAudioIn || port.kind == WSLV2Port::eAudioOut;
     const bool input = port.kind == WSLV2Port::eAudioIn || port.kind == WSLV2Port::eControlIn;
-    out << "        a lv2:" << (input ? "InputPort" : "OutputPort") << " , lv2:"
-        << (audio ? "AudioPort" : "ControlPort") << " ;\n"
+    out << "        a lv2:" << (input ? "InputPort" : "OutputPort")
+        << " , lv2:" << (audio ? "AudioPort" : "ControlPort") << " ;\n"
         << "        lv2:index " << port.index << " ;\n"
         << "        lv2:symbol " << Quoted(port.symbol) << " ;\n"
         << "        lv2:name " << Quoted(port.name);
@@ -97,8 +110,7 @@ int main(int argc, char **argv) {
         err = shell.Start();
     mirel_lv2::WCLV2PortLayout layout;
     if (err == ml::eNoErr)
-        err = layout.Build(shell.Algorithm(), shell.DSPReqRes().inputs,
-                           shell.DSPReqRes().outputs);
+        err = layout.Build(shell.Algorithm(), shell.DSPReqRes().inputs, shell.DSPReqRes().outputs);
     if (err != ml::eNoErr) {
         std::fprintf(stderr, "mirel-lv2-ttl: %s: %d (%s)\n", argv[1], err, ml::WTErrName(err));
         return 1;
@@ -106,17 +118,20 @@ int main(int argc, char **argv) {
     const std::string uri = "<urn:mirel:" + name + ">";
     const std::string prefixes = "@prefix doap: <http://usefulinc.com/ns/doap#> .\n"
                                  "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
-                                 "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n\n";
-
-    std::ostringstream manifest;
-    manifest << prefixes << uri << "\n    a lv2:Plugin ;\n    lv2:binary <mirel_lv2.so> ;\n"
-             << "    rdfs:seeAlso <" << name << ".ttl> .\n";
+                                 "@prefix pset: <http://lv2plug.in/ns/ext/presets#> .\n"
+                                 "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n"
+                                 "@prefix state: <http://lv2plug.in/ns/ext/state#> .\n"
+                                 "@prefix urid: <http://lv2plug.in/ns/ext/urid#> .\n"
+                                 "@prefix work: <http://lv2plug.in/ns/ext/worker#> .\n\n";
 
     std::ostringstream plugin;
     plugin << prefixes << uri << "\n    a lv2:Plugin ;\n"
            << "    doap:name " << Quoted(info.m_ShortName.c_str()) << " ;\n"
-           // Not hardRTCapable yet: a control change is still applied with a lock in run().
-           << "    lv2:binary <mirel_lv2.so> ;\n    lv2:port";
+           << "    lv2:binary <mirel_lv2.so> ;\n"
+           // Real-time safe where the host offers the worker, as real-time hosts do; without it
+           // run() does a control change's work in place.
+           << "    lv2:optionalFeature lv2:hardRTCapable , work:schedule , urid:map ;\n"
+           << "    lv2:extensionData work:interface , state:interface ;\n    lv2:port";
     auto const &ports = layout.Ports();
     for (std::size_t i = 0; i < ports.size(); ++i) {
         plugin << (i == 0 ? " [\n" : " , [\n");
@@ -124,6 +139,46 @@ int main(int argc, char **argv) {
         plugin << "    ]";
     }
     plugin << " .\n";
+
+    // Each factory preset loaded in turn, and the input controls read back.
+    ml::cALGORITHM &alg = *shell.Algorithm();
+    ml::Preset::CPresetsManager *manager = alg.GetPresetsManager();
+    std::ostringstream presets;
+    presets << prefixes;
+    std::ostringstream manifestPresets;
+    for (std::size_t i = 0; manager != nullptr && i < manager->GetNumFactoryPresets(); ++i) {
+        ml::Preset::CPresetInfo const &entry = *manager->GetFactoryPreset(i);
+        if (entry.IsSeperator() || entry.IsDummyTitle() || entry.IsDisabled())
+            continue;
+        err = manager->LoadFactoryPresetToPluginByIndex(ml::Preset::CPublicAlg(alg), i);
+        if (err != ml::eNoErr) {
+            std::fprintf(stderr, "mirel-lv2-ttl: factory preset %zu: %d (%s)\n", i, err,
+                         ml::WTErrName(err));
+            return 1;
+        }
+        const std::string preset = "<urn:mirel:" + name + ":preset:" + std::to_string(i) + ">";
+        manifestPresets << preset << "\n    a pset:Preset ;\n    lv2:appliesTo " << uri
+                        << " ;\n    rdfs:seeAlso <presets.ttl> .\n\n";
+        presets << preset << "\n    a pset:Preset ;\n    lv2:appliesTo " << uri << " ;\n"
+                << "    rdfs:label " << Quoted(entry.m_PresetName.c_str()) << " ;\n    lv2:port";
+        bool first = true;
+        for (WSLV2Port const &port : ports) {
+            double value = 0.0;
+            if (port.kind != WSLV2Port::eControlIn ||
+                alg.GetParamRealWorld(port.paramID, value) != ml::eNoErr)
+                continue;
+            presets << (first ? " [\n" : " , [\n") << "        lv2:symbol " << Quoted(port.symbol)
+                    << " ;\n        pset:value " << Number(value) << "\n    ]";
+            first = false;
+        }
+        presets << " .\n\n";
+    }
+
+    std::ostringstream manifest;
+    manifest << prefixes << uri << "\n    a lv2:Plugin ;\n    lv2:binary <mirel_lv2.so> ;\n"
+             << "    rdfs:seeAlso <" << name << ".ttl> .\n\n"
+             << manifestPresets.str();
     return Write(folder + "/manifest.ttl", manifest.str()) +
-           Write(folder + "/" + name + ".ttl", plugin.str());
+           Write(folder + "/" + name + ".ttl", plugin.str()) +
+           Write(folder + "/presets.ttl", presets.str());
 }

@@ -1,5 +1,6 @@
 #include "tools/shell/WCRecordingShell.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -9,7 +10,6 @@
 
 namespace mirel_shell {
 
-using ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER;
 namespace KPM = ml::KPAPI_PROCESS_MEMORY;
 
 // A buffer and its words in one allocation the shell owns until op 4 frees it.
@@ -66,7 +66,7 @@ int WCRecordingShell::ExecCallBack(int op, std::int64_t refcon, void *a, void *b
     return shell->OnExec(op, a, b, c);
 }
 
-std::vector<char> *WCRecordingShell::MemoryOf(int kind) {
+std::vector<char> const *WCRecordingShell::MemoryOf(int kind) const {
     switch (kind) {
     case KPM::eBufferStates: return &m_StateMemory;
     case KPM::eBufferCoefs: return &m_CoefMemory;
@@ -76,30 +76,67 @@ std::vector<char> *WCRecordingShell::MemoryOf(int kind) {
     }
 }
 
-int WCRecordingShell::ApplyChain(BUFFER_HEADER *chain, std::int64_t &count) {
+int WCRecordingShell::CheckChain(BUFFER_HEADER const *chain, std::int64_t &count) const {
     count = 0;
-    ml::cALGORITHM *alg = m_Instance.m_pAlg;
-    for (BUFFER_HEADER *buffer = chain; buffer != nullptr; buffer = buffer->next, ++count) {
-        if (m_Live.count(buffer) == 0)
+    for (BUFFER_HEADER const *buffer = chain; buffer != nullptr; buffer = buffer->next, ++count) {
+        if (m_Live.count(const_cast<BUFFER_HEADER *>(buffer)) == 0)
             return ml::eMemBadPointer;
-        std::vector<char> *memory = MemoryOf(buffer->kind);
+        std::vector<char> const *memory = MemoryOf(buffer->kind);
         if (memory == nullptr)
             return ml::eGenericErr;
         const std::size_t at = static_cast<std::size_t>(buffer->offset) * m_WordSize;
         const std::size_t bytes = static_cast<std::size_t>(buffer->count) * m_WordSize;
         if (buffer->offset < 0 || buffer->count < 0 || at + bytes > memory->size())
             return ml::eMemBuffTooShort;
+    }
+    return ml::eNoErr;
+}
+
+void WCRecordingShell::ApplyCheckedChain(BUFFER_HEADER *chain) {
+    for (BUFFER_HEADER *buffer = chain; buffer != nullptr; buffer = buffer->next) {
+        char *memory = const_cast<char *>(MemoryOf(buffer->kind)->data()) +
+                       static_cast<std::size_t>(buffer->offset) * m_WordSize;
+        auto *words = static_cast<char *>(buffer->data);
+        const std::size_t bytes = static_cast<std::size_t>(buffer->count) * m_WordSize;
         const int op = buffer->memOp;
-        const bool write = alg == nullptr || op == alg->GetMemOpWrite() ||
-                           op == alg->GetMemOpReadWrite() || op == alg->GetMemOpWriteExtended();
-        const bool read =
-            alg != nullptr && (op == alg->GetMemOpRead() || op == alg->GetMemOpReadWrite());
         // Read-write hands back the old words and stores the new ones.
-        std::vector<char> old(memory->begin() + at, memory->begin() + at + bytes);
-        if (write)
-            std::memcpy(memory->data() + at, buffer->data, bytes);
-        if (read)
-            std::memcpy(buffer->data, old.data(), bytes);
+        if (op == m_OpReadWrite)
+            std::swap_ranges(words, words + bytes, memory);
+        else if (op == m_OpRead)
+            std::memcpy(words, memory, bytes);
+        else if (op == m_OpWrite || op == m_OpWriteExtended)
+            std::memcpy(memory, words, bytes);
+    }
+}
+
+bool WCRecordingShell::ChainReads(BUFFER_HEADER const *chain) const {
+    for (; chain != nullptr; chain = chain->next) {
+        if (chain->memOp == m_OpRead || chain->memOp == m_OpReadWrite)
+            return true;
+    }
+    return false;
+}
+
+int WCRecordingShell::SendChain(int, BUFFER_HEADER *chain, std::int64_t &count) {
+    const int err = CheckChain(chain, count);
+    if (err == ml::eNoErr)
+        ApplyCheckedChain(chain);
+    return err;
+}
+
+int WCRecordingShell::ReleaseBuffer(BUFFER_HEADER *buffer) {
+    return m_Live.erase(buffer) == 0 ? ml::eMemBadPointer : ml::eNoErr;
+}
+
+int WCRecordingShell::FreeChain(BUFFER_HEADER *chain, std::int64_t &count) {
+    count = 0;
+    while (chain != nullptr) {
+        BUFFER_HEADER *next = chain->next;
+        const int err = ReleaseBuffer(chain);
+        if (err != ml::eNoErr)
+            return err;
+        ++count;
+        chain = next;
     }
     return ml::eNoErr;
 }
@@ -113,7 +150,7 @@ int WCRecordingShell::OnExec(int op, void *a, void *b, void *c) {
     switch (op) {
     case ml::eExecSendBuffers:
     case ml::eExecSendBuffersInit:
-        result = ApplyChain(static_cast<BUFFER_HEADER *>(a), call.arg1);
+        result = SendChain(op, static_cast<BUFFER_HEADER *>(a), call.arg1);
         break;
     case ml::eExecChainBuffers: {
         auto *first = static_cast<BUFFER_HEADER *>(a);
@@ -135,19 +172,9 @@ int WCRecordingShell::OnExec(int op, void *a, void *b, void *c) {
         call.arg1 = ChainLength(first);
         break;
     }
-    case ml::eExecFreeBuffers: {
-        auto *buffer = static_cast<BUFFER_HEADER *>(a);
-        while (buffer != nullptr) {
-            BUFFER_HEADER *next = buffer->next;
-            if (m_Live.erase(buffer) == 0) {
-                result = ml::eMemBadPointer;
-                break;
-            }
-            ++call.arg1;
-            buffer = next;
-        }
+    case ml::eExecFreeBuffers:
+        result = FreeChain(static_cast<BUFFER_HEADER *>(a), call.arg1);
         break;
-    }
     case ml::eExecNewBuffer: {
         auto const *request = static_cast<BUFFER_HEADER const *>(a);
         auto **out = static_cast<BUFFER_HEADER **>(b);
@@ -209,7 +236,8 @@ int WCRecordingShell::OnExec(int op, void *a, void *b, void *c) {
         break;
     default: result = ml::eNotImplemented; break;
     }
-    m_Calls.push_back(call);
+    if (m_Record)
+        m_Calls.push_back(call);
     return result;
 }
 
@@ -353,6 +381,10 @@ int WCRecordingShell::Start() {
     m_YMemory.assign(yWords * m_WordSize, 0);
     ml::KPAPI_1::LocateInfo locate{m_LocateFlag, 0, m_StatesBase, m_CoefsBase, 0};
     keep(Step("Locate", alg->Locate(&locate, nullptr, nullptr)));
+    m_OpWrite = alg->GetMemOpWrite();
+    m_OpRead = alg->GetMemOpRead();
+    m_OpReadWrite = alg->GetMemOpReadWrite();
+    m_OpWriteExtended = alg->GetMemOpWriteExtended();
     keep(
         Step("exbf", ml::SetPluginInfo_struct(m_Instance, ml::WCFourCC("exbf"), &m_MemRequest, 0)));
 

@@ -50,7 +50,7 @@ public:
     using Destroyer = std::function<void(ml::cALGORITHM *)>;
 
     WCRecordingShell();
-    ~WCRecordingShell();
+    virtual ~WCRecordingShell();
     WCRecordingShell(WCRecordingShell const &) = delete;
     WCRecordingShell &operator=(WCRecordingShell const &) = delete;
 
@@ -65,6 +65,8 @@ public:
     int m_FailNewBufferAfter = -1;
     // Op 3 refuses to chain, and links nothing.
     bool m_FailChainBuffers = false;
+    // Whether exec calls are logged; a long-lived host turns it off, so the log never grows.
+    bool m_Record = true;
 
     // Loads a plug-in module and binds its entry points; a module inside a bundle also opens the
     // bundle's resource container, which the factory receives. Codes: eDLLNotFound,
@@ -121,12 +123,32 @@ public:
 
     static int ExecCallBack(int op, std::int64_t refcon, void *a, void *b, void *c);
 
+protected:
+    using BUFFER_HEADER = ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER;
+
+    // Ops 0 and 1, under the shell's mutex: by default the chain is checked and applied at once.
+    // A process side that runs elsewhere overrides it to carry checked chains there.
+    virtual int SendChain(int op, BUFFER_HEADER *chain, std::int64_t &count);
+    // Op 4, under the shell's mutex: by default every buffer of the chain is released.
+    virtual int FreeChain(BUFFER_HEADER *chain, std::int64_t &count);
+    // eMemBadPointer for a buffer the shell does not own, eGenericErr for an unknown memory,
+    // eMemBuffTooShort for words outside it. [under the shell's mutex]
+    int CheckChain(BUFFER_HEADER const *chain, std::int64_t &count) const;
+    // Moves the words of a checked chain: writes into the memories, reads out of them, and
+    // read-write both ways. Allocates nothing and takes no lock, so that an audio thread that
+    // owns the memories may call it.
+    void ApplyCheckedChain(BUFFER_HEADER *chain);
+    // Whether some buffer of the chain reads words back.
+    bool ChainReads(BUFFER_HEADER const *chain) const;
+    // Releases one buffer; eMemBadPointer for one the shell does not own.
+    int ReleaseBuffer(BUFFER_HEADER *buffer);
+    std::mutex &ShellMutex() const { return m_Mutex; }
+
 private:
     struct WSBuffer;
 
     int OnExec(int op, void *a, void *b, void *c);
-    int ApplyChain(ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER *chain, std::int64_t &count);
-    std::vector<char> *MemoryOf(int kind);
+    std::vector<char> const *MemoryOf(int kind) const;
     int Step(char const *name, int code);
     void CloseResources();
 
@@ -141,6 +163,11 @@ private:
     bool m_Started = false;
 
     mutable std::mutex m_Mutex;
+    // The memory operation codes, learnt at Start, so that applying a chain reads no plug-in.
+    int m_OpWrite = 0;
+    int m_OpRead = 1;
+    int m_OpReadWrite = 2;
+    int m_OpWriteExtended = 4;
     std::vector<WSExecCall> m_Calls;
     std::vector<std::string> m_Steps;
     std::map<ml::KPAPI_PROCESS_MEMORY::BUFFER_HEADER *, std::unique_ptr<WSBuffer>> m_Live;

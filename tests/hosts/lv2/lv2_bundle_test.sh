@@ -51,6 +51,21 @@ output Output -60.000000 0.000000 -60.000000"
   [ "$got" = "$expected" ] || fail "ports differ:
 $got"
   ;;
+presets)
+  # The factory presets, in their file's order, each with the input controls it sets.
+  got=$(lv2info "$uri" 2>/dev/null | awk '/^\tPresets:/ { on = 1; next } on && /^\t +[^ ]/ { sub(/^\t +/, ""); print; next } { on = 0 }')
+  expected="Default
+Warm
+Bright
+Filter Off
+Quiet"
+  [ "$(echo "$got" | sort)" = "$(echo "$expected" | sort)" ] || fail "presets differ:
+$got"
+  # Warm: gain -3 dB, cutoff 800 Hz, 12 dB per octave.
+  grep -A 30 'rdfs:label "Warm"' "$lv2dir"/GainFilter.lv2/presets.ttl |
+    tr -d ' \n' | grep -q 'lv2:symbol"gain";pset:value-3.0\],\[lv2:symbol"cutoff";pset:value800.0' ||
+    fail "the Warm preset's values"
+  ;;
 tones)
   # Two tones at -15 dB each through gain -6 dB and a one-pole low-pass at 500 Hz
   # (y = b0 x + a1 y[-1], a1 = exp(-2 pi 500 / fs)); each tone's level is measured alone by
