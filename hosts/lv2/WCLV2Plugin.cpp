@@ -2,6 +2,10 @@
 
 #include <lv2/atom/atom.h>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -75,7 +79,13 @@ int WCLV2Plugin::Open(char const *modulePath, double rate, LV2_Worker_Schedule c
     err = m_Layout.Build(&alg, needs.inputs, needs.outputs);
     if (err != ml::eNoErr)
         return err;
+    // The layout orders the ports by kind: audio in, audio out, control in, then the outputs.
     const std::size_t ports = m_Layout.Ports().size();
+    m_FirstControlIn = static_cast<std::uint32_t>(needs.inputs + needs.outputs);
+    m_FirstControlOut = m_FirstControlIn;
+    while (m_FirstControlOut < ports &&
+           m_Layout.Ports()[m_FirstControlOut].kind == WSLV2Port::eControlIn)
+        ++m_FirstControlOut;
     m_Connections.assign(ports, nullptr);
     m_Seen.assign(ports, 0.0f);
     m_OutputValues = std::make_unique<std::atomic<float>[]>(ports);
@@ -84,6 +94,9 @@ int WCLV2Plugin::Open(char const *modulePath, double rate, LV2_Worker_Schedule c
         m_OutputValues[port.index].store(static_cast<float>(port.value));
     }
     m_InterleavedIn.assign(static_cast<std::size_t>(kChunk) * std::max(needs.inputs, 1), 0.0f);
+    m_InChannels.assign(static_cast<std::size_t>(std::max(needs.inputs, 0)), nullptr);
+    m_OutChannels.assign(static_cast<std::size_t>(std::max(needs.outputs, 0)), nullptr);
+    m_Silence.assign(kChunk, 0.0f);
     m_InterleavedOut.assign(static_cast<std::size_t>(kChunk) * std::max(needs.outputs, 1), 0.0f);
     // The first meter read, answered here since the audio side is not live yet; from now on the
     // plug-in leaves meter reading to the idle ticks, whose reads never wait for the audio thread.
@@ -190,56 +203,109 @@ bool WCLV2Plugin::Hand(WSWork const &work) {
     return true;
 }
 
+void WCLV2Plugin::Interleave(float const *const *channels, int count, std::uint32_t frames,
+                             float *out) {
+    // Stereo, the common case, four frames at a time.
+    if (count == 2) {
+        float const *left = channels[0];
+        float const *right = channels[1];
+        std::uint32_t i = 0;
+#if defined(__SSE2__)
+        for (; i + 4 <= frames; i += 4) {
+            const __m128 l = _mm_loadu_ps(left + i);
+            const __m128 r = _mm_loadu_ps(right + i);
+            _mm_storeu_ps(out + 2 * i, _mm_unpacklo_ps(l, r));
+            _mm_storeu_ps(out + 2 * i + 4, _mm_unpackhi_ps(l, r));
+        }
+#endif
+        for (; i < frames; ++i) {
+            out[2 * i] = left[i];
+            out[2 * i + 1] = right[i];
+        }
+        return;
+    }
+    for (int channel = 0; channel < count; ++channel) {
+        float const *in = channels[channel];
+        for (std::uint32_t i = 0; i < frames; ++i)
+            out[i * count + channel] = in[i];
+    }
+}
+
+void WCLV2Plugin::Deinterleave(float const *in, int count, std::uint32_t frames,
+                               float *const *channels) {
+    if (count == 2 && channels[0] != nullptr && channels[1] != nullptr) {
+        float *left = channels[0];
+        float *right = channels[1];
+        std::uint32_t i = 0;
+#if defined(__SSE2__)
+        for (; i + 4 <= frames; i += 4) {
+            const __m128 a = _mm_loadu_ps(in + 2 * i);
+            const __m128 b = _mm_loadu_ps(in + 2 * i + 4);
+            _mm_storeu_ps(left + i, _mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
+            _mm_storeu_ps(right + i, _mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
+        }
+#endif
+        for (; i < frames; ++i) {
+            left[i] = in[2 * i];
+            right[i] = in[2 * i + 1];
+        }
+        return;
+    }
+    for (int channel = 0; channel < count; ++channel) {
+        if (channels[channel] == nullptr)
+            continue;
+        float *out = channels[channel];
+        for (std::uint32_t i = 0; i < frames; ++i)
+            out[i] = in[i * count + channel];
+    }
+}
+
 void WCLV2Plugin::Run(std::uint32_t frames) {
     if (m_Process == nullptr)
         return;
     m_Side.ServiceChains();
-    std::vector<WSLV2Port> const &ports = m_Layout.Ports();
-    for (WSLV2Port const &port : ports) {
-        if (port.kind != WSLV2Port::eControlIn)
-            continue;
-        auto const *value = static_cast<float const *>(m_Connections[port.index]);
+    for (std::uint32_t index = m_FirstControlIn; index < m_FirstControlOut; ++index) {
+        auto const *value = static_cast<float const *>(m_Connections[index]);
         // A value that is not a number is no value; the control keeps the last one.
-        if (value == nullptr || !std::isfinite(*value) || *value == m_Seen[port.index])
+        if (value == nullptr || !std::isfinite(*value) || *value == m_Seen[index])
             continue;
         // A full worker queue takes nothing: the change is handed over again next block.
-        if (Hand(WSWork{WSWork::eControl, port.index, *value}))
-            m_Seen[port.index] = *value;
+        if (Hand(WSWork{WSWork::eControl, index, *value}))
+            m_Seen[index] = *value;
     }
 
     const int inputs = m_Layout.AudioInputs();
     const int outputs = m_Layout.AudioOutputs();
     for (std::uint32_t done = 0; done < frames;) {
         const std::uint32_t n = std::min(kChunk, frames - done);
+        // An unconnected input reads silence; an unconnected output is left out.
         for (int channel = 0; channel < inputs; ++channel) {
-            auto const *in = static_cast<float const *>(m_Connections[ports[channel].index]);
-            for (std::uint32_t i = 0; i < n; ++i)
-                m_InterleavedIn[i * inputs + channel] = in != nullptr ? in[done + i] : 0.0f;
+            auto const *in = static_cast<float const *>(m_Connections[channel]);
+            m_InChannels[channel] = in != nullptr ? in + done : m_Silence.data();
         }
+        for (int channel = 0; channel < outputs; ++channel) {
+            auto *out = static_cast<float *>(m_Connections[inputs + channel]);
+            m_OutChannels[channel] = out != nullptr ? out + done : nullptr;
+        }
+        Interleave(m_InChannels.data(), inputs, n, m_InterleavedIn.data());
         m_Process(m_Side.CoefWords(), m_Side.StateWords(), m_InterleavedIn.data(),
                   m_InterleavedOut.data(), static_cast<std::int32_t>(n));
-        for (int channel = 0; channel < outputs; ++channel) {
-            auto *out = static_cast<float *>(m_Connections[ports[inputs + channel].index]);
-            if (out == nullptr)
-                continue;
-            for (std::uint32_t i = 0; i < n; ++i)
-                out[done + i] = m_InterleavedOut[i * outputs + channel];
-        }
+        Deinterleave(m_InterleavedOut.data(), outputs, n, m_OutChannels.data());
         done += n;
     }
 
-    for (WSLV2Port const &port : ports) {
-        auto *out = static_cast<float *>(m_Connections[port.index]);
-        const bool output = port.kind == WSLV2Port::eControlOut || port.kind == WSLV2Port::eLatency;
-        if (output && out != nullptr)
-            *out = m_OutputValues[port.index].load(std::memory_order_relaxed);
+    for (std::uint32_t index = m_FirstControlOut; index < m_Connections.size(); ++index) {
+        auto *out = static_cast<float *>(m_Connections[index]);
+        if (out != nullptr)
+            *out = m_OutputValues[index].load(std::memory_order_relaxed);
     }
+    // Only this thread sets the flag, so a plain load decides; the main side clears it.
     m_FramesSinceIdle += frames;
-    if (m_FramesSinceIdle >= kIdleFrames &&
-        !m_IdlePending.exchange(true, std::memory_order_acq_rel)) {
+    if (m_FramesSinceIdle >= kIdleFrames && !m_IdlePending.load(std::memory_order_acquire)) {
         m_FramesSinceIdle = 0;
+        m_IdlePending.store(true, std::memory_order_relaxed);
         if (!Hand(WSWork{WSWork::eIdle, 0, 0.0f}))
-            m_IdlePending.store(false, std::memory_order_release);
+            m_IdlePending.store(false, std::memory_order_relaxed);
     }
 }
 

@@ -70,6 +70,13 @@ public:
 
     WCLV2PortLayout const &Layout() const { return m_Layout; }
 
+    // `frames` frames of `count` channels into one interleaved block, and back; an output channel
+    // that is null is left out. [any-thread]
+    static void Interleave(float const *const *channels, int count, std::uint32_t frames,
+                           float *out);
+    static void Deinterleave(float const *in, int count, std::uint32_t frames,
+                             float *const *channels);
+
 private:
     // What Run hands to the main side.
     struct WSWork {
@@ -101,9 +108,15 @@ private:
 
     // Audio side: connections, the last value of each port acted on, the interleaved blocks.
     std::vector<void *> m_Connections;
+    std::uint32_t m_FirstControlIn = 0;
+    std::uint32_t m_FirstControlOut = 0;
     std::vector<float> m_Seen;
     std::vector<float> m_InterleavedIn;
     std::vector<float> m_InterleavedOut;
+    // Where the current chunk of each channel is, and a chunk of silence for unconnected inputs.
+    std::vector<float const *> m_InChannels;
+    std::vector<float *> m_OutChannels;
+    std::vector<float> m_Silence;
     std::uint32_t m_FramesSinceIdle = 0;
     // Shared: the values of the output control ports (meters, latency) as the main side read them
     // last, by port index, and whether an idle tick is on its way.
