@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -135,6 +136,26 @@ TEST_F(LV2State, RestoredIntoAFreshInstanceGivesTheSameOutput) {
     ASSERT_EQ(Open(plain, WCLV2TestHost::eThread), "");
     ASSERT_EQ(plain.Restore(m_Defaults), LV2_STATE_SUCCESS);
     EXPECT_NE(Response(plain), expected);
+}
+
+TEST_F(LV2State, BothSetupsSurviveASession) {
+    // The ports drive the active setup only; the other one travels in the state alone.
+    std::vector<char> &bytes = m_State.begin()->second.second;
+    std::string text(bytes.begin(), bytes.end());
+    const std::regex other(R"((Setup="SETUP_B"[^>]*>\s*<Parameters Type="RealWorld">)\S+)");
+    ASSERT_TRUE(std::regex_search(text, other));
+    text = std::regex_replace(text, other, "$1-12");
+    bytes.assign(text.begin(), text.end());
+    WCLV2TestHost fresh;
+    ASSERT_EQ(Open(fresh, WCLV2TestHost::eNone), "");
+    ASSERT_EQ(fresh.Restore(m_State), LV2_STATE_SUCCESS);
+    WCLV2TestHost::WTState again;
+    ASSERT_EQ(fresh.Save(again), LV2_STATE_SUCCESS);
+    std::vector<char> const &saved = again.begin()->second.second;
+    std::smatch match;
+    const std::string savedText(saved.begin(), saved.end());
+    ASSERT_TRUE(std::regex_search(savedText, match, other));
+    EXPECT_TRUE(match.str().ends_with(">-12")) << savedText;
 }
 
 TEST_F(LV2State, AControlMovedAfterARestoreWins) {
