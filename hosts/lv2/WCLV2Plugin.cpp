@@ -159,7 +159,7 @@ void WCLV2Plugin::ReadMeters() {
 void WCLV2Plugin::DoWork(WSWork const &work) {
     switch (work.kind) {
     case WSWork::eControl:
-        if (work.port < m_Layout.Ports().size())
+        if (work.port >= m_FirstControlIn && work.port < m_FirstControlOut)
             ApplyControl(m_Layout.Ports()[work.port], work.value);
         break;
     case WSWork::eIdle:
