@@ -139,8 +139,10 @@ function(mirel_add_plugin name)
 
   # The LV2 bundle, laid out again whenever the module, its resources, its audio code or a step
   # writing into the bundle changes. The TTL files come from the plug-in itself, started by
-  # mirel-lv2-ttl; a sanitized build's leak check would report the tool's fonts as its own.
+  # mirel-lv2-ttl in a home of the build's own, since a started plug-in keeps its settings in the
+  # user's folders; a sanitized build's leak check would report the tool's fonts as its own.
   set(lv2_stamp ${CMAKE_CURRENT_BINARY_DIR}/${name}LV2.stamp)
+  set(lv2_home ${CMAKE_CURRENT_BINARY_DIR}/${name}LV2Home)
   set(lv2_depends ${name} ${name}LV2Binary MirelLib::mirel-lv2-ttl ${resources_stamp}
     ${ARG_BUNDLE_DEPENDS})
   if(ARG_PROCESS_SOURCES)
@@ -152,6 +154,8 @@ function(mirel_add_plugin name)
     COMMAND ${CMAKE_COMMAND} -E copy_directory ${bundle} ${lv2}/${name}.bundle
     COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${name}LV2Binary> ${lv2}/mirel_lv2.so
     COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0
+            XDG_CONFIG_HOME=${lv2_home}/config XDG_DATA_HOME=${lv2_home}/data
+            XDG_CACHE_HOME=${lv2_home}/cache
             $<TARGET_FILE:MirelLib::mirel-lv2-ttl>
             ${lv2}/${name}.bundle/Contents/Linux64/${name}.so ${lv2} ${name}
     COMMAND ${CMAKE_COMMAND} -E touch ${lv2_stamp}
