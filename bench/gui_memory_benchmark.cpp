@@ -33,10 +33,7 @@ double HeapInUse() {
 // error on the state when a step fails.
 std::unique_ptr<WCRecordingShell> StartGainFilter(benchmark::State &state) {
     auto shell = std::make_unique<WCRecordingShell>();
-    ml::MirelComponentInfo info;
-    if (shell->LoadModule(MIREL_EXAMPLE_MODULE) != 0 ||
-        shell->GetModuleComponentInfo(0, info) != 0 || shell->Create(info) != 0 ||
-        shell->Start() != 0) {
+    if (shell->Open(MIREL_EXAMPLE_MODULE) != 0) {
         state.SkipWithError("the example plug-in did not start");
         return nullptr;
     }

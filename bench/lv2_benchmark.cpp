@@ -12,7 +12,6 @@
 #include "Code/Process/WUNativeProcess.h"
 #include "bench/support/WCBenchRatios.h"
 #include "core/WTErrors.h"
-#include "resources/ResourceManager.h"
 #include "tests/support/WCLV2TestHost.h"
 #include "tools/shell/WCRecordingShell.h"
 
@@ -54,22 +53,10 @@ BENCHMARK(BM_WrapperRun);
 
 void BM_DirectProcess(benchmark::State &state) {
     mirel_shell::WCRecordingShell shell;
-    ml::MirelComponentInfo info;
-    int err =
-        shell.LoadModule(MIREL_LV2_BUNDLE "/GainFilter.bundle/Contents/Linux64/GainFilter.so");
-    if (err == ml::eNoErr)
-        err = shell.GetModuleComponentInfo(0, info);
-    if (err == ml::eNoErr)
-        err = shell.Create(info);
-    if (err == ml::eNoErr)
-        err = shell.Start();
-    ml::FM::WCStPath bundle;
-    ml::RM::GetContainerPath(shell.Container(), bundle);
+    int err = shell.Open(MIREL_LV2_BUNDLE "/GainFilter.bundle/Contents/Linux64/GainFilter.so");
     ml::WTNativeProcessFunction process = nullptr;
-    std::uint64_t size = 0;
     if (err == ml::eNoErr)
-        err = shell.Algorithm()->GetNSProcess(ml::GetCPUTypeForBundle(bundle),
-                                              ml::GetCurrentOSType(), &process, &size);
+        err = shell.FindNativeProcess(process);
     // The same settings as the wrapper's ports, through the same automation controls.
     ml::WCAutomationManager &automation = shell.Algorithm()->GetAutomationManager();
     for (int control = 0; err == ml::eNoErr && control < 7; ++control) {

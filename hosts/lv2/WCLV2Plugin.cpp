@@ -14,7 +14,6 @@
 #include "Code/Process/WCMeterManager.h"
 #include "core/WCStMemObj.h"
 #include "core/WTErrors.h"
-#include "resources/ResourceManager.h"
 
 namespace mirel_lv2 {
 
@@ -53,28 +52,12 @@ int WCLV2Plugin::Open(char const *modulePath, double rate, LV2_Worker_Schedule c
     if (!(rate >= 1.0 && rate <= 1.0e6))
         return ml::eOutOfRangeNumber;
     std::lock_guard<std::mutex> lock(m_MainLock);
-    int err = m_Side.LoadModule(modulePath);
-    ml::MirelComponentInfo info;
+    int err = m_Side.Open(modulePath, static_cast<int>(std::lround(rate)));
     if (err == ml::eNoErr)
-        err = m_Side.GetModuleComponentInfo(0, info);
-    if (err == ml::eNoErr)
-        err = m_Side.Create(info);
-    if (err == ml::eNoErr)
-        err = m_Side.Algorithm()->ChangeSampleRate(static_cast<int>(std::lround(rate)));
-    if (err == ml::eNoErr)
-        err = m_Side.Start();
+        err = m_Side.FindNativeProcess(m_Process);
     if (err != ml::eNoErr)
         return err;
-
     ml::cALGORITHM &alg = *m_Side.Algorithm();
-    ml::FM::WCStPath bundle;
-    if (m_Side.Container() != nullptr)
-        ml::RM::GetContainerPath(m_Side.Container(), bundle);
-    std::uint64_t size = 0;
-    err = alg.GetNSProcess(ml::GetCPUTypeForBundle(bundle), ml::GetCurrentOSType(), &m_Process,
-                           &size);
-    if (err != ml::eNoErr)
-        return err;
     auto const &needs = m_Side.DSPReqRes();
     err = m_Layout.Build(&alg, needs.inputs, needs.outputs);
     if (err != ml::eNoErr)

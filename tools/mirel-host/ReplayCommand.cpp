@@ -73,9 +73,8 @@ int Replay(mirel_shell::WCRecordingShell &shell, const PVM::WCEventScript &scrip
     WCPaintedView view(*gui, &ml::CStandardGUI_X::ViewEventCallback);
     // Wheel acceleration reads the view's clock, which the script's waits advance, so a replay
     // moves the same every time.
-    gui->SetInputClock([]() -> std::int64_t {
-        return static_cast<std::int64_t>(PVM::GetCurrentTimeMs()) * 1000;
-    });
+    gui->SetInputClock(
+        []() -> std::int64_t { return static_cast<std::int64_t>(PVM::GetCurrentTimeMs()) * 1000; });
     int timer = 0;
     int err = view.GetError();
     // The plug-in's idle runs on the view's clock, as a host's idle timer would.
@@ -165,14 +164,7 @@ int RunReplayCommand(int argc, char **argv, const char *defaultModule) {
         return 4;
     }
     mirel_shell::WCRecordingShell shell;
-    ml::MirelComponentInfo info;
-    int err = shell.LoadModule(module);
-    if (err == ml::eNoErr)
-        err = shell.GetModuleComponentInfo(0, info);
-    if (err == ml::eNoErr)
-        err = shell.Create(info);
-    if (err == ml::eNoErr)
-        err = shell.Start();
+    int err = shell.Open(module);
     if (err == ml::eNoErr)
         err = shell.Algorithm()->CreateGuiAndAddToMap(nullptr, "1000", "Primary");
     if (err != ml::eNoErr) {
@@ -180,7 +172,7 @@ int RunReplayCommand(int argc, char **argv, const char *defaultModule) {
         return 2;
     }
     std::printf("replaying %s (%zu step(s)) into %s:\n", scriptPath, script.GetSteps().size(),
-                info.m_ShortName.c_str());
+                shell.Instance().m_ShortName.c_str());
     const int exitCode = Replay(shell, script, folder);
     shell.Stop();
     return exitCode;

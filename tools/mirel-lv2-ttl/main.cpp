@@ -100,14 +100,7 @@ int main(int argc, char **argv) {
     const std::string folder = argv[2];
     const std::string name = argv[3];
     mirel_shell::WCRecordingShell shell;
-    int err = shell.LoadModule(argv[1]);
-    ml::MirelComponentInfo info;
-    if (err == ml::eNoErr)
-        err = shell.GetModuleComponentInfo(0, info);
-    if (err == ml::eNoErr)
-        err = shell.Create(info);
-    if (err == ml::eNoErr)
-        err = shell.Start();
+    int err = shell.Open(argv[1]);
     mirel_lv2::WCLV2PortLayout layout;
     if (err == ml::eNoErr)
         err = layout.Build(shell.Algorithm(), shell.DSPReqRes().inputs, shell.DSPReqRes().outputs);
@@ -126,7 +119,7 @@ int main(int argc, char **argv) {
 
     std::ostringstream plugin;
     plugin << prefixes << uri << "\n    a lv2:Plugin ;\n"
-           << "    doap:name " << Quoted(info.m_ShortName.c_str()) << " ;\n"
+           << "    doap:name " << Quoted(shell.Instance().m_ShortName.c_str()) << " ;\n"
            << "    lv2:binary <mirel_lv2.so> ;\n"
            // Real-time safe where the host offers the worker, as real-time hosts do; without it
            // run() does a control change's work in place.

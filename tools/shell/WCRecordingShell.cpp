@@ -309,6 +309,31 @@ int WCRecordingShell::LoadModule(char const *path) {
     return ml::eNoErr;
 }
 
+int WCRecordingShell::Open(char const *modulePath, int sampleRate) {
+    int err = LoadModule(modulePath);
+    ml::MirelComponentInfo info;
+    if (err == ml::eNoErr)
+        err = GetModuleComponentInfo(0, info);
+    if (err == ml::eNoErr)
+        err = Create(info);
+    if (err == ml::eNoErr && sampleRate > 0)
+        err = Algorithm()->ChangeSampleRate(sampleRate);
+    if (err == ml::eNoErr)
+        err = Start();
+    return err;
+}
+
+int WCRecordingShell::FindNativeProcess(ml::WTNativeProcessFunction &process) {
+    if (Algorithm() == nullptr)
+        return ml::ePluginNotLoaded;
+    ml::FM::WCStPath bundle;
+    if (m_Container != nullptr)
+        ml::RM::GetContainerPath(m_Container, bundle);
+    std::uint64_t size = 0;
+    return Algorithm()->GetNSProcess(ml::GetCPUTypeForBundle(bundle), ml::GetCurrentOSType(),
+                                     &process, &size);
+}
+
 int WCRecordingShell::GetModuleComponentInfo(int index, ml::MirelComponentInfo &info) const {
     if (m_GetInfo == nullptr)
         return ml::ePluginNotLoaded;

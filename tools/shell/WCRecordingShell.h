@@ -12,6 +12,7 @@
 #include "Code/Algorithm/PluginInstance.h"
 #include "Code/Algorithm/cALGORITHM.h"
 #include "Code/Process/KPAPIProcessMemory.h"
+#include "Code/Process/WUNativeProcess.h"
 #include "resources/WCNativeModule.h"
 
 namespace mirel_shell {
@@ -73,6 +74,11 @@ public:
     // eDLLLoadingFailed, eFuncPointerNotFound for a module without them, or the container's.
     int LoadModule(char const *path);
     int GetModuleComponentInfo(int index, ml::MirelComponentInfo &info) const;
+    // LoadModule, then the module's first component created and started, at `sampleRate` when
+    // it is above 0: what a host does to run a plug-in. The first error code of the way.
+    int Open(char const *modulePath, int sampleRate = 0);
+    // The started plug-in's native audio code for this machine's processor, from its bundle.
+    int FindNativeProcess(ml::WTNativeProcessFunction &process);
     // Steps 1 to 4 of the life cycle, with the loaded module's factory.
     int Create(ml::MirelComponentInfo const &info);
     // Steps 1 to 4 with a factory of the caller (an algorithm class built into the program).
