@@ -76,11 +76,11 @@ int WCLV2Plugin::Open(char const *modulePath, double rate, LV2_Worker_Schedule c
         m_Seen[port.index] = static_cast<float>(port.value);
         m_OutputValues[port.index].store(static_cast<float>(port.value));
     }
-    m_InterleavedIn.assign(static_cast<std::size_t>(kChunk) * std::max(needs.inputs, 1), 0.0f);
     m_InChannels.assign(static_cast<std::size_t>(std::max(needs.inputs, 0)), nullptr);
     m_OutChannels.assign(static_cast<std::size_t>(std::max(needs.outputs, 0)), nullptr);
     m_Silence.assign(kChunk, 0.0f);
-    m_InterleavedOut.assign(static_cast<std::size_t>(kChunk) * std::max(needs.outputs, 1), 0.0f);
+    PlaceBlocks(static_cast<std::size_t>(kChunk) * std::max(needs.inputs, 1),
+                static_cast<std::size_t>(kChunk) * std::max(needs.outputs, 1));
     // The first meter read, answered here since the audio side is not live yet; from now on the
     // plug-in leaves meter reading to the idle ticks, whose reads never wait for the audio thread.
     alg.GetMeterManager().ReadMetersSend();
@@ -90,6 +90,23 @@ int WCLV2Plugin::Open(char const *modulePath, double rate, LV2_Worker_Schedule c
         m_TypeChunk = map->map(map->handle, LV2_ATOM__Chunk);
     }
     return ml::eNoErr;
+}
+
+void WCLV2Plugin::PlaceBlocks(std::size_t inFloats, std::size_t outFloats) {
+    // A store whose address matches a later load's in the low 12 bits holds that load up until
+    // the store is done. The audio code reads and writes its state words on every frame, so the
+    // blocks begin just past the state memory, modulo 4 KiB, and stay clear of it after.
+    constexpr std::uintptr_t kPage = 4096;
+    constexpr std::size_t kLine = 64;
+    auto const stateEnd =
+        reinterpret_cast<std::uintptr_t>(m_Side.StateMemory().data() + m_Side.StateMemory().size());
+    const std::size_t outAt = (inFloats * sizeof(float) + kLine - 1) / kLine * kLine;
+    m_Blocks.assign((outAt + outFloats * sizeof(float) + kPage + kLine) / sizeof(float), 0.0f);
+    auto const base = reinterpret_cast<std::uintptr_t>(m_Blocks.data());
+    const std::uintptr_t want = (stateEnd + kLine) / kLine * kLine % kPage;
+    const std::uintptr_t shift = (want - base % kPage + kPage) % kPage;
+    m_InterleavedIn = m_Blocks.data() + shift / sizeof(float);
+    m_InterleavedOut = m_InterleavedIn + outAt / sizeof(float);
 }
 
 void WCLV2Plugin::Activate() {
@@ -248,13 +265,17 @@ void WCLV2Plugin::Run(std::uint32_t frames) {
         return;
     m_Side.ServiceChains();
     for (std::uint32_t index = m_FirstControlIn; index < m_FirstControlOut; ++index) {
-        auto const *value = static_cast<float const *>(m_Connections[index]);
-        // A value that is not a number is no value; the control keeps the last one.
-        if (value == nullptr || !std::isfinite(*value) || *value == m_Seen[index])
+        auto const *port = static_cast<float const *>(m_Connections[index]);
+        if (port == nullptr)
+            continue;
+        // Most blocks change nothing, so that is asked first. A value that is not a number is no
+        // value; the control keeps the last one.
+        const float value = *port;
+        if (value == m_Seen[index] || !std::isfinite(value))
             continue;
         // A full worker queue takes nothing: the change is handed over again next block.
-        if (Hand(WSWork{WSWork::eControl, index, *value}))
-            m_Seen[index] = *value;
+        if (Hand(WSWork{WSWork::eControl, index, value}))
+            m_Seen[index] = value;
     }
 
     const int inputs = m_Layout.AudioInputs();
@@ -270,10 +291,10 @@ void WCLV2Plugin::Run(std::uint32_t frames) {
             auto *out = static_cast<float *>(m_Connections[inputs + channel]);
             m_OutChannels[channel] = out != nullptr ? out + done : nullptr;
         }
-        Interleave(m_InChannels.data(), inputs, n, m_InterleavedIn.data());
-        m_Process(m_Side.CoefWords(), m_Side.StateWords(), m_InterleavedIn.data(),
-                  m_InterleavedOut.data(), static_cast<std::int32_t>(n));
-        Deinterleave(m_InterleavedOut.data(), outputs, n, m_OutChannels.data());
+        Interleave(m_InChannels.data(), inputs, n, m_InterleavedIn);
+        m_Process(m_Side.CoefWords(), m_Side.StateWords(), m_InterleavedIn, m_InterleavedOut,
+                  static_cast<std::int32_t>(n));
+        Deinterleave(m_InterleavedOut, outputs, n, m_OutChannels.data());
         done += n;
     }
 

@@ -90,13 +90,15 @@ private:
     void ApplyControl(WSLV2Port const &port, float value);
     void ReadMeters();
     void Update();
+    // The interleaved blocks in m_Blocks, placed away from the state words.
+    void PlaceBlocks(std::size_t inFloats, std::size_t outFloats);
     // Audio side: to the worker, or done in place without one. False when the worker's queue
     // took nothing.
     bool Hand(WSWork const &work);
 
     // Frames processed per call of the audio code; the interleaved buffers hold this many, so Run
     // never allocates for audio.
-    static constexpr std::uint32_t kChunk = 256;
+    static constexpr std::uint32_t kChunk = 128;
 
     WCLV2ProcessSide m_Side;
     WCLV2PortLayout m_Layout;
@@ -111,8 +113,9 @@ private:
     std::uint32_t m_FirstControlIn = 0;
     std::uint32_t m_FirstControlOut = 0;
     std::vector<float> m_Seen;
-    std::vector<float> m_InterleavedIn;
-    std::vector<float> m_InterleavedOut;
+    std::vector<float> m_Blocks;
+    float *m_InterleavedIn = nullptr;
+    float *m_InterleavedOut = nullptr;
     // Where the current chunk of each channel is, and a chunk of silence for unconnected inputs.
     std::vector<float const *> m_InChannels;
     std::vector<float *> m_OutChannels;
