@@ -7,7 +7,6 @@
 #include "tests/support/WCGUITestTools.h"
 #include "tests/support/WCSilentAlgorithm.h"
 
-#include "Code/GUI/Controls/CDigitDisplay_X.h"
 #include "Code/GUI/Controls/CRotationKnob.h"
 #include "Code/GUI/Controls/CToggle_X.h"
 #include "Code/GUI/Controls/CVuMeter_X.h"
@@ -149,13 +148,6 @@ TEST_F(ControlsTest, KnobDrawsTheStripFrameItsValueSelects) {
     }
 }
 
-TEST_F(ControlsTest, KnobWritesBackEveryClassChild) {
-    const auto knob = Read<ml::CRotationKnob>(kKnob);
-    ExpectRoundTrip(*knob, "<ScaleMarksScaling");
-    const std::unique_ptr<ml::CRotationKnob> clone(knob->Clone());
-    EXPECT_EQ(mirel_test::WrittenXML(*clone), mirel_test::WrittenXML(*knob));
-}
-
 TEST_F(ControlsTest, ToggleStepsATwoStateParameterOnEachClickAndBack) {
     const auto toggle = Read<ml::CToggle_X>(R"(<cCONTROLLER Name="Filter">
       <Class Type="Toggle"><Image Type="Pushed" ResID="2011"/><Image Type="Released" ResID="2010"/></Class>
@@ -206,23 +198,6 @@ TEST_F(ControlsTest, MeterLightsAPartOfItsForegroundProportionalToTheLevel) {
             EXPECT_NE(yaml.find(row.lit), std::string::npos) << yaml;
     }
     EXPECT_DOUBLE_EQ(ml::CVuMeter_X::CalculateVUValueByParamValue(1200.0), 1.0);
-}
-
-TEST_F(ControlsTest, DigitDisplayWritesBackItsChildrenAndDrawsDigitsOnlyWhenBuilt) {
-    const auto display = Read<ml::CDigitDisplay_X>(R"(<cCONTROLLER Name="GainValue">
-      <Class Type="DigitDisplay"><MaximumDisplayDigits>4</MaximumDisplayDigits><AlwaysShowSign/>
-        <DigitsAlignment>Center</DigitsAlignment><Color red="1" green="2" blue="3"/>
-        <DigitDrawArea top="0" left="0" width="80" height="20"/><DigitList><Digit>0</Digit></DigitList></Class>
-      <ControlRect top="128" left="24" width="80" height="20"/>
-      <ParameterList><Param Name="Gain"><RegisterType>DisplayOnly</RegisterType>
-        <TextWin Type="Value"><PositionRect top="2" left="0" width="80" height="16"/></TextWin></Param></ParameterList>
-    </cCONTROLLER>)");
-    EXPECT_EQ(display->GetAlignment(), ml::CDigitDisplay_X::eAlignCenter);
-    ExpectRoundTrip(*display, "<DigitList>");
-    EXPECT_NE(DrawToYAML(*display).find("DrawText"), std::string::npos) << "the value window";
-    const auto digits = Read<ml::CDigitDisplay_X>(
-        R"(<cCONTROLLER><Class Type="DigitDisplay"><Image ResID="2100"/></Class></cCONTROLLER>)");
-    DrawToYAML(*digits);
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/WCGUITestTools.h"
 #include "tests/support/WCGoldenFile.h"
 #include "tests/support/WCSilentAlgorithm.h"
 
@@ -20,8 +21,6 @@
 #include "Code/GUI/WIControlOwner.h"
 #include "Code/GUI/WUControlNames.h"
 #include "Utilities/XML/Code/CXMLElement.h"
-#include "Utilities/XML/Code/CXMLTreeBuilder.h"
-#include "Utilities/XML/Code/WriteXMLToStream.h"
 #include "graphic_stream/WCGraphicStreamToYAML.h"
 #include "graphic_stream/WCStGSFrameStructWriter.h"
 #include "tools/shell/WCRecordingShell.h"
@@ -81,21 +80,6 @@ public:
     int m_Redraws = 0;
     unsigned int m_Flags = 0;
 };
-
-std::unique_ptr<ml::XML::CXMLElement> Parse(const std::string &text) {
-    auto root = std::make_unique<ml::XML::CXMLElement>();
-    ml::XML::CXMLTreeBuilder(root.get()).BuildFromSingleBuffer(text.data(), text.size());
-    EXPECT_TRUE(root->IsValid()) << text;
-    return root;
-}
-
-std::string Written(const ml::WCGUIControl &control) {
-    ml::XML::CXMLElement element("Control");
-    control.WriteToXMLWithAlg(&element);
-    std::string text;
-    ml::XML::WriteXMLToString(text, &element, false, true, 0);
-    return text;
-}
 
 // Every kind of child a control reads, several in an order that matters: the offset stands
 // before the rect it moves, and one parameter is unknown to the algorithm.
@@ -161,7 +145,7 @@ protected:
     }
     std::unique_ptr<ml::WCGUIControl> Read(const std::string &xml, int expected = 0) {
         auto control = std::make_unique<ml::WCGUIControl>(&m_Document);
-        const auto root = Parse(xml);
+        const auto root = mirel_test::ParseXML(xml);
         EXPECT_EQ(control->ReadFromXMLWithAlg(root.get(), m_Alg), expected) << xml;
         return control;
     }
@@ -192,16 +176,16 @@ TEST_F(WCGUIControlTest, ControlWrittenBackReadsTheSame) {
     EXPECT_EQ(control->GetAdditionalImages().GetImagesVectorSize(), 3u);
     EXPECT_EQ(m_Document.m_Groups["Knobs"], std::vector<ml::WCGUIControl *>{control.get()});
 
-    const std::string written = Written(*control);
+    const std::string written = mirel_test::WrittenXML(*control);
     EXPECT_NE(written.find("<EraseWithBackground/>"), std::string::npos);
     EXPECT_NE(written.find("<ShouldClip/>"), std::string::npos);
     EXPECT_EQ(written.find("Wobble"), std::string::npos);
     const auto again = Read(written);
-    EXPECT_EQ(Written(*again), written);
+    EXPECT_EQ(mirel_test::WrittenXML(*again), written);
     EXPECT_EQ(again->GetDrawableRect(), control->GetDrawableRect());
 
     const std::unique_ptr<ml::WCGUIControl> clone(control->Clone());
-    EXPECT_EQ(Written(*clone), written);
+    EXPECT_EQ(mirel_test::WrittenXML(*clone), written);
 }
 
 TEST(WCRegisterInfo, EveryRegisterTypeNameRoundTrips) {
