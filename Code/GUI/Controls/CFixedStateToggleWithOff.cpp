@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "view/WCEventData.h"
-
 MIREL_NAMESPACE_BEGIN
 
 namespace {
@@ -26,25 +24,11 @@ double CFixedStateToggleWithOff::NextFixedState(double state, double fixed) noex
     return std::fabs(state - fixed) <= kAtFixedTolerance ? 0.0 : fixed;
 }
 
-WCGUIControl::BUFFER_HEADER *CFixedStateToggleWithOff::MouseDownSelf(WCEventData &event,
-                                                                     WURect<double> &limits,
-                                                                     bool &keepGoing) {
-    BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
-    const bool reverse = GetControlFlag(eCF_SetOppositeNextState);
-    for (auto &data : m_Registrations) {
-        bool modifiers[eNumModifiers];
-        ModifiersFor(data, event.GetAllKeyModifiers(), modifiers);
-        if (!data.IsRegisteredToType(eRegMouseDown, modifiers) ||
-            NeedToResetParam(event.GetAllKeyModifiers(), data))
-            continue;
-        const WCRegisterInfo &info = data.GetRegisterInfo();
-        const double next =
-            info.m_HasFixedState
-                ? NextFixedState(data.GetValue(), info.m_FixedState)
-                : NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(), reverse);
-        chain = Chain(chain, data.SetParamValue(next, eRegMouseDown, modifiers));
-    }
-    return chain;
+double CFixedStateToggleWithOff::ClickTarget(const WCParamRegistrationData &data,
+                                             bool reverse) const {
+    const WCRegisterInfo &info = data.GetRegisterInfo();
+    return info.m_HasFixedState ? NextFixedState(data.GetValue(), info.m_FixedState)
+                                : CToggle_X::ClickTarget(data, reverse);
 }
 
 MIREL_NAMESPACE_END

@@ -19,8 +19,7 @@ public:
     static double NextFixedState(double state, double fixed) noexcept;
 
 protected:
-    BUFFER_HEADER *MouseDownSelf(WCEventData &event, WURect<double> &limits,
-                                 bool &keepGoing) override;
+    double ClickTarget(const WCParamRegistrationData &data, bool reverse) const override;
 };
 
 MIREL_NAMESPACE_END

@@ -64,6 +64,16 @@ void CToggle_X::WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const {
     GUIXML::WriteTypedImages(*cls, {{"Pushed", &m_Pushed}, {"Released", &m_Released}});
 }
 
+double CToggle_X::ClickTarget(const WCParamRegistrationData &data, bool reverse) const {
+    // Forward, the plug-in decides the cycle (it may skip a state or stop at the end).
+    std::int32_t asked = 0;
+    if (!reverse && m_pAlg != nullptr &&
+        m_pAlg->GetPluginInfo_GetNextToggleState(
+            static_cast<std::int64_t>(data.GetRegisteredParam()), asked) == eNoErr)
+        return static_cast<double>(asked);
+    return NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(), reverse);
+}
+
 WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect<double> &limits,
                                                       bool &keepGoing) {
     BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
@@ -75,14 +85,7 @@ WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect
         if (!data.IsRegisteredToType(eRegMouseDown, modifiers) ||
             NeedToResetParam(event.GetAllKeyModifiers(), data))
             continue;
-        // Forward, the plug-in decides the cycle (it may skip a state or stop at the end).
-        std::int32_t asked = 0;
-        const double next =
-            !reverse && m_pAlg != nullptr &&
-                    m_pAlg->GetPluginInfo_GetNextToggleState(
-                        static_cast<std::int64_t>(data.GetRegisteredParam()), asked) == eNoErr
-                ? static_cast<double>(asked)
-                : NextState(data.GetValue(), data.GetActiveControllerParameterStateStep(), reverse);
+        const double next = ClickTarget(data, reverse);
         chain = Chain(chain, data.SetParamValue(next, eRegMouseDown, modifiers));
     }
     return chain;

@@ -30,6 +30,8 @@ protected:
     void WriteToXMLWithAlgSelf(XML::CXMLElement *cls) const override;
     BUFFER_HEADER *MouseDownSelf(WCEventData &event, WURect<double> &limits,
                                  bool &keepGoing) override;
+    // The state a click sends `data`'s parameter to; the kinds of switches differ only in it.
+    virtual double ClickTarget(const WCParamRegistrationData &data, bool reverse) const;
 
     WCBaseImage m_Pushed;
     WCBaseImage m_Released;
