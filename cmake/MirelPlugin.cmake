@@ -26,9 +26,9 @@
 # Targets: <name> (the module; building it builds everything below), <name>Resources,
 # <name>Process<build> for each build, <name>ProcessModules, <name>LV2Binary and <name>LV2.
 # A plug-in built against the installed package also installs its LV2 bundle into
-# <prefix>/<libdir>/lv2. A step that writes into the
-# bundle's resources after the copy (pictures drawn at build time) depends on the file named by
-# the module's MIREL_RESOURCES_STAMP property, since each copy replaces the whole folder.
+# <prefix>/<libdir>/lv2. A step that writes into the bundle's resources after the copy (pictures
+# drawn at build time) depends on the file named by the module's MIREL_RESOURCES_STAMP property,
+# since each copy replaces the whole folder.
 
 include_guard(GLOBAL)
 
@@ -140,7 +140,7 @@ function(mirel_add_plugin name)
   # The LV2 bundle, laid out again whenever the module, its resources, its audio code or a step
   # writing into the bundle changes. The TTL files come from the plug-in itself, started by
   # mirel-lv2-ttl in a home of the build's own, since a started plug-in keeps its settings in the
-  # user's folders; a sanitized build's leak check would report the tool's fonts as its own.
+  # user's folders; in a sanitized build, leaks are the test suites' to find, not the build's.
   set(lv2_stamp ${CMAKE_CURRENT_BINARY_DIR}/${name}LV2.stamp)
   set(lv2_home ${CMAKE_CURRENT_BINARY_DIR}/${name}LV2Home)
   set(lv2_depends ${name} ${name}LV2Binary MirelLib::mirel-lv2-ttl ${resources_stamp}
