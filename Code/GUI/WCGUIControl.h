@@ -296,6 +296,11 @@ protected:
     // The event's modifiers as registration `data` hears them: primary (fine adjustment) and
     // shift (axis lock) are taken out unless `data` asks for them.
     void ModifiersFor(const WCParamRegistrationData &data, const bool *event, bool *out) const;
+    // Whether a click is `data`'s to act on: it is registered to "MouseDown" under the event's
+    // modifiers (left in `modifiers`), and the click is no option-reset, which MouseDown already
+    // answered.
+    bool TakesClick(const WCParamRegistrationData &data, const WCEventData &event,
+                    bool *modifiers) const;
 
     void HoverStateChanged() override { Watch(); }
 

@@ -41,6 +41,13 @@ void WCGUIControl::ModifiersFor(const WCParamRegistrationData &, const bool *eve
     }
 }
 
+bool WCGUIControl::TakesClick(const WCParamRegistrationData &data, const WCEventData &event,
+                              bool *modifiers) const {
+    ModifiersFor(data, event.GetAllKeyModifiers(), modifiers);
+    return data.IsRegisteredToType(eRegMouseDown, modifiers) &&
+           !NeedToResetParam(event.GetAllKeyModifiers(), data);
+}
+
 bool WCGUIControl::NeedToResetParam(const bool *modifiers, const WCParamRegistrationData &data) {
     const bool altAlone = modifiers != nullptr && modifiers[eModFourth] &&
                           !modifiers[eModPrimary] && !modifiers[eModShift];

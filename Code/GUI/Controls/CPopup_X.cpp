@@ -32,12 +32,8 @@ WCGUIControl::BUFFER_HEADER *CPopup_X::MouseDownSelf(WCEventData &event, WURect<
                                                      bool &keepGoing) {
     BUFFER_HEADER *chain = WCGUIControl::MouseDownSelf(event, limits, keepGoing);
     const WCParamRegistrationData *lead = GetLeadRegistration();
-    if (lead == nullptr)
-        return chain;
     bool modifiers[eNumModifiers];
-    ModifiersFor(*lead, event.GetAllKeyModifiers(), modifiers);
-    if (!lead->IsRegisteredToType(eRegMouseDown, modifiers) ||
-        NeedToResetParam(event.GetAllKeyModifiers(), *lead))
+    if (lead == nullptr || !TakesClick(*lead, event, modifiers))
         return chain;
     // A menu that cannot open leaves the value as it was; the click itself went through.
     int err = eNoErr;

@@ -80,10 +80,7 @@ WCGUIControl::BUFFER_HEADER *CToggle_X::MouseDownSelf(WCEventData &event, WURect
     const bool reverse = GetControlFlag(eCF_SetOppositeNextState);
     for (auto &data : m_Registrations) {
         bool modifiers[eNumModifiers];
-        ModifiersFor(data, event.GetAllKeyModifiers(), modifiers);
-        // An option-reset click already reset the value in MouseDown; it does not step as well.
-        if (!data.IsRegisteredToType(eRegMouseDown, modifiers) ||
-            NeedToResetParam(event.GetAllKeyModifiers(), data))
+        if (!TakesClick(data, event, modifiers))
             continue;
         const double next = ClickTarget(data, reverse);
         chain = Chain(chain, data.SetParamValue(next, eRegMouseDown, modifiers));

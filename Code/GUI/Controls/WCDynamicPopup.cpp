@@ -103,12 +103,8 @@ WCDynamicPopup::MouseDownSelf(WCEventData &event, WURect<double> &limits, bool &
     m_IsPushed = true;
     SetNeedToRedrawControl();
     const WCParamRegistrationData *lead = GetLeadRegistration();
-    if (lead == nullptr)
-        return chain;
     bool modifiers[eNumModifiers];
-    ModifiersFor(*lead, event.GetAllKeyModifiers(), modifiers);
-    if (!lead->IsRegisteredToType(eRegMouseDown, modifiers) ||
-        NeedToResetParam(event.GetAllKeyModifiers(), *lead))
+    if (lead == nullptr || !TakesClick(*lead, event, modifiers))
         return chain;
     // A menu that cannot open leaves the value as it was; the click itself went through.
     int err = eNoErr;
