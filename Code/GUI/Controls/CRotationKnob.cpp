@@ -6,6 +6,7 @@
 #include <cstring>
 #include <strings.h>
 
+#include "Code/GUI/Controls/WUControlLookXML.h"
 #include "Code/GUI/WUGUIXML.h"
 #include "graphic_stream/WCGraphicStreamBinaryWriter.h"
 #include "graphic_stream/WCStGSFrameStructWriter.h"
@@ -21,15 +22,6 @@ WTErr ReadCount(const XML::CXMLElement &element, int &out) {
         return eNotANumber;
     if (value < 0)
         return eOutOfRangeNumber;
-    out = value;
-    return eNoErr;
-}
-
-WTErr ReadReal(const char *text, double &out) {
-    char *end = nullptr;
-    const double value = std::strtod(text, &end);
-    if (end == text || *end != '\0' || !std::isfinite(value))
-        return eNotANumber;
     out = value;
     return eNoErr;
 }
@@ -119,14 +111,16 @@ WTErr CRotationKnob::ReadFromXMLWithAlgSelf(const XML::CXMLElement *cls, cALGORI
                 err = eOutOfRangeNumber;
             keep(err);
         } else if (name == "DiscreteStep") {
-            keep(ReadReal(child->GetText().c_str(), fields.m_DiscreteStep));
+            keep(ControlLook::ReadNumber(child->GetText().c_str(), fields.m_DiscreteStep));
         } else if (name == "SequenceQuantize") {
             fields.m_SequenceQuantize = GUIXML::ReadSwitch(*child);
         } else if (name == "Clipable") {
             fields.m_Clipable = GUIXML::ReadSwitch(*child);
         } else if (name == "AngleRange") {
-            keep(ReadReal(child->GetAttribString("minAngle").c_str(), fields.m_MinAngle));
-            keep(ReadReal(child->GetAttribString("maxAngle").c_str(), fields.m_MaxAngle));
+            keep(ControlLook::ReadNumber(child->GetAttribString("minAngle").c_str(),
+                                         fields.m_MinAngle));
+            keep(ControlLook::ReadNumber(child->GetAttribString("maxAngle").c_str(),
+                                         fields.m_MaxAngle));
             fields.m_HasAngleRange = true;
             child->GetAttrib("direction", fields.m_AngleDirection);
         } else if (name == "KnobCenter") {

@@ -8,8 +8,7 @@ MIREL_NAMESPACE_BEGIN
 
 namespace ControlLook {
 
-WTErr ReadNumberText(const XML::CXMLElement &element, double &out) {
-    const char *text = element.GetText().c_str();
+WTErr ReadNumber(const char *text, double &out) {
     char *end = nullptr;
     const double value = std::strtod(text, &end);
     if (end == text || *end != '\0' || !std::isfinite(value))

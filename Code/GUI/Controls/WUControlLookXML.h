@@ -18,8 +18,12 @@ MIREL_NAMESPACE_BEGIN
 // read and a drawing falls back on its own default for the rest. [any-thread]
 namespace ControlLook {
 
-// A finite number from an element's text; eNotANumber leaves `out` alone.
-WTErr ReadNumberText(const XML::CXMLElement &element, double &out);
+// A finite number, the whole of `text`; eNotANumber leaves `out` alone.
+WTErr ReadNumber(const char *text, double &out);
+// The same of an element's text.
+inline WTErr ReadNumberText(const XML::CXMLElement &element, double &out) {
+    return ReadNumber(element.GetText().c_str(), out);
+}
 // `value` as attribute `name`, in its shortest exact form ("600", "0.25").
 void AddNumberAttrib(XML::CXMLElement &element, const char *name, double value);
 // A state (0..1000) from attribute `name`: eNotANumber for no number, eOutOfRangeNumber beyond
