@@ -7,6 +7,7 @@
 
 #include "resources/ResourceManager.h"
 #include "tests/support/WCSilentAlgorithm.h"
+#include "view/PluginViewManager.h"
 
 namespace mirel_test {
 
@@ -73,15 +74,31 @@ void WCGUIPlugin::Start(const std::filesystem::path &home, const char *name, con
     m_Shell.ClearLog();
 }
 
+void WCGUIPlugin::OpenView(short width, short height) {
+    ASSERT_NE(m_GUI, nullptr);
+    ASSERT_EQ(ml::PluginViewManager::Init(), 0);
+    ml::PluginViewManager::WCPluginViewCreateOptions options;
+    options.m_width = width;
+    options.m_height = height;
+    ASSERT_EQ(ml::PluginViewManager::CreatePluginView(options, m_View), 0);
+    m_GUI->SetPluginView(m_View);
+}
+
 void WCGUIPlugin::Stop() {
-    if (!m_Started)
-        return;
-    m_Started = false;
-    m_Shell.Stop();
-    m_GUI = nullptr;
-    m_Alg = nullptr;
-    ml::RM::CloseResContainer(m_Container);
-    ml::RM::Dispose();
+    if (m_View != nullptr && m_GUI != nullptr)
+        m_GUI->SetPluginView(nullptr);
+    if (m_Started) {
+        m_Started = false;
+        m_Shell.Stop();
+        m_GUI = nullptr;
+        m_Alg = nullptr;
+        ml::RM::CloseResContainer(m_Container);
+        ml::RM::Dispose();
+    }
+    if (m_View != nullptr) {
+        ml::PluginViewManager::Dispose();
+        m_View = nullptr;
+    }
 }
 
 ml::cALGORITHM *WCGUIPlugin::Algorithm() const {

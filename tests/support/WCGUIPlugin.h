@@ -28,7 +28,12 @@ public:
     void Start(const std::filesystem::path &home, const char *name, const char *paramXML,
                const std::string &guiXML);
     // Stops the plug-in and closes the bundle; the destructor does it too.
+    // Ends the plug-in, and the view manager when OpenView started it.
     void Stop();
+    // A view of `width` by `height` pixels on the headless desktop, shown by the GUI; a step that
+    // fails is a test failure.
+    void OpenView(short width, short height);
+    MIREL_NAMESPACE_NAME::WSPluginView *View() const { return m_View; }
 
     MIREL_NAMESPACE_NAME::CStandardGUI_X *GUI() const { return m_GUI; }
     MIREL_NAMESPACE_NAME::cALGORITHM *Algorithm() const;
@@ -51,6 +56,7 @@ private:
     WCAlgorithm *m_Alg = nullptr;
     MIREL_NAMESPACE_NAME::CStandardGUI_X *m_GUI = nullptr;
     bool m_Started = false;
+    MIREL_NAMESPACE_NAME::WSPluginView *m_View = nullptr;
     MIREL_NAMESPACE_NAME::PluginViewManager::WCEventData m_Event;
 
     MIREL_NAMESPACE_NAME::PluginViewManager::WCEventData &Event(short x, short y, bool pressed);

@@ -239,18 +239,9 @@ protected:
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(m_Plugin.Start(m_Home.path(), "Buttons", kParamXML, kGUI));
         m_GUI = m_Plugin.GUI();
-        ASSERT_EQ(PVM::Init(), 0);
-        PVM::WCPluginViewCreateOptions options;
-        options.m_width = 320;
-        options.m_height = 200;
-        ASSERT_EQ(PVM::CreatePluginView(options, m_View), 0);
-        m_GUI->SetPluginView(m_View);
+        ASSERT_NO_FATAL_FAILURE(m_Plugin.OpenView(320, 200));
         // The value windows show their values from the first idle on.
         m_Plugin.Shell().Idle(0, 1);
-    }
-    void TearDown() override {
-        m_Plugin.Stop();
-        PVM::Dispose();
     }
     ml::WCGUIControl &C(const char *name) const {
         ml::WCGUIControl *control = m_GUI->GetControlPtrByName(name);
@@ -262,7 +253,6 @@ protected:
     mirel_test::WCTestHome m_Home;
     mirel_test::WCGUIPlugin m_Plugin;
     ml::CStandardGUI_X *m_GUI = nullptr;
-    ml::WSPluginView *m_View = nullptr;
 };
 
 TEST_F(Controls_Buttons, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {

@@ -178,12 +178,7 @@ protected:
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(m_Plugin.Start(m_Home.path(), "Meters", kParamXML, kGUI));
         m_GUI = m_Plugin.GUI();
-        ASSERT_EQ(PVM::Init(), 0);
-        PVM::WCPluginViewCreateOptions options;
-        options.m_width = 320;
-        options.m_height = 200;
-        ASSERT_EQ(PVM::CreatePluginView(options, m_View), 0);
-        m_GUI->SetPluginView(m_View);
+        ASSERT_NO_FATAL_FAILURE(m_Plugin.OpenView(320, 200));
         // The meter's words: 0.95 (a clip) and then 0.5, so that its peak stands above its level.
         ml::WCMeterManager &meters = m_Plugin.Algorithm()->GetMeterManager();
         ASSERT_EQ(meters.GetNumMeters(), 1u);
@@ -193,10 +188,6 @@ protected:
         // The section meter went up to 0.8 before it fell back to 0.6.
         SetState("Multi", 800.0);
         SetState("Multi", 600.0);
-    }
-    void TearDown() override {
-        m_Plugin.Stop();
-        PVM::Dispose();
     }
     void SetState(const char *param, double state) {
         ml::cALGORITHM *alg = m_Plugin.Algorithm();
@@ -226,7 +217,6 @@ protected:
     mirel_test::WCTestHome m_Home;
     mirel_test::WCGUIPlugin m_Plugin;
     ml::CStandardGUI_X *m_GUI = nullptr;
-    ml::WSPluginView *m_View = nullptr;
 };
 
 TEST_F(Controls_Meters, AFullFrameOfEveryKindMatchesTheReviewedYAMLAndPicture) {

@@ -127,18 +127,8 @@ protected:
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(m_Plugin.Start(m_Home.path(), "Popups", kParamXML, kGUI));
         m_GUI = m_Plugin.GUI();
-        ASSERT_EQ(PVM::Init(), 0);
-        PVM::WCPluginViewCreateOptions options;
-        options.m_width = 240;
-        options.m_height = 80;
-        ASSERT_EQ(PVM::CreatePluginView(options, m_View), 0);
-        m_GUI->SetPluginView(m_View);
+        ASSERT_NO_FATAL_FAILURE(m_Plugin.OpenView(240, 80));
         dynamic_cast<ml::WCDynamicPopup &>(Control("Source")).SetMenuItems(kSources);
-    }
-    void TearDown() override {
-        m_GUI->SetPluginView(nullptr);
-        m_Plugin.Stop();
-        PVM::Dispose();
     }
     ml::WCGUIControl &Control(const char *name) const {
         ml::WCGUIControl *control = m_GUI->GetControlPtrByName(name);
@@ -171,7 +161,6 @@ protected:
     mirel_test::WCTestHome m_Home;
     mirel_test::WCGUIPlugin m_Plugin;
     ml::CStandardGUI_X *m_GUI = nullptr;
-    ml::WSPluginView *m_View = nullptr;
 };
 
 TEST_F(PopupsGUI, EveryKindWritesItsClassBackAndABrokenChildChangesNothing) {
@@ -255,7 +244,7 @@ TEST_F(PopupsGUI, AClickOpensTheMenuOfTheParametersStatesOrTheRunTimeItemsAndACh
     for (const auto &row : cases) {
         SCOPED_TRACE(row.choice != nullptr ? row.choice : "cancelled");
         PVM::ClearShownMenus();
-        ASSERT_EQ(PVM::SetNextMenuChoice(m_View, row.choice), 0);
+        ASSERT_EQ(PVM::SetNextMenuChoice(m_Plugin.View(), row.choice), 0);
         Click(row.x, row.y);
         EXPECT_NEAR(State(row.param), row.state, 1e-9);
         ASSERT_EQ(PVM::GetShownMenus().size(), 1u);
